@@ -1,0 +1,95 @@
+#include "orif/base/Convert.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "orif/base/Fault.h"
+
+namespace orif::convert {
+namespace {
+
+constexpr int FloatDigits = 7;
+constexpr int DoubleDigits = 15;
+
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool SameWord(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (Lower(a[i]) != Lower(b[i])) return false;
+  }
+  return true;
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+  constexpr std::string_view Blanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(Blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+}
+
+std::string RealText(double value, int digits) {
+  std::array<char, 40> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                 std::chars_format::general, digits)
+                       .ptr;
+  std::string result(text.data(), end);
+  if (std::isfinite(value)) {
+    for (char& c : result) {
+      if (c == 'e') c = 'E';
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+std::int32_t ToInt32(double value) {
+  const double whole = value - std::remainder(value, 1.0);
+  if (!(whole >= std::numeric_limits<std::int32_t>::min() &&
+        whole <= std::numeric_limits<std::int32_t>::max())) {
+    throw Fault(Fault::Overflow);
+  }
+  return static_cast<std::int32_t>(whole);
+}
+
+float ToFloat(double value) {
+  if (std::abs(value) > std::numeric_limits<float>::max()) throw Fault(Fault::Overflow);
+  return static_cast<float>(value);
+}
+
+double ToDouble(std::string_view text) {
+  std::string_view number = WithoutBlanks(text);
+  if (!number.empty() && number.front() == '+') {
+    number.remove_prefix(1);
+    if (!number.empty() && number.front() == '-') throw Fault(Fault::TypeMismatch);
+  }
+  if (number.find_first_not_of("+-.0123456789eE") != std::string_view::npos) {
+    throw Fault(Fault::TypeMismatch);  // from_chars would also read "inf" and "nan"
+  }
+  double value = 0;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+  if (error == std::errc::invalid_argument || end != number.data() + number.size()) {
+    throw Fault(Fault::TypeMismatch);
+  }
+  if (error == std::errc::result_out_of_range) throw Fault(Fault::Overflow);
+  return value;
+}
+
+std::int32_t ToInt32(std::string_view text) { return ToInt32(ToDouble(text)); }
+
+bool ToBoolean(std::string_view text) {
+  const std::string_view word = WithoutBlanks(text);
+  if (SameWord(word, ToText(true))) return true;
+  if (SameWord(word, ToText(false))) return false;
+  return ToDouble(word) != 0;
+}
+
+std::string_view ToText(bool value) { return value ? "True" : "False"; }
+std::string ToText(std::int32_t value) { return std::to_string(value); }
+std::string ToText(float value) { return RealText(value, FloatDigits); }
+std::string ToText(double value) { return RealText(value, DoubleDigits); }
+
+}  // namespace orif::convert

@@ -1,0 +1,82 @@
+// A value whose type is known at run time: empty, a boolean, a 16-bit or 32-bit integer, a 32-bit
+// or 64-bit real, a text, or an array of 32-bit integers or reals with its own lower bound. Items
+// hand out and take values in it. It converts by the rules in Convert.h; an empty value converts to
+// 0, False and an empty text.
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "orif/base/ArrayView.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT Variant {
+ public:
+  template <class T>
+  struct Array {
+    std::vector<T> elements;
+    std::int32_t lowerBound = 0;
+    bool operator==(const Array&) const = default;
+  };
+
+  // NOLINTBEGIN(google-explicit-constructor, hicpp-explicit-conversions): meant to convert
+  Variant() = default;
+  Variant(std::same_as<bool> auto value) : value_(value) {}
+  Variant(std::int16_t value) : value_(value) {}
+  Variant(std::int32_t value) : value_(value) {}
+  Variant(float value) : value_(value) {}
+  Variant(double value) : value_(value) {}
+  Variant(std::string value) : value_(std::move(value)) {}
+  Variant(std::string_view value) : value_(std::string(value)) {}
+  Variant(const char* value) : value_(std::string(value)) {}
+  Variant(std::vector<std::int32_t> elements, std::int32_t lowerBound = 0)
+      : value_(Array<std::int32_t>{std::move(elements), lowerBound}) {}
+  Variant(std::vector<float> elements, std::int32_t lowerBound = 0)
+      : value_(Array<float>{std::move(elements), lowerBound}) {}
+  // NOLINTEND(google-explicit-constructor, hicpp-explicit-conversions)
+
+  /// Whether the value is of exactly the type `T`: std::monostate (empty), bool, std::int16_t,
+  /// std::int32_t, float, double, std::string, Array<std::int32_t> or Array<float>.
+  template <class T>
+  bool Is() const {
+    return std::holds_alternative<T>(value_);
+  }
+
+  /// A boolean, an integer or a real; text that reads as a number is not one.
+  bool IsNumeric() const;
+
+  // Conversions. They throw a Fault: "Overflow" out of range, "Type mismatch" for what does not
+  // convert.
+  std::int32_t ToInt32() const;
+  float ToFloat() const;
+  double ToDouble() const;
+  bool ToBoolean() const;
+  std::string ToText() const;
+
+  /// The array of `T` (std::int32_t or float) with its bounds. Throws a Fault, "Type mismatch", for
+  /// anything else.
+  template <class T>
+  ArrayView<const T> ToArray() const {
+    const auto* array = std::get_if<Array<T>>(&value_);
+    if (array == nullptr) throw Fault(Fault::TypeMismatch);
+    const auto count = Narrow<std::int32_t>(array->elements.size());
+    return {array->elements.data(), array->lowerBound,
+            Narrow<std::int32_t>(std::int64_t{array->lowerBound} + count - 1)};
+  }
+
+  bool operator==(const Variant&) const = default;
+
+ private:
+  std::variant<std::monostate, bool, std::int16_t, std::int32_t, float, double, std::string,
+               Array<std::int32_t>, Array<float>>
+      value_;
+};
+
+}  // namespace orif

@@ -1,0 +1,131 @@
+// The object that a client creates first: the connection to one robot controller, its settings, and
+// the tables in which data is registered. A Core connects once in its life; a new connection takes
+// a new Core. Its tables and items may be held longer than the Core lives: they refuse then. Not
+// for use by several threads.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "orif/datatable/DataTable.h"
+#include "orif/datatable/TableOwner.h"
+#include "orif/diag/Trail.h"
+#include "orif/lowerlayer/Dispatch.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT Core : private TableOwner {
+ public:
+  /// A Core over the installed lower communication component (docs/lower-layer.md tells how it is
+  /// found). Without one the Core stands all the same: the trail tells why, its members return
+  /// their defaults, and Connect tries once more.
+  Core() noexcept;
+
+  /// A Core over the lower core objects that `factory` makes.
+  explicit Core(const DispatchFactory& factory) noexcept;
+
+  Core(const Core&) = delete;
+  Core& operator=(const Core&) = delete;
+  ~Core() override;
+
+  /// The identity that the Core's trail lines carry.
+  std::int32_t ObjectID() const noexcept { return objectId_; }
+
+  // Connection.
+
+  /// Connects to the controller with the name or address `HostName`. False when the controller does
+  /// not answer, and for every call but the first. A connection that failed still counts as
+  /// connected.
+  bool Connect(std::string_view HostName) noexcept;
+
+  /// Kills the first table with its items and ends the connection. True also when there was none.
+  bool Disconnect() noexcept;
+
+  /// Resets the controller's alarms: all of them, or those of the kind `vlngType` if that is above
+  /// 0. False when not connected or refused.
+  bool ClearAlarm(std::int32_t vlngType = 0) noexcept;
+
+  /// Whether Connect was called and Disconnect was not; the controller is not asked.
+  bool IsConnected() const noexcept;
+
+  /// 0 not connected, 1 connected, 2 disconnected.
+  std::int32_t ConnectState() const noexcept override;
+
+  // Settings of the lower communication layer, which checks them. Reads give 0 without a lower core
+  // object.
+
+  /// The communication time-out. It must be 100 or bigger. Unit is ms.
+  std::int32_t TimeOutValue() const noexcept;
+  void TimeOutValue(std::int32_t value) noexcept;
+
+  /// The TCP port of the controller. A stored setting "PortNumber" above 0 presets it.
+  std::int32_t PortNumber() const noexcept;
+  void PortNumber(std::int32_t value) noexcept;
+
+  /// A number, 0 to begin with and at most 31743, that tells several clients of one controller
+  /// apart.
+  std::int16_t ClientID() const noexcept;
+  void ClientID(std::int16_t value) noexcept;
+
+  /// The lower core object as it is; empty after Disconnect.
+  std::shared_ptr<Dispatch> GetLib() const noexcept;
+
+  // Tables.
+
+  /// The first table, always the same one; made on first use, which needs a lower core object.
+  /// Empty without one.
+  std::shared_ptr<orif::DataTable> DataTable() noexcept;
+
+  /// The second table, always the same one until either table is cleared. Its words follow those of
+  /// the first, which takes no more items from now on. Empty where the first table cannot be had.
+  std::shared_ptr<orif::DataTable> DataTable2() noexcept;
+
+  /// The number of items in both tables; 0 without a first table.
+  std::int32_t mlngDataTableCount() const noexcept;
+
+  // The debug trail (docs/trail.md).
+
+  /// Whether this Core, its tables and their items write traced lines. Setting it also sets, for
+  /// all Cores, whether the trail keeps lines.
+  bool DebugLog() const noexcept { return share_.debugLog; }
+  void DebugLog(bool value) noexcept;
+
+  /// The last line that any object wrote.
+  std::string DebugMessage() const noexcept;
+
+  /// The last 100 lines that were kept, oldest first.
+  std::string GetDebugMessages() const noexcept;
+
+  /// Writes a line of the client's own.
+  void AddUserMessage(std::string_view vstrMessage) const noexcept;
+
+  /// "Core".
+  std::string GetTypeName() const noexcept;
+
+ private:
+  friend class Trail<Core>;
+
+  void CreateLowerCore();
+  std::shared_ptr<orif::DataTable> CreateTable(std::int32_t startAddr);
+
+  static std::string_view ClassName() noexcept { return "Core"; }
+  Trail<Core> TrailOf(std::string_view member) const noexcept { return {*this, member}; }
+
+  const CoreShare& Share() const noexcept override { return share_; }
+  void ReleaseDataTable2() noexcept override;
+
+  CoreShare share_;
+  DispatchFactory factory_;
+  std::shared_ptr<orif::DataTable> table_;
+  std::shared_ptr<orif::DataTable> table2_;
+  std::string hostName_;
+  std::int16_t clientKey_;
+  bool connected_ = false;
+  std::int32_t objectId_;
+  std::int32_t connectState_;
+};
+
+}  // namespace orif

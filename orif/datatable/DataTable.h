@@ -1,0 +1,134 @@
+// The container of data items. A client asks its Core for it, registers items with the Add...
+// members, and fetches the values of all of them with one Refresh; each item then decodes its
+// share. Tables are made by a Core only and shared by reference; one that has lost its Core refuses
+// everything. Not for use by several threads.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "orif/base/Variant.h"
+#include "orif/datatable/LastData.h"
+#include "orif/datatable/Registration.h"
+#include "orif/datatable/TableOwner.h"
+#include "orif/diag/Trail.h"
+#include "orif/items/DataNumReg.h"
+#include "orif/items/ItemOwner.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class Core;
+
+class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, private ItemOwner {
+ public:
+  DataTable(const DataTable&) = delete;
+  DataTable& operator=(const DataTable&) = delete;
+  ~DataTable() override;
+
+  // Registering items. Each Add... member creates an item, has the controller assign a block of the
+  // data area to it, and answers the item, or an empty reference when the table takes no items (it
+  // is fixed or has lost its Core), the arguments are not valid, the area of 16383 words is full,
+  // or the controller refuses.
+
+  /// Numeric registers `StartIndex` to `EndIndex` (1 or more), as NUMREG_INT or NUMREG_REAL; 2
+  /// words each.
+  std::shared_ptr<DataNumReg> AddNumReg(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
+                                        std::int32_t EndIndex) noexcept;
+
+  /// Reads the values of all items from the controller in one transfer. False when the table has
+  /// lost its Core, holds no item, or the controller refuses; no item has values then until the
+  /// next good refresh.
+  bool Refresh() noexcept;
+
+  /// The 32-bit real in the words `lngAddress` (1 to 16384) and `lngAddress` + 1 of the last
+  /// refresh. False, with `sngValue` untouched, before a good refresh and for words outside the
+  /// buffer.
+  bool GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept override;
+
+  /// The number of registered items.
+  std::int32_t Count() const noexcept;
+
+  /// The item at position `Index`, a number from 1 to Count in the order of registration; empty for
+  /// anything else.
+  std::shared_ptr<DataItem> Item(const Variant& Index) const noexcept;
+
+  /// Drops all items, which are invalid from then on, and the controller's assignment; the second
+  /// table goes with either of the two. False when the controller could not be told, with the items
+  /// as they were.
+  bool Clear() noexcept;
+
+  /// Ends the table: it loses its Core and its items. The controller is not told.
+  void Kill() noexcept;
+
+  /// Whether the table has a Core.
+  bool Valid() const noexcept { return owner_ != nullptr; }
+
+  /// Whether a second table was placed behind this one; a fixed table takes no items.
+  bool Fixed() const noexcept { return fixed_; }
+
+  /// The identity that the table's trail lines carry.
+  std::int32_t ObjectID() const noexcept { return objectId_; }
+
+  /// "DataTable".
+  std::string GetTypeName() const noexcept;
+
+  /// Writes a line of the client's own to the trail while DebugLog is on.
+  void AddUserMessage(std::string_view vstrMessage) const noexcept;
+
+  /// Whether the table's traced lines are written: its Core's DebugLog, false without a Core.
+  bool DebugLog() const noexcept { return Share().debugLog; }
+
+ private:
+  friend class Core;
+  friend class Trail<DataTable>;
+
+  DataTable() noexcept;
+
+  static std::string_view ClassName() noexcept { return "DataTable"; }
+  Trail<DataTable> TrailOf(std::string_view member) const noexcept { return {*this, member}; }
+
+  // For the Core: placement. A null owner detaches the table, which clears it silently.
+  void OwnerCore(TableOwner* owner) noexcept;
+  void StartAddr(std::int32_t value) noexcept { startAddr_ = nextAddr_ = value; }
+  void Fixed(bool value) noexcept { fixed_ = value; }
+
+  // Registration.
+  bool CanAdd() const noexcept { return !fixed_ && startAddr_ > 0 && owner_ != nullptr; }
+  /// A piece of an item's assignment and the number of words that it takes.
+  struct Block {
+    std::string piece;
+    std::int32_t size;
+  };
+  template <class ItemClass, class... Arguments>
+  std::shared_ptr<ItemClass> Register(const Registration& words,
+                                      const Arguments&... arguments) noexcept;
+  static bool CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
+                            BlockItem& item, std::vector<Block>& blocks);
+  bool mblnAssign(const Block& block) noexcept;
+
+  // For the items.
+  std::shared_ptr<orif::DataTable> Table() noexcept override { return weak_from_this().lock(); }
+  std::int32_t TableID() const noexcept override { return objectId_; }
+  bool HasCore() const noexcept override { return Valid(); }
+  std::int32_t CoreConnectState() const override;
+  std::int32_t NextAddr() const noexcept override { return nextAddr_; }
+  bool GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue) noexcept override;
+  bool GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue) noexcept override;
+  bool GetLastDataString(std::int32_t lngAddress, std::string& strValue,
+                         std::int32_t words) noexcept override;
+  bool GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept override;
+
+  std::vector<std::shared_ptr<DataItem>> items_;
+  TableOwner* owner_ = nullptr;
+  std::int32_t nextAddr_ = 1;
+  std::int32_t startAddr_ = 0;  // 0: not placed yet
+  bool fixed_ = false;
+  std::int32_t objectId_;
+  LastData lastData_;
+};
+
+}  // namespace orif

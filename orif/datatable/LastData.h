@@ -1,0 +1,46 @@
+// The words of the last refresh. The word of data-area address A (A from 1 on) is element A - 1,
+// whichever table holds it. Everything is checked: an address whose words are not all in the buffer
+// is a fault.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "orif/base/ArrayView.h"
+
+namespace orif {
+
+class LastData {
+ public:
+  static constexpr std::int32_t UpperBound = 16384;
+
+  /// Whether the last refresh succeeded; nothing is decoded while it is false.
+  bool Refreshed() const { return refreshed_; }
+  void Refreshed(bool value) { refreshed_ = value; }
+
+  std::int16_t Word(std::int32_t address) const { return words_[Element(address, 1)]; }
+
+  /// The `count` words from `address` on, for the lower layer to fill or to convert. Throws a Fault
+  /// unless all of them are in the buffer.
+  ArrayView<std::int16_t> Words(std::int32_t address, std::int32_t count) {
+    return {words_.data() + Element(address, count), 0, count - 1};
+  }
+
+  /// The text of `words` words from `address` on: two characters a word, the first in its low byte,
+  /// up to the first zero character, without the blanks around it. `text` is untouched on a fault.
+  void Text(std::int32_t address, std::int32_t words, std::string& text) const;
+
+ private:
+  std::size_t Element(std::int32_t address, std::int32_t count) const {
+    if (address < 1 || count < 0 || std::int64_t{address} - 1 + count > UpperBound + 1) {
+      throw Fault(Fault::SubscriptOutOfRange);
+    }
+    return static_cast<std::size_t>(address - 1);
+  }
+
+  std::array<std::int16_t, UpperBound + 1> words_{};
+  bool refreshed_ = false;
+};
+
+}  // namespace orif

@@ -1,0 +1,110 @@
+// The bulk read of a table's words, and the decoding of what it brought.
+#include <algorithm>
+#include <cmath>
+
+#include "orif/datatable/DataTable.h"
+#include "orif/items/PositionRecord.h"
+
+namespace orif {
+namespace {
+
+// 64 bits: no machine is up for so long.
+std::int64_t Milliseconds() { return std::llround(modOrif::Timer()); }
+
+}  // namespace
+
+bool DataTable::Refresh() noexcept {
+  const auto self =
+      weak_from_this().lock();  // the read may run the host's code, which may drop the table
+  const auto trail = TrailOf("Refresh");
+  return trail.Guarded(false, [&](bool& result) {
+    const std::int64_t started = Milliseconds();
+    trail.Traced(", Enter ");
+    lastData_.Refreshed(false);
+    if (!Valid()) return trail.Always(", Err Me.Invalid ");
+    // With the literal 1, whatever the table's start address: nothing was ever assigned.
+    if (nextAddr_ <= 1) return trail.Always(", Err Invalid NextAddr ", nextAddr_);
+    const std::int32_t count = Subtract(nextAddr_, startAddr_);
+    const std::int32_t bound = Add(startAddr_ - 1, count);
+    if (LastData::UpperBound < bound) {  // told of, and then left to the check of the words below
+      trail.Always(", Err Invalid UBound  ", LastData::UpperBound, ",", bound);
+    }
+    // An empty read is the lower layer's to answer, and gets a first word by reference all the
+    // same.
+    const std::int32_t words = Share().Lower()->ReadRShort(
+        startAddr_, lastData_.Words(startAddr_, std::max(count, 1)), count);
+    result = words >= 1;
+    lastData_.Refreshed(result);
+    if (!result) {
+      trail.Always(", Err ReadRShort ", words);
+      trail.Always(", ", [this] { return Share().LastErrorText(); });
+    }
+    trail.Traced(
+        ", Return ", [&] { return std::to_string(Milliseconds() - started); }, "ms");
+  });
+}
+
+bool DataTable::GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue) noexcept {
+  return Guarded(false, [&](bool& result) {
+    if (!lastData_.Refreshed()) return;
+    intValue = lastData_.Word(lngAddress);
+    result = true;
+  });
+}
+
+bool DataTable::GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue) noexcept {
+  return Guarded(false, [&](bool& result) {
+    if (!lastData_.Refreshed()) return;
+    lngValue =
+        Share().Lower()->ShortToLong(lastData_.Words(lngAddress, PositionRecord::FloatWords));
+    result = true;
+  });
+}
+
+bool DataTable::GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept {
+  return Guarded(false, [&](bool& result) {
+    if (!lastData_.Refreshed()) return;
+    sngValue =
+        Share().Lower()->ShortToFloat(lastData_.Words(lngAddress, PositionRecord::FloatWords));
+    result = true;
+  });
+}
+
+bool DataTable::GetLastDataString(std::int32_t lngAddress, std::string& strValue,
+                                  std::int32_t words) noexcept {
+  const auto trail = TrailOf("GetLastDataString");
+  return trail.Guarded(false, [&](bool& result) {
+    if (!lastData_.Refreshed()) return trail.Always(", Err Refresh=False");
+    lastData_.Text(lngAddress, words, strValue);
+    result = true;
+  });
+}
+
+// The order is what a caller sees of a decode that fails half-way: X, J1, Y, J2 ..., then the
+// configuration, then the four words.
+bool DataTable::GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept {
+  const auto trail = TrailOf("GetLastDataPos");
+  return Guarded(false, [&](bool& result) {
+    if (!lastData_.Refreshed()) return trail.Always(", Err Refresh=False");
+    const LowerCoreRef lower = Share().Lower();
+    const auto word = [&](std::int32_t offset) { return lastData_.Word(Add(lngAddress, offset)); };
+    const auto real = [&](std::int32_t offset, std::int32_t i) {
+      const std::int32_t first = Add(lngAddress, offset + i * PositionRecord::FloatWords);
+      return lower->ShortToFloat(lastData_.Words(first, PositionRecord::FloatWords));
+    };
+    for (std::int32_t i = 0; i < PositionRecord::FloatCount; ++i) {
+      position.Xyzwpr(i) = real(PositionRecord::Xyzwpr, i);
+      position.Joint(i) = real(PositionRecord::Joint, i);
+    }
+    for (std::int32_t i = 0; i < PositionRecord::ConfigCount; ++i) {
+      position.Config(i) = word(PositionRecord::Config + i);
+    }
+    position.ValidC = word(PositionRecord::ValidC);
+    position.ValidJ = word(PositionRecord::ValidJ);
+    position.UF = word(PositionRecord::UF);
+    position.UT = word(PositionRecord::UT);
+    result = true;
+  });
+}
+
+}  // namespace orif

@@ -1,0 +1,27 @@
+// What a table asks of the Core that owns it. Core implements it.
+#pragma once
+
+#include <cstdint>
+
+#include "orif/items/CoreShare.h"
+
+namespace orif {
+
+class TableOwner {
+ public:
+  TableOwner() = default;
+  TableOwner(const TableOwner&) = delete;
+  TableOwner& operator=(const TableOwner&) = delete;
+  virtual ~TableOwner() = default;
+
+  virtual const CoreShare& Share() const noexcept = 0;
+
+  /// 0 not connected, 1 connected, 2 disconnected. A public member of the Core, with its own trail
+  /// line.
+  virtual std::int32_t ConnectState() const noexcept = 0;
+
+  /// Detaches and forgets the second table, so that the first one takes items again.
+  virtual void ReleaseDataTable2() noexcept = 0;
+};
+
+}  // namespace orif

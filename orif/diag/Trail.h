@@ -1,0 +1,95 @@
+// How a member writes to the debug trail: a Trail knows the object and the member's tag, and puts
+// together lines such as "[DataNumReg.GetValue] ID=7, Enter ". It lives for one call of the member.
+// While the object is not traced, a traced line costs one branch. A line that cannot be built is
+// dropped and disturbs nobody.
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "orif/base/Convert.h"
+#include "orif/base/Guard.h"
+#include "orif/diag/modOrif.h"
+
+namespace orif {
+
+/// What an object offers for its lines: its class, its id, and whether it is traced at this moment.
+template <class T>
+concept TrailObject = requires(const T& object) {
+  { object.ClassName() } -> std::convertible_to<std::string_view>;
+  { object.ObjectID() } -> std::same_as<std::int32_t>;
+  { object.DebugLog() } -> std::same_as<bool>;
+};
+
+namespace trail {
+
+inline void Append(std::string& line, std::string_view text) { line += text; }
+inline void Append(std::string& line, std::int32_t number) { line += convert::ToText(number); }
+inline void Append(std::string& line, std::int64_t number) { line += std::to_string(number); }
+template <class Enum>
+requires std::is_enum_v<Enum>
+void Append(std::string& line, Enum value) { Append(line, static_cast<std::int32_t>(value)); }
+/// Text that only a line needs is fetched when the line is written.
+template <std::invocable Fetch>
+void Append(std::string& line, const Fetch& fetch) {
+  Append(line, fetch());
+}
+
+}  // namespace trail
+
+template <class Object>
+class Trail {
+ public:
+  /// `member` as the tag shows it, which is not always how it is called.
+  Trail(const Object& object, std::string_view member) : object_(object), member_(member) {}
+
+  /// Writes a line whatever the flag says.
+  template <class... Parts>
+  void Always(const Parts&... parts) const noexcept {
+    Write(true, parts...);
+  }
+
+  /// Writes a line while the object is traced. The flag is read anew for every line.
+  template <class... Parts>
+  void Traced(const Parts&... parts) const noexcept {
+    static_assert(TrailObject<Object>);
+    if (object_.DebugLog()) [[unlikely]]
+      Write(true, parts...);
+  }
+
+  /// Writes a line that carries the member but no id.
+  template <class... Parts>
+  void AlwaysWithoutId(const Parts&... parts) const noexcept {
+    Write(false, parts...);
+  }
+
+  /// Runs a member's body and tells of the fault that ended it.
+  template <class Result, class Body>
+  Result Guarded(Result result, const Body& body) const noexcept {
+    return orif::Guarded(std::move(result), body,
+                         [this](const char* description) { Always(", Err ", description); });
+  }
+
+ private:
+  template <class... Parts>
+  [[gnu::cold, gnu::noinline]] void Write(bool withId, const Parts&... parts) const noexcept {
+    orif::Guarded([&] {
+      std::string line;
+      line.append("[").append(object_.ClassName()).append(".").append(member_).append("]");
+      if (withId) {
+        line.append(" ID=");
+        trail::Append(line, object_.ObjectID());
+      }
+      (trail::Append(line, parts), ...);
+      modOrif::DebugOut(line);
+    });
+  }
+
+  const Object& object_;
+  std::string_view member_;
+};
+
+}  // namespace orif

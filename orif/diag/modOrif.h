@@ -1,0 +1,51 @@
+// The library-wide state of diagnostics: the last message, the trail of the last 100 lines, the log
+// file, the counter behind every ObjectID, the millisecond timer and the library's start-up. Not
+// locked: the library serves one thread. The state outlives every object, so that objects with
+// static storage may use it. docs/trail.md describes lines, trail and log file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "orif/orif_export.h"
+
+namespace orif::modOrif {
+
+/// The number of lines that the trail keeps.
+constexpr std::size_t TrailLength = 100;
+
+/// Reads the settings and, when file logging is on, creates this run's log file. Runs when the
+/// library is loaded, at the latest when the first object takes its id; later calls do nothing.
+void Main() noexcept;
+
+/// Makes a line of a message: time of day, thread number, message. The line becomes the last
+/// message, is kept in the trail while the trail flag is on, and is appended to the log file while
+/// that is on. A line that cannot be kept or written is dropped.
+ORIF_EXPORT void DebugOut(std::string_view message) noexcept;
+
+/// Whether lines are kept in the trail.
+void TrailFlag(bool value) noexcept;
+
+/// The next ObjectID: 1, 2, 3 ... over all classes.
+std::int32_t NextObjectId() noexcept;
+
+std::string LastMessage();
+
+/// The kept lines, oldest first. The first is followed directly by the second, every later one ends
+/// with a carriage return and a line feed.
+std::string AllMessages();
+
+/// Milliseconds of the high-resolution performance counter. Throws a Fault when there is no such
+/// counter.
+double Timer();
+
+/// The number of live Core objects; for a debugger's eye.
+void CountCore(std::int32_t change) noexcept;
+
+/// A setting of the application, as a variant converts it; `preset` when it is missing or does not
+/// convert.
+bool BooleanSetting(std::string_view key, bool preset) noexcept;
+std::int32_t IntegerSetting(std::string_view key, std::int32_t preset) noexcept;
+
+}  // namespace orif::modOrif

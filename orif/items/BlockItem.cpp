@@ -1,0 +1,20 @@
+#include "orif/items/BlockItem.h"
+
+#include "orif/items/AssignmentPiece.h"
+
+namespace orif {
+
+std::string BlockItem::GetSetasg() {
+  const auto trail = TrailOf("GetSetasg");
+  return trail.Guarded(std::string(), [&](std::string& result) {
+    if (lines_.enter != nullptr) trail.Traced(lines_.enter);
+    const std::int32_t start = Owner().NextAddr();
+    std::string piece = AssignmentPiece(start, GetSize(), Designation());
+    StartAddress(start);
+    if (lines_.piece != nullptr) trail.Traced(lines_.piece, piece);
+    result = std::move(piece);
+    if (lines_.done != nullptr) trail.Traced(lines_.done);
+  });
+}
+
+}  // namespace orif

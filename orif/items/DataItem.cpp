@@ -1,0 +1,46 @@
+#include "orif/items/DataItem.h"
+
+namespace orif {
+
+DataItem::DataItem(std::string_view className) noexcept
+    : className_(className), objectId_(modOrif::NextObjectId()) {
+  const auto trail = TrailOf("Class_Initialize");
+  trail.Traced(", Enter");
+  trail.Traced(", Return");
+}
+
+DataItem::~DataItem() {
+  const auto trail = TrailOf("Class_Terminate");
+  trail.Traced(", Enter");
+  trail.Traced(", Return");
+}
+
+std::shared_ptr<orif::DataTable> DataItem::DataTable() const noexcept {
+  return owner_ ? owner_->Table() : nullptr;
+}
+
+std::string DataItem::GetTypeName() const noexcept {
+  const auto trail = TrailOf("GetTypeName");
+  return trail.Guarded(std::string(), [&](std::string& result) {
+    result = className_;
+    trail.Traced(", ", className_);
+  });
+}
+
+void DataItem::AddUserMessage(std::string_view vstrMessage) const noexcept {
+  TrailOf("AddUserMessage").Traced(", ", vstrMessage);
+}
+
+bool DataItem::Written(std::int32_t status, const Trail<DataItem>& trail,
+                       std::string_view refusal) const {
+  if (status >= 0) return true;
+  trail.Always(refusal, status);
+  TellLastError(trail);
+  return false;
+}
+
+void DataItem::TellLastError(const Trail<DataItem>& trail) const noexcept {
+  trail.Always(", ", [this] { return Share().LastErrorText(); });
+}
+
+}  // namespace orif

@@ -1,0 +1,68 @@
+// A range of the controller's numeric registers, carried as integers or as reals. Values are those
+// of the table's last refresh; the setters write to the controller at once, and what they write is
+// seen after the next refresh. Registered with DataTable::AddNumReg.
+#pragma once
+
+#include <cstdint>
+
+#include "orif/base/ArrayView.h"
+#include "orif/base/Variant.h"
+#include "orif/items/BlockItem.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT DataNumReg : public BlockItem {
+ public:
+  /// The number of the first and of the last register of the range.
+  std::int32_t StartIndex() const noexcept { return startIndex_; }
+  std::int32_t EndIndex() const noexcept { return endIndex_; }
+
+  /// The value of register `Index` at the last refresh, as a 32-bit integer or real by the item's
+  /// kind. False, with `Value` untouched, for an index outside the range, an invalid item, or
+  /// before a good refresh.
+  bool GetValue(std::int32_t Index, Variant& Value) noexcept;
+
+  /// Writes register `Index`. False for an index outside the range, an invalid item, a value that
+  /// does not convert to the item's kind, and when the controller refuses.
+  bool SetValue(std::int32_t Index, const Variant& Value) noexcept;
+
+  /// Writes `Count` registers from `Index` on with the elements of the array in `Value`, from its
+  /// lower bound: an array of 32-bit integers or reals, as the item's kind is, of `Count` elements
+  /// or more. False as for SetValue.
+  bool SetValues(std::int32_t Index, const Variant& Value, std::int32_t Count) noexcept;
+
+  /// Writes `Count` registers from `Index` on with the first elements of `Value`, `Count` or more.
+  /// Each serves its own kind of item only. False as for SetValue.
+  bool SetValuesInt(std::int32_t Index, ArrayView<const std::int32_t> Value,
+                    std::int32_t Count) noexcept;
+  bool SetValuesReal(std::int32_t Index, ArrayView<const float> Value, std::int32_t Count) noexcept;
+
+ protected:
+  friend class orif::DataTable;
+
+  DataNumReg() noexcept;
+  bool Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex, std::int32_t EndIndex) noexcept;
+  std::int32_t GetSize() const override;
+
+ private:
+  std::string Designation() const override;
+
+  bool Covers(std::int32_t index) const noexcept;
+  std::int32_t Address(std::int32_t index) const;
+  bool CoversRun(std::int32_t index, std::int32_t count) const;
+  template <class T>
+  bool Write(const Trail<DataItem>& trail, std::int32_t address, ArrayView<const T> values,
+             std::int32_t count);
+  template <class T>
+  bool WriteCopy(const Trail<DataItem>& trail, std::int32_t index, const Variant& value,
+                 std::int32_t count);
+  template <class T>
+  bool SetRun(std::string_view member, std::int32_t index, ArrayView<const T> values,
+              std::int32_t count) noexcept;
+
+  std::int32_t startIndex_ = 0;
+  std::int32_t endIndex_ = 0;
+};
+
+}  // namespace orif

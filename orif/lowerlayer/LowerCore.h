@@ -1,0 +1,118 @@
+// The lower core object with one typed member per operation: arguments are narrowed to what the
+// operation takes, results converted to what it answers. Nothing else in the library invokes a
+// number. Members throw a Fault for a number that does not fit, an array that does not reach as far
+// as its count, and whatever the object throws; a refusal is the status that they return.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "orif/base/ArrayView.h"
+#include "orif/lowerlayer/DispId.h"
+#include "orif/lowerlayer/Dispatch.h"
+
+namespace orif {
+
+class LowerCoreRef;
+
+class LowerCore {
+ public:
+  const std::shared_ptr<Dispatch>& Object() const { return object_; }
+
+  void HostName(std::string_view value);
+  std::int32_t TimeOutValue();
+  void TimeOutValue(std::int32_t value);
+  std::int32_t PortNumber();
+  void PortNumber(std::int32_t value);
+  std::string LastErrorText();
+
+  void Reset();
+  std::int32_t Connect();
+  std::int32_t Disconnect();
+  void SetClientID(std::int16_t key);
+  std::int32_t SendCommand(std::string_view command);
+
+  void ClearRAssignment();
+  std::int32_t SetRAssignment(std::string_view piece);
+
+  /// Fills `count` words of `buffer` with the data area's words from `address` on.
+  std::int32_t ReadRShort(std::int32_t address, ArrayView<std::int16_t> buffer, std::int32_t count);
+  /// The value that two neighbouring words form.
+  std::int32_t ShortToLong(ArrayView<std::int16_t> pair);
+  float ShortToFloat(ArrayView<std::int16_t> pair);
+
+  std::int32_t WriteR(std::int32_t address, std::string_view text);
+  std::int32_t WriteRLong(std::int32_t address, ArrayView<const std::int32_t> values,
+                          std::int32_t count);
+  std::int32_t WriteRFloat(std::int32_t address, ArrayView<const float> values, std::int32_t count);
+  std::int32_t WriteRShort(std::int32_t address, ArrayView<const std::int16_t> words,
+                           std::int32_t count);
+  /// The counts handed on are those of the arrays.
+  std::int32_t WriteRJoint(std::int32_t address, ArrayView<const float> joint, std::int16_t UF,
+                           std::int16_t UT);
+  std::int32_t WriteRXyzwpr(std::int32_t address, ArrayView<const float> xyzwpr,
+                            ArrayView<const std::int16_t> config, std::int16_t UF, std::int16_t UT);
+  /// `registers` registers of `floatStride` floats and `configStride` configuration words each.
+  std::int32_t WriteRXyzwprConfig(std::int32_t address, std::int32_t registers,
+                                  ArrayView<const float> xyzwpr, std::int32_t floatStride,
+                                  ArrayView<const std::int16_t> config, std::int32_t configStride);
+
+  /// A signal operation by its number: index and count are narrowed to 16 bits and passed by value.
+  template <class T>
+  std::int32_t Signals(DispId id, std::int32_t index, ArrayView<T> buffer, std::int32_t count);
+  /// A signal operation by its name: index and count are passed by reference with their 32 bits.
+  template <class T>
+  std::int32_t Signals(std::string_view name, std::int32_t index, ArrayView<T> buffer,
+                       std::int32_t count);
+
+ private:
+  friend class LowerCoreRef;
+
+  explicit LowerCore(std::shared_ptr<Dispatch> object) : object_(std::move(object)) {}
+
+  OrvexValue Method(DispId id, std::span<const OrvexValue> arguments = {});
+  OrvexValue Get(DispId id);
+  void Put(DispId id, const OrvexValue& value);
+
+  std::shared_ptr<Dispatch> object_;
+  std::int32_t references_ = 0;
+};
+
+/// A counted reference to a lower core object; empty until one is given. Whoever calls an operation
+/// holds one for as long as the call lasts, so that letting go of the object meanwhile does not end
+/// it. The count is not atomic: there is one thread, and a value read takes one of these.
+class LowerCoreRef {
+ public:
+  constexpr LowerCoreRef() = default;
+  explicit LowerCoreRef(std::shared_ptr<Dispatch> object)
+      : core_(new LowerCore(std::move(object))) {
+    ++core_->references_;
+  }
+  LowerCoreRef(const LowerCoreRef& other) noexcept : core_(other.core_) {
+    if (core_ != nullptr) ++core_->references_;
+  }
+  LowerCoreRef(LowerCoreRef&& other) noexcept : core_(std::exchange(other.core_, nullptr)) {}
+  LowerCoreRef& operator=(const LowerCoreRef& other) noexcept {
+    return *this = LowerCoreRef(other);
+  }
+  LowerCoreRef& operator=(LowerCoreRef&& other) noexcept {
+    std::swap(core_, other.core_);
+    return *this;
+  }
+  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
+  constexpr ~LowerCoreRef() {
+    if (core_ != nullptr && --core_->references_ == 0) delete core_;
+  }
+
+  LowerCore* operator->() const { return core_; }
+  LowerCore& operator*() const { return *core_; }
+  // NOLINTEND(clang-analyzer-cplusplus.NewDelete)
+  explicit operator bool() const { return core_ != nullptr; }
+
+ private:
+  LowerCore* core_ = nullptr;
+};
+
+}  // namespace orif

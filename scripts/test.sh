@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Sets up what is missing, builds with warnings as errors, and runs all tests. An argument chooses another preset
+# than the debug one: release, sanitize.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset=${1:-debug}
+
+scripts/setup.sh g++ cmake ninja-build libgtest-dev libgmock-dev
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset"
+ctest --preset "$preset"

@@ -1,0 +1,51 @@
+// The alarm lists of a controller. Owned by a Controller and changed freely through it; a piece
+// shows the first entries of a list as records of numbers and texts, read only. One thread at a
+// time.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "simulator/WordSource.h"
+
+namespace orif::sim {
+
+struct Piece;
+
+struct Alarm {
+  std::int16_t id = 0;
+  std::int16_t number = 0;
+  std::int16_t causeId = 0;
+  std::int16_t causeNumber = 0;
+  std::int16_t severity = 0;
+  std::int16_t year = 0;
+  std::int16_t month = 0;
+  std::int16_t day = 0;
+  std::int16_t hour = 0;
+  std::int16_t minute = 0;
+  std::int16_t second = 0;
+  std::string message = {};          // the words show up to 80 bytes
+  std::string causeMessage = {};     // up to 80 bytes
+  std::string severityMessage = {};  // up to 18 bytes
+};
+
+enum class AlarmList { Active, Password, History };
+
+class Alarms {
+ public:
+  /// How many entries of a list the controller shows; those that a list does not have are all zero.
+  static constexpr std::size_t kShown = 200;
+
+  std::vector<Alarm>& List(AlarmList list) { return lists_[static_cast<std::size_t>(list)]; }
+
+  /// "ALM[1]" shows the active alarms, "ALM[P1]" the password alarms, "ALM[E1]" the history.
+  OpenedSource Open(const Piece& piece);
+
+ private:
+  std::array<std::vector<Alarm>, 3> lists_;
+};
+
+}  // namespace orif::sim

@@ -1,0 +1,44 @@
+#include "simulator/Controller.h"
+
+#include <algorithm>
+#include <array>
+
+#include "simulator/Piece.h"
+
+namespace orif::sim {
+
+Controller::Controller(const Layout& layout)
+    : numericRegisters_(layout.numericRegisters),
+      positionRegisters_(layout.motionGroups, layout.positionRegisters),
+      currentPositions_(layout.motionGroups, layout.userFrames),
+      texts_(layout.stringRegisters, layout.numericRegisters, layout.positionRegisters) {}
+
+OpenedSource Controller::Open(const Piece& piece) {
+  if (piece.symbol.starts_with('$')) return variables_.Open(piece);
+  const bool comment = piece.letters == "C";
+  const bool grouped = piece.symbol == "PR" || piece.symbol == "POS";
+  if (piece.group != 0 && !grouped) return {Status::UnknownVariable, nullptr};
+  if (comment || piece.symbol == "SR") return texts_.Open(piece);
+  if (piece.symbol == "R") return numericRegisters_.Open(piece);
+  if (piece.symbol == "PR") return positionRegisters_.Open(piece);
+  if (piece.symbol == "POS") return currentPositions_.Open(piece);
+  if (piece.symbol == "PRG") return tasks_.Open(piece);
+  if (piece.symbol == "ALM") return alarms_.Open(piece);
+  return {Status::UnknownVariable, nullptr};
+}
+
+Status Controller::Run(std::string_view command) {
+  static constexpr std::string_view kClearAlarms = "CLRALM";
+  if (!command.starts_with(kClearAlarms)) return Status::UnknownCommand;
+  const std::string_view rest = command.substr(kClearAlarms.size());
+  if (!rest.empty()) {
+    const bool number = rest.size() > 1 && rest[0] == ' ' && rest[1] != '0' &&
+                        rest.find_first_not_of("0123456789", 1) == rest.npos;
+    if (!number) return Status::UnknownCommand;
+  }
+  alarms_.List(AlarmList::Active).clear();
+  commands_.emplace_back(command);
+  return Status::Ok;
+}
+
+}  // namespace orif::sim

@@ -1,0 +1,31 @@
+#include "simulator/Misbehaviour.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "simulator/SimulatedCore.h"
+
+namespace orif::sim {
+
+void Misbehaviour::FailNext(std::string_view operation, Failure failure, int times) {
+  if (!SimulatedCore::ReachesController(operation)) {
+    throw std::invalid_argument("No operation with the controller: " + std::string(operation));
+  }
+  if (times > 0) orders_.push_back({std::string(operation), std::move(failure), times});
+}
+
+void Misbehaviour::Stop() {
+  orders_.clear();
+  delay_ = 0;
+}
+
+std::optional<Failure> Misbehaviour::Take(std::string_view operation) {
+  const auto order = std::ranges::find(orders_, operation, &Order::operation);
+  if (order == orders_.end()) return std::nullopt;
+  Failure failure = order->failure;
+  if (--order->times == 0) orders_.erase(order);
+  return failure;
+}
+
+}  // namespace orif::sim

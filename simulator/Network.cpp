@@ -1,0 +1,44 @@
+#include "simulator/Network.h"
+
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+#include "simulator/SimulatedCore.h"
+
+namespace orif::sim {
+namespace {
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lower;
+}
+
+}  // namespace
+
+struct Network::Hosts {
+  std::map<std::string, std::shared_ptr<Controller>> byName;
+};
+
+Network::Network() : hosts_(std::make_shared<Hosts>()) {}
+
+Controller& Network::AddController(std::string_view host, const Layout& layout) {
+  auto& slot = hosts_->byName[LowerCase(host)];
+  if (slot) throw std::invalid_argument("There is a controller already: " + std::string(host));
+  slot = std::make_shared<Controller>(layout);
+  return *slot;
+}
+
+std::shared_ptr<Controller> Network::Find(std::string_view host) const {
+  const auto found = hosts_->byName.find(LowerCase(host));
+  return found == hosts_->byName.end() ? nullptr : found->second;
+}
+
+DispatchFactory Network::Factory() const {
+  return [network = *this] { return std::make_shared<SimulatedCore>(network); };
+}
+
+}  // namespace orif::sim

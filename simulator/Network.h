@@ -1,0 +1,34 @@
+// Simulated controllers by host name: everything that the core objects of one factory can reach.
+// Made by a test, an example or the loadable component. Copies of a Network, and the factories and
+// core objects made from it, share its controllers and keep them alive. One thread at a time.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "orif/lowerlayer/Dispatch.h"
+#include "simulator/Controller.h"
+
+namespace orif::sim {
+
+class Network {
+ public:
+  Network();
+
+  /// Adds a controller that answers as `host` (upper and lower case are the same). Throws
+  /// std::invalid_argument when there is one of that name.
+  Controller& AddController(std::string_view host, const Layout& layout = {});
+
+  /// The controller of that name, empty when there is none.
+  std::shared_ptr<Controller> Find(std::string_view host) const;
+
+  /// Makes core objects that reach these controllers.
+  DispatchFactory Factory() const;
+
+ private:
+  struct Hosts;
+  std::shared_ptr<Hosts> hosts_;
+};
+
+}  // namespace orif::sim

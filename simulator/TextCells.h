@@ -1,0 +1,33 @@
+// Texts behind the data area, 40 words each: string registers, comments and string variables. A
+// text of exactly 80 bytes has no zero byte behind it; of a longer one the words show the first 80
+// bytes.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "simulator/WordSource.h"
+
+namespace orif::sim {
+
+class TextCells {
+ public:
+  static constexpr std::size_t kWords = kWordsPerText;
+  static constexpr ValueKind kKind = ValueKind::Text;
+  static constexpr bool kWritable = true;
+
+  explicit TextCells(std::span<std::string> texts) : texts_(texts) {}
+
+  void Load(std::size_t index, std::span<Word, kWords> words) const {
+    PutText(texts_[index], words);
+  }
+  void Store(std::size_t index, std::span<const Word, kWords> words, Window /*written*/) {
+    texts_[index] = GetText(words);
+  }
+
+ private:
+  std::span<std::string> texts_;
+};
+
+}  // namespace orif::sim

@@ -1,0 +1,81 @@
+#include "simulator/Variables.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "simulator/RecordSource.h"
+#include "simulator/TextCells.h"
+
+namespace orif::sim {
+namespace {
+
+// An integer or a real by itself.
+template <class T>
+class ValueCells {
+ public:
+  static constexpr std::size_t kWords = kWordsPerValue;
+  static constexpr ValueKind kKind =
+      std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
+  static constexpr bool kWritable = true;
+
+  explicit ValueCells(T& value) : value_(&value) {}
+
+  void Load(std::size_t /*index*/, std::span<Word, kWords> words) const {
+    PutValue(*value_, words);
+  }
+  void Store(std::size_t /*index*/, std::span<const Word, kWords> words, Window /*written*/) {
+    *value_ = GetValue<T>(words);
+  }
+
+ private:
+  T* value_;
+};
+
+struct CellsOf {
+  ValueCells<std::int32_t> operator()(std::int32_t& value) const { return ValueCells(value); }
+  ValueCells<float> operator()(float& value) const { return ValueCells(value); }
+  TextCells operator()(std::string& value) const { return TextCells({&value, 1}); }
+  PositionCells operator()(Position& value) const { return PositionCells({&value, 1}); }
+};
+
+// The factor under which a value of each type is asked for.
+template <class T>
+constexpr Factor kFactor =
+    std::is_same_v<T, std::int32_t> || std::is_same_v<T, std::string> ? Factor::One : Factor::Zero;
+
+}  // namespace
+
+void Variables::Set(std::string_view name, VariableValue value) {
+  const auto found = values_.find(name);
+  if (found == values_.end()) {
+    values_.emplace(name, std::move(value));
+    return;
+  }
+  if (found->second.index() != value.index()) {
+    // Pieces refer to the value as it is typed now.
+    throw std::invalid_argument("A variable keeps its type: " + std::string(name));
+  }
+  std::visit([&value]<class T>(T& target) { target = std::get<T>(std::move(value)); },
+             found->second);
+}
+
+const VariableValue& Variables::At(std::string_view name) const {
+  const auto found = values_.find(name);
+  if (found == values_.end()) throw std::out_of_range("No variable " + std::string(name));
+  return found->second;
+}
+
+OpenedSource Variables::Open(const Piece& piece) {
+  const auto found = values_.find(piece.symbol);
+  if (found == values_.end()) return {Status::UnknownVariable, nullptr};
+  return std::visit(
+      [&piece]<class T>(T& value) -> OpenedSource {
+        auto cells = CellsOf{}(value);
+        if (piece.factor != kFactor<T>) return {Status::WrongFactor, nullptr};
+        if (std::cmp_not_equal(piece.size, cells.kWords)) return {Status::WrongSize, nullptr};
+        return OpenRecords(piece, std::move(cells), 1, piece.index);
+      },
+      found->second);
+}
+
+}  // namespace orif::sim

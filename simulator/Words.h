@@ -1,0 +1,62 @@
+// How values lie in the 16-bit words of the data area: 32-bit values with the low-order word first,
+// text two bytes a word with the first byte low. Used by every kind of data behind the assignment;
+// plain functions, safe anywhere.
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace orif::sim {
+
+using Word = std::int16_t;
+
+/// The data area has the word addresses 1 to kLastAddress.
+inline constexpr std::int32_t kLastAddress = 16383;
+
+inline constexpr std::size_t kWordsPerValue = 2;
+inline constexpr std::size_t kWordsPerText = 40;
+inline constexpr std::size_t kBytesPerWord = 2;
+
+/// `T` is std::int32_t or float.
+template <class T>
+constexpr void PutValue(T value, std::span<Word, kWordsPerValue> words) {
+  const auto bits = std::bit_cast<std::uint32_t>(value);
+  words[0] = static_cast<Word>(bits & 0xFFFFu);
+  words[1] = static_cast<Word>(bits >> 16);
+}
+
+template <class T>
+constexpr T GetValue(std::span<const Word, kWordsPerValue> words) {
+  const std::uint32_t low = static_cast<std::uint16_t>(words[0]);
+  const std::uint32_t high = static_cast<std::uint16_t>(words[1]);
+  return std::bit_cast<T>(low | high << 16);
+}
+
+/// Fills all of `words`: what of `text` fits, then zeros.
+inline void PutText(std::string_view text, std::span<Word> words) {
+  text = text.substr(0, kBytesPerWord * words.size());
+  std::ranges::fill(words, Word{0});
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned byte = static_cast<unsigned char>(text[i]);
+    Word& word = words[i / kBytesPerWord];
+    word = static_cast<Word>(i % kBytesPerWord == 0 ? byte : word | byte << 8);
+  }
+}
+
+/// The text in `words`, up to its first zero byte.
+inline std::string GetText(std::span<const Word> words) {
+  std::string text;
+  for (const Word word : words) {
+    const auto bits = static_cast<std::uint16_t>(word);
+    text.push_back(static_cast<char>(bits & 0xFFu));
+    text.push_back(static_cast<char>(bits >> 8));
+  }
+  return text.substr(0, text.find('\0'));
+}
+
+}  // namespace orif::sim
