@@ -44,7 +44,8 @@ inline void PutText(std::string_view text, std::span<Word> words) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const unsigned byte = static_cast<unsigned char>(text[i]);
     Word& word = words[i / kBytesPerWord];
-    word = static_cast<Word>(i % kBytesPerWord == 0 ? byte : word | byte << 8);
+    word = static_cast<Word>(i % kBytesPerWord == 0 ? byte
+                                                    : static_cast<std::uint16_t>(word) | byte << 8);
   }
 }
 

@@ -1,209 +1,170 @@
-#include "tests/support/RecordedCore.h"
+#include "tests/support/Transcript.h"
 
 namespace orif::test {
 namespace {
 
-class CoreTest : public RecordedCore {};
+class CoreTest : public Transcript {
+ protected:
+  CoreTest() {
+    lower->On(DispId::LastErrorText, [](auto) { return Text("no way"); });
+  }
+};
 
-TEST_F(CoreTest, TakesAnIdAndTellsTheLowerLayerItsKey) {
-  EXPECT_EQ(core.ObjectID(), 2);
+TEST_F(CoreTest, TellsTheLowerLayerItsKey) {
   EXPECT_EQ(lower->Calls(), (Calls{"62(I2& 1024 x1)"}));
-  EXPECT_EQ(core.ClientID(), 0);
-  core.ClientID(5);
-  EXPECT_EQ(lower->Calls(), (Calls{"62(I2& 1029 x1)"}));
-  EXPECT_EQ(core.ClientID(), 5);
-  core.ClientID(31744);  // 1024 more does not fit 16 bits
-  EXPECT_EQ(lower->Calls(), Calls{});
-  EXPECT_EQ(core.ClientID(), 5);
+  RUN(core.ClientID());
+  RUN(core.ClientID(5));
+  RUN(core.ClientID());
+  Say("1024 more does not fit 16 bits");
+  RUN(core.ClientID(31744));
+  RUN(core.ClientID());
 }
 
-TEST_F(CoreTest, ConnectsAndTraces) {
+TEST_F(CoreTest, ConnectsOnceInItsLife) {
   core.DebugLog(true);
-  lower->Calls();
-  EXPECT_EQ(Trail([&] { EXPECT_TRUE(core.Connect("robot")); }),
-            (Lines{"[Core.Connect] ID=2, Enter", "[Core.Connect] ID=2, ConnectState=0",
-                   "[Core.Connect] ID=2, HostName=robot", "[Core.Connect] ID=2, Connect Status 0",
-                   "[Core.Connect] ID=2, ConnectState=1", "[Core.Connect] ID=2, Return"}));
-  EXPECT_EQ(lower->Calls(), (Calls{"65", "put 1(text robot)", "11"}));
+  RUN(core.Connect("robot"));
+  core.DebugLog(false);
+  RUN(core.Connect("robot"));
+  RUN(core.Disconnect());
+  RUN(core.Connect("robot"));
 }
 
 TEST_F(CoreTest, AFailedConnectCountsAsConnected) {
   lower->On(DispId::Connect, -2);
-  lower->On(DispId::LastErrorText, [](auto) { return Text("no such host"); });
   core.DebugLog(true);
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(core.Connect("nowhere")); }),
-            (Lines{"[Core.Connect] ID=2, Enter", "[Core.Connect] ID=2, ConnectState=0",
-                   "[Core.Connect] ID=2, HostName=nowhere",
-                   "[Core.Connect] ID=2, Connect Status -2", "[Core.Connect] ID=2, no such host",
-                   "[Core.Connect] ID=2, ConnectState=1", "[Core.Connect] ID=2, Return"}));
-  EXPECT_TRUE(core.IsConnected());
-  EXPECT_EQ(core.ConnectState(), 1);
+  RUN(core.Connect("nowhere"));
   core.DebugLog(false);
-  EXPECT_FALSE(core.Connect("nowhere"));
-  EXPECT_TRUE(core.DebugMessage().ends_with("[Core.Connect] ID=2, Err reconnect not available"));
+  RUN(core.IsConnected());
+  RUN(core.ConnectState());
+  RUN(core.Connect("nowhere"));
 }
 
 TEST_F(CoreTest, AStatusLineThatCannotBeHadDoesNotUndoTheConnection) {
   lower->On(DispId::Connect, 1);
   lower->Throw(DispId::LastErrorText, "gone");
   core.DebugLog(true);
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(core.Connect("robot")); }).back(),
-            "[Core.Connect] ID=2, Return");
-  EXPECT_EQ(core.ConnectState(), 1);
+  RUN(core.Connect("robot"));
 }
 
 TEST_F(CoreTest, AFaultBeforeTheStatusLeavesTheCoreUnconnected) {
   for (const DispId id : {DispId::Reset, DispId::HostName, DispId::Connect}) {
     lower->Throw(id, "broken");
-    EXPECT_EQ(Trail([&] { EXPECT_FALSE(core.Connect("robot")); }), Lines{});
-    EXPECT_EQ(core.ConnectState(), 0);
-    EXPECT_FALSE(core.IsConnected());
+    RUN(core.Connect("robot"));
+    RUN(core.ConnectState());
+    RUN(core.IsConnected());
     lower->On(id, 0);
   }
-  EXPECT_TRUE(core.Connect("robot"));
+  RUN(core.Connect("robot"));
 }
 
 TEST_F(CoreTest, DisconnectKillsTheFirstTableAndLeavesTheSecond) {
-  EXPECT_EQ(Trail([&] { EXPECT_TRUE(core.Disconnect()); }),
-            (Lines{"[Core.Disconnect] ID=2, Not connected"}));
-  EXPECT_EQ(core.ConnectState(), 0);
+  RUN(core.Disconnect());
+  RUN(core.ConnectState());
   core.Connect("robot");
   const auto table = core.DataTable();
   const auto first = table->AddNumReg(NUMREG_INT, 1, 1);
   const auto table2 = core.DataTable2();
   const auto second = table2->AddNumReg(NUMREG_INT, 1, 1);
   lower->On(DispId::Disconnect, -5);
-  lower->On(DispId::LastErrorText, [](auto) { return Text("never asked for"); });
   core.DebugLog(true);
-  lower->Calls();
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(core.Disconnect()); }),
-            (Lines{"[Core.Disconnect] ID=2, Enter", "[Core.Disconnect] ID=2, ConnectState=1",
-                   "[Core.Disconnect] ID=2, Clear Objects",
-                   "[Core.Disconnect] ID=2, Close Status -5", "[Core.Disconnect] ID=2, ",
-                   "[Core.Disconnect] ID=2, ConnectState=2", "[Core.Disconnect] ID=2, Return"}));
-  EXPECT_EQ(lower->Calls(), (Calls{"9"}));
-  EXPECT_FALSE(table->Valid());
-  EXPECT_FALSE(first->Valid());
-  EXPECT_TRUE(table2->Valid());
-  EXPECT_TRUE(second->Valid());
-  EXPECT_EQ(core.GetLib(), nullptr);
-  // The lower core object is gone: neither table can be had, and the second one's Clear faults
-  // half-way.
-  EXPECT_EQ(core.DataTable(), nullptr);
-  EXPECT_EQ(core.DataTable2(), nullptr);
-  EXPECT_EQ(core.mlngDataTableCount(), 0);
-  EXPECT_EQ(core.TimeOutValue(), 0);
-  EXPECT_FALSE(core.Connect("robot"));
+  RUN(core.Disconnect());
   core.DebugLog(false);
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(table2->Clear()); }),
-            (Lines{"[DataTable.Clear] ID=" + Id(table2) + ", Err Object variable not set"}));
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(table2->Refresh()); }),
-            (Lines{"[DataTable.Refresh] ID=" + Id(table2) + ", Err Invalid NextAddr 1"}));
+  RUN(table->Valid());
+  RUN(first->Valid());
+  RUN(table2->Valid());
+  RUN(second->Valid());
+  Say("the lower core object is gone: neither table can be had");
+  RUN(core.GetLib());
+  RUN(core.DataTable());
+  RUN(core.DataTable2());
+  RUN(core.mlngDataTableCount());
+  RUN(core.TimeOutValue());
+  RUN(core.ClearAlarm());
+  Say("the second table's Clear faults half-way");
+  RUN(table2->Clear());
+  RUN(table2->Refresh());
 }
 
 TEST_F(CoreTest, ClearAlarmSendsTheCommandWhileConnected) {
-  EXPECT_FALSE(core.ClearAlarm());
+  RUN(core.ClearAlarm());
   core.Connect("robot");
-  lower->Calls();
-  EXPECT_TRUE(core.ClearAlarm());
-  EXPECT_TRUE(core.ClearAlarm(2));
-  EXPECT_TRUE(core.ClearAlarm(-3));
-  EXPECT_EQ(lower->Calls(), (Calls{"7(text& CLRALM)", "7(text& CLRALM 2)", "7(text& CLRALM)"}));
-  lower->On(DispId::SendCommand, 3);
-  lower->On(DispId::LastErrorText, [](auto) { return Text("busy"); });
+  RUN(core.ClearAlarm());
+  RUN(core.ClearAlarm(2));
+  RUN(core.ClearAlarm(-3));
   core.DebugLog(true);
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(core.ClearAlarm()); }),
-            (Lines{"[Core.ClearAlarm] ID=2, Enter ", "[Core.ClearAlarm] ID=2, busy",
-                   "[Core.ClearAlarm] ID=2, Return 3"}));
+  lower->On(DispId::SendCommand, 3);
+  RUN(core.ClearAlarm());
 }
 
 TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
-  lower->Calls();
-  core.TimeOutValue(50);
-  core.PortNumber(-1);
-  EXPECT_EQ(lower->Calls(), (Calls{"put 2(I4 50)", "put 3(I4 -1)"}));
+  RUN(core.TimeOutValue(50));
+  RUN(core.PortNumber(-1));
   lower->On(DispId::TimeOutValue, 1234);
   lower->On(DispId::PortNumber, [](auto) { return Text("8080"); });
-  EXPECT_EQ(core.TimeOutValue(), 1234);
-  EXPECT_EQ(core.PortNumber(), 8080);
+  RUN(core.TimeOutValue());
+  RUN(core.PortNumber());
   lower->Throw(DispId::PortNumber, "broken");
-  EXPECT_EQ(Trail([&] { EXPECT_EQ(core.PortNumber(), 0); }), Lines{});
-  EXPECT_EQ(lower->Calls(), (Calls{"get 2", "get 3", "get 3"}));
+  RUN(core.PortNumber());
+}
+
+TEST_F(CoreTest, PresetsThePortFromItsSetting) {
+  const auto directory = std::filesystem::temp_directory_path() / "orif-port-setting";
+  std::filesystem::create_directories(directory / "ORVEX");
+  setenv("XDG_CONFIG_HOME", directory.c_str(), 1);
+  for (const char* port : {"8193", " 8194.4 ", "0", "-5", "many", "", "99999999999"}) {
+    std::ofstream(directory / "ORVEX/Setting.ini") << "PortNumber=" << port << '\n';
+    Say(port);
+    RUN(Core([this] { return lower; }).ObjectID());
+  }
+  std::filesystem::remove_all(directory);
 }
 
 TEST_F(CoreTest, MakesTheTablesOnFirstUse) {
   core.DebugLog(true);
-  lower->Calls();
-  std::shared_ptr<DataTable> table;
-  EXPECT_EQ(Trail([&] { table = core.DataTable(); }),
-            (Lines{"[Core.DataTable] ID=2, Enter", "[Core.DataTable] ID=2, ClearRAssignment ",
-                   "[Core.DataTable] ID=2, InitObject", "[Core.DataTable] ID=2, Return"}));
-  EXPECT_EQ(Trail([&] { EXPECT_EQ(core.DataTable(), table); }),
-            (Lines{"[Core.DataTable] ID=2, Enter", "[Core.DataTable] ID=2, Return"}));
-  std::shared_ptr<DataTable> table2;
-  EXPECT_EQ(Trail([&] { table2 = core.DataTable2(); }), Lines{});
-  EXPECT_EQ(core.DataTable2(), table2);
-  EXPECT_TRUE(table->Fixed());
-  EXPECT_EQ(lower->Calls(), (Calls{"12"}));
+  RUN(core.DataTable());
+  RUN(core.DataTable());
+  RUN(core.DataTable2());
+  EXPECT_EQ(core.DataTable2(), core.DataTable2());
+  RUN(core.DataTable()->Fixed());
+  Say("the second table asked for first");
   Core other([this] { return lower; });
-  EXPECT_NE(other.DataTable2(), nullptr);  // makes both
-  EXPECT_EQ(lower->Calls(), (Calls{"62(I2& 1024 x1)", "12"}));
-  EXPECT_EQ(other.mlngDataTableCount(), 0);
+  RUN(other.DataTable2());
+  RUN(other.mlngDataTableCount());
 }
 
 TEST_F(CoreTest, TellsOfItself) {
   core.DebugLog(true);
-  EXPECT_EQ(Trail([&] {
-              EXPECT_EQ(core.GetTypeName(), "Core");
-              EXPECT_FALSE(core.IsConnected());
-              core.ConnectState();
-              core.AddUserMessage("hello");
-              core.Connect("robot");
-            }).size(),
-            12U);
-  EXPECT_EQ(
-      Trail([&] {
-        core.GetTypeName();
-        core.IsConnected();
-        core.ConnectState();
-        core.AddUserMessage("hello");
-      }),
-      (Lines{"[Core.GetTypename] ID=2, Core", "[Core.IsConnected] ID=2, Enter ConnectState=1",
-             "[Core.IsConnected] ID=2, Return True", "[Core.Get ConnectState] ID=2, 1:Connected",
-             "[Core.AddUserMessage] ID=2, hello"}));
+  RUN(core.GetTypeName());
+  RUN(core.IsConnected());
+  RUN(core.ConnectState());
+  RUN(core.AddUserMessage("hello"));
+  core.Connect("robot");
+  RUN(core.IsConnected());
+  RUN(core.ConnectState());
+  RUN(core.AddUserMessage("hello"));
   core.Disconnect();
-  EXPECT_EQ(Trail([&] {
-              core.AddUserMessage("bye");
-              core.ConnectState();
-              core.DebugLog(false);
-              core.AddUserMessage("quiet");
-            }),
-            (Lines{"[Core.AddUserMessage] ID=2, bye", "[Core.AddUserMessage] ID=2, ConnectState=2",
-                   "[Core.Get ConnectState] ID=2, 2:Disconnected",
-                   "[Core.Let DebugLog] ID=2, NewValue=False"}));
+  RUN(core.ConnectState());
+  RUN(core.DebugLog(false));
+  RUN(core.AddUserMessage("always"));
+  RUN(core.GetTypeName());
 }
 
 TEST_F(CoreTest, StandsWithoutALowerCoreObjectAndTriesAgain) {
   bool available = false;
   std::optional<Core> late;
-  EXPECT_EQ(Trail([&] {
-              late.emplace([&]() -> std::shared_ptr<Dispatch> {
-                if (!available) throw Fault("not plugged in");
-                return lower;
-              });
-            }),
-            (Lines{"[Core.Class_initialize] ID=3, Err not plugged in"}));
+  const DispatchFactory factory = [&]() -> std::shared_ptr<Dispatch> {
+    if (!available) throw Fault("not plugged in");
+    return lower;
+  };
+  RUN(late.emplace(factory).ObjectID());
   late->ClientID(7);
-  EXPECT_EQ(Trail([&] { EXPECT_FALSE(late->Connect("robot")); }), Lines{});
-  EXPECT_EQ(late->ConnectState(), 0);
-  EXPECT_EQ(late->DataTable(), nullptr);
+  RUN(late->Connect("robot"));
+  RUN(late->ConnectState());
+  RUN(late->DataTable());
   available = true;
-  lower->Calls();
-  EXPECT_EQ(Trail([&] { EXPECT_TRUE(late->Connect("robot")); }),
-            (Lines{"[Core.Connect] ID=3, Create LibCore"}));
-  EXPECT_EQ(lower->Calls(), (Calls{"62(I2& 1031 x1)", "65", "put 1(text robot)", "11"}));
-  Core empty{DispatchFactory()};  // never the installed component instead
-  EXPECT_FALSE(empty.Connect("robot"));
+  RUN(late->Connect("robot"));
+  Say("an empty factory: never the installed component instead");
+  RUN(late.emplace(DispatchFactory()).Connect("robot"));
 }
 
 TEST_F(CoreTest, WhatAClientStillHoldsRefusesWhenTheCoreIsGone) {
@@ -214,20 +175,19 @@ TEST_F(CoreTest, WhatAClientStillHoldsRefusesWhenTheCoreIsGone) {
   const auto table2 = mortal->DataTable2();
   const auto item2 = table2->AddNumReg(NUMREG_REAL, 1, 2);
   lower->On(DispId::ReadRShort, 4);
-  EXPECT_TRUE(table->Refresh());
-  lower->Calls();
-  mortal.reset();
-  EXPECT_EQ(lower->Calls(), Calls{});  // cleared silently
+  RUN(table->Refresh());
+  RUN(mortal.reset());
+  EXPECT_FALSE(table->Valid() || table2->Valid() || item->Valid() || item2->Valid());
   float value = 0;
   Variant any;
-  EXPECT_FALSE(table->Valid() || table2->Valid() || item->Valid() || item2->Valid());
-  EXPECT_FALSE(table->Refresh() || table2->Refresh() || table->GetLastDataFloat(1, value));
-  EXPECT_FALSE(item->GetValue(1, any) || item->SetValue(1, 1) || item2->SetValue(1, 1));
-  EXPECT_EQ(table->AddNumReg(NUMREG_INT, 1, 1), nullptr);
-  EXPECT_TRUE(table->Clear());
+  RUN(table->Refresh());
+  RUN(table->GetLastDataFloat(1, value));
+  RUN(item->GetValue(1, any));
+  RUN(item2->SetValue(1, 1));
+  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table->Clear());
+  RUN(table->DebugLog());
   EXPECT_EQ(item->DataTable(), table);
-  EXPECT_FALSE(item->DebugLog() || table->DebugLog());
-  EXPECT_EQ(lower->Calls(), Calls{});
   EXPECT_EQ(lower.use_count(), 2);  // the test and its own Core
 }
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -30,22 +31,22 @@ inline OrvexValue Ref(std::string_view text) {
   value.kind |= ORVEX_BYREF;
   return value;
 }
-inline OrvexValue Ref(std::int16_t* first, std::size_t count = 1) {
-  return {ORVEX_I2 | ORVEX_BYREF, 0, static_cast<std::int32_t>(count), {.i2Ref = first}};
-}
-inline OrvexValue Ref(std::int32_t* first, std::size_t count = 1) {
-  return {ORVEX_I4 | ORVEX_BYREF, 0, static_cast<std::int32_t>(count), {.i4Ref = first}};
-}
-inline OrvexValue Ref(float* first, std::size_t count = 1) {
-  return {ORVEX_R4 | ORVEX_BYREF, 0, static_cast<std::int32_t>(count), {.r4Ref = first}};
+template <class T>
+OrvexValue Ref(T* first, std::size_t count = 1) {
+  OrvexValue value{};
+  value.count = static_cast<std::int32_t>(count);
+  value.kind = std::is_same_v<T, float>          ? ORVEX_R4 | ORVEX_BYREF
+               : std::is_same_v<T, std::int32_t> ? ORVEX_I4 | ORVEX_BYREF
+                                                 : ORVEX_I2 | ORVEX_BYREF;
+  std::memcpy(&value.as, &first, sizeof first);
+  return value;
 }
 template <class T>
 OrvexValue Ref(std::vector<T>& elements) {
   return Ref(elements.data(), elements.size());
 }
 
-constexpr std::int16_t Short(std::size_t value) { return static_cast<std::int16_t>(value); }
-constexpr std::int16_t Short(int value) { return static_cast<std::int16_t>(value); }
+constexpr std::int16_t Short(auto value) { return static_cast<std::int16_t>(value); }
 
 /// One core object. Status-like results come back as numbers.
 class Client {

@@ -30,18 +30,15 @@ TEST_F(DataTest, RegistersShowEitherTypeAndTakeTheOneWritten) {
 
 TEST_F(DataTest, VariablesKeepTheirType) {
   robot.SetVariable("$N", 5);
-  robot.SetVariable("$X", 1.5f);
   robot.SetVariable("$T", std::string("text"));
   EXPECT_THROW(robot.SetVariable("$N", 5.0f), std::invalid_argument);
   EXPECT_THROW(robot.Variable("$n"), std::out_of_range);
-  Assign({"1 2 $N 1", "3 2 $X 0", "5 40 $T 1"});
+  Assign({"1 2 $N 1", "5 40 $T 1"});
   robot.SetVariable("$N", 6);
   EXPECT_EQ(client.ReadLong(1), 6);
   EXPECT_EQ(client.Write(DispId::WriteRLong, 1, Longs{-9}), 0);
-  EXPECT_EQ(client.Write(DispId::WriteRFloat, 3, Reals{0.25f}), 0);
   EXPECT_EQ(client.Call(DispId::WriteR, Short(5), Ref("odd")), 0);
   EXPECT_EQ(robot.Variable("$N"), VariableValue(-9));
-  EXPECT_EQ(robot.Variable("$X"), VariableValue(0.25f));
   EXPECT_EQ(robot.Variable("$T"), VariableValue(std::string("odd")));
 }
 
@@ -88,60 +85,57 @@ void ExpectRecord(Client& client, int start, const Position& position) {
 
 class PositionTest : public CellTest {
  protected:
-  std::int32_t WriteJoint(int address, Reals joint, std::int16_t uf, std::int16_t ut) {
+  std::int32_t WriteJoint(int address, Reals joint) {
     return client.Call(DispId::WriteRJoint, Short(address), Ref(joint), Short(joint.size()),
-                       Ref(&uf), Ref(&ut));
+                       Ref(frames_.data()), Ref(frames_.data() + 1));
   }
-  std::int32_t WriteCartesian(int address, Reals values, Words config, std::int16_t uf,
-                              std::int16_t ut) {
+  std::int32_t WriteCartesian(int address, Reals values, Words config) {
     return client.Call(DispId::WriteRXyzwpr, Short(address), Ref(values), Short(values.size()),
-                       Ref(config), Short(config.size()), Ref(&uf), Ref(&ut));
+                       Ref(config), Short(config.size()), Ref(frames_.data()),
+                       Ref(frames_.data() + 1));
   }
-  std::int32_t WriteRun(int address, int registers, int stride = 9, int configStride = 7) {
-    return client.Call(DispId::WriteRXyzwprConfig, Short(address), Short(registers), Ref(values_),
-                       Short(stride), Ref(config_), Short(configStride));
+  std::int32_t WriteRun(int address, int registers, int configStride = 7) {
+    Reals values(18, 2.5f);
+    Words config(14, 3);
+    return client.Call(DispId::WriteRXyzwprConfig, Short(address), Short(registers), Ref(values),
+                       Short(9), Ref(config), Short(configStride));
   }
 
   const Reals nine_{1, 2, 3, 4, 5, 6, 7, 8, 9};
   const Words seven_{-1, 2, -3, 4, -5, 6, -7};
-  Reals values_ = Reals(18, 2.5f);
-  Words config_ = Words(14, 3);
+  Words frames_{3, 4};
 };
 
 TEST_F(PositionTest, WritesLandInOneFormAndKeepTheRest) {
   Assign({"1 100 PR[4] 0.0", "101 50 PR[G2:4] 0.0"});
-  EXPECT_EQ(WriteCartesian(51, nine_, seven_, 3, 4), 0);
+  EXPECT_EQ(WriteCartesian(51, nine_, seven_), 0);
   Position expected{.xyzwpr = {1, 2, 3, 4, 5, 6, 7, 8, 9},
                     .config = {-1, 2, -3, 4, -5, 6, -7},
                     .uf = 3,
                     .ut = 4,
                     .validC = 1};
   ExpectRecord(client, 51, expected);
-  EXPECT_EQ(WriteJoint(51, {10, 20, 30, 40, 50, 60}, 5, 6), 0);
-  expected.joint = {10, 20, 30, 40, 50, 60};
-  expected.uf = 5;
-  expected.ut = 6;
+  EXPECT_EQ(WriteJoint(51, {10, 20, 30, 40, 50, 60, 70, 80, 90}), 0);
+  EXPECT_EQ(WriteJoint(51, {1, 2, 3, 4, 5, 6}), 0);
+  expected.joint = {1, 2, 3, 4, 5, 6, 70, 80, 90};
   expected.validC = 0;
   expected.validJ = 1;
   ExpectRecord(client, 51, expected);
-  EXPECT_EQ(WriteCartesian(51, {9, 8, 7, 6, 5, 4}, seven_, 5, 6), 0);
-  EXPECT_EQ(robot.PositionRegister(1, 5).xyzwpr[5], 4.0f);
-  EXPECT_EQ(robot.PositionRegister(1, 5).xyzwpr[6], 7.0f);
   ExpectRecord(client, 1, Position());
   ExpectRecord(client, 101, Position());
 }
 
 TEST_F(PositionTest, RefusedWritesChangeNothing) {
   Assign({"1 100 PR[1] 0.0", "101 50 POS[0] 0.0", "151 2 R[1] 0"});
-  EXPECT_EQ(WriteJoint(1, Reals(10), 0, 0), Number(Status::WrongCount));
-  EXPECT_EQ(WriteCartesian(1, Reals(5), seven_, 0, 0), Number(Status::WrongCount));
-  EXPECT_EQ(WriteCartesian(1, nine_, Words(6), 0, 0), Number(Status::WrongCount));
-  EXPECT_EQ(WriteJoint(2, nine_, 0, 0), Number(Status::Misaligned));
-  EXPECT_EQ(WriteJoint(101, nine_, 0, 0), Number(Status::ReadOnly));
-  EXPECT_EQ(WriteJoint(151, nine_, 0, 0), Number(Status::WrongType));
-  EXPECT_EQ(WriteJoint(153, nine_, 0, 0), Number(Status::NotAssigned));
+  EXPECT_EQ(WriteJoint(1, Reals(10)), Number(Status::WrongCount));
+  EXPECT_EQ(WriteCartesian(1, Reals(5), seven_), Number(Status::WrongCount));
+  EXPECT_EQ(WriteCartesian(1, nine_, Words(6)), Number(Status::WrongCount));
+  EXPECT_EQ(WriteJoint(2, nine_), Number(Status::Misaligned));
+  EXPECT_EQ(WriteJoint(101, nine_), Number(Status::ReadOnly));
+  EXPECT_EQ(WriteJoint(151, nine_), Number(Status::WrongType));
+  EXPECT_EQ(WriteJoint(153, nine_), Number(Status::NotAssigned));
   EXPECT_EQ(WriteRun(51, 2), Number(Status::NotAssigned));
-  EXPECT_EQ(WriteRun(1, 2, 9, 6), Number(Status::WrongCount));
+  EXPECT_EQ(WriteRun(1, 2, 6), Number(Status::WrongCount));
   EXPECT_EQ(WriteRun(1, 0), Number(Status::WrongCount));
   ExpectRecord(client, 1, Position());
   ExpectRecord(client, 51, Position());
@@ -156,9 +150,9 @@ TEST_F(PositionTest, WindowsShowAndTakeTheirWordsOnly) {
   EXPECT_EQ(client.ReadReal(63), 1.0f);      // its J1
   EXPECT_EQ(client.ReadReal(73), 6.0f);      // its J6
 
-  EXPECT_EQ(WriteJoint(1, nine_, 0, 0), Number(Status::WrongType));
-  EXPECT_EQ(WriteJoint(63, nine_, 0, 0), Number(Status::WrongType)) << "J7 is not shown";
-  EXPECT_EQ(WriteJoint(63, {6, 5, 4, 3, 2, 1}, 0, 0), 0);
+  EXPECT_EQ(WriteJoint(1, nine_), Number(Status::WrongType));
+  EXPECT_EQ(WriteJoint(63, nine_), Number(Status::WrongType)) << "J7 is not shown";
+  EXPECT_EQ(WriteJoint(63, {6, 5, 4, 3, 2, 1}), 0);
   EXPECT_EQ(robot.PositionRegister(2, 2).joint[5], 1.0f);
   EXPECT_EQ(robot.PositionRegister(2, 2).joint[6], 7.0f);
   EXPECT_EQ(WriteRun(1, 2), 0);

@@ -40,16 +40,6 @@ TEST_F(SimulatedCoreTest, ConnectsToKnownHostsOnly) {
   EXPECT_EQ(client.Call(DispId::Connect), Number(Status::UnknownHost)) << "host name is forgotten";
 }
 
-TEST_F(SimulatedCoreTest, OutlivesTheNetworkThatMadeIt) {
-  auto own = std::make_unique<Network>();
-  own->AddController("gone").NumericRegister(1) = 3;
-  Client last(*own);
-  ASSERT_EQ(last.Connect("gone"), 0);
-  own.reset();
-  ASSERT_EQ(last.Assign("SETASG 1 2 R[1] 1.0"), 0);
-  EXPECT_EQ(last.ReadLong(1), 3);
-}
-
 TEST_F(SimulatedCoreTest, MisbehavesAsTold) {
   Misbehaviour& misbehaviour = robot.Misbehave();
   misbehaviour.FailNext("SendCommand", {-77, "cable"}, 2);
@@ -120,13 +110,11 @@ TEST_F(SimulatedCoreTest, EverySignalOperationReachesItsOwnKind) {
 }
 
 TEST_F(SimulatedCoreTest, FaultsOnWhatIsNoCallAtAll) {
-  const auto get = [this](DispId id) { client.Get(id); };
   const auto method = [this](auto id, std::vector<OrvexValue> arguments) {
     client.Invoke(static_cast<std::int32_t>(id), ORVEX_METHOD, std::move(arguments));
   };
   for (const int id : {0, -1, 4, 1000}) EXPECT_THROW(method(id, {}), Fault);
-  EXPECT_THROW(get(DispId::Connect), Fault);
-  EXPECT_THROW(get(DispId::HostName), Fault);
+  EXPECT_THROW(client.Get(DispId::HostName), Fault);
   EXPECT_THROW(client.core->Lookup("writeSI"), Fault);
 
   Words words(4);
@@ -136,7 +124,6 @@ TEST_F(SimulatedCoreTest, FaultsOnWhatIsNoCallAtAll) {
   EXPECT_THROW(method(DispId::Connect, {one}), Fault);
   EXPECT_THROW(client.Put(DispId::HostName, Ref("cell")), Fault);
   EXPECT_THROW(method(DispId::SendCommand, {Of("CLRALM")}), Fault);
-  EXPECT_THROW(method(DispId::SetClientID, {one}), Fault);
   EXPECT_THROW(method(DispId::ReadGO, {one, Ref(words), one}), Fault);
   EXPECT_THROW(method(DispId::ShortToLong, {Ref(words.data(), 1)}), Fault);
   EXPECT_THROW(method(DispId::ReadRShort, {one, Ref(words), five}), Fault);
@@ -160,32 +147,24 @@ TEST_F(SimulatedCoreTest, FaultsOnWhatIsNoCallAtAll) {
 TEST_F(SimulatedCoreTest, HostileArgumentsDoNoHarm) {
   // s is a short, t a text reference, the others are references to shorts, longs or reals.
   const std::vector<std::pair<std::int32_t, std::string>> shapes{
-      {13, "t"},     {7, "t"},        {16, "st"},     {17, "sLs"},
-      {19, "sSs"},   {21, "sRs"},     {56, "sSs"},    {57, "S"},
-      {23, "sRsSS"}, {25, "sRsSsSS"}, {63, "ssRsSs"}, {27, "sSs"},
-      {28, "sSs"},   {45, "sLs"},     {46, "sLs"},    {client.core->Lookup("WriteSI"), "LSL"}};
-  const std::vector<std::string> pieces{"SETASG 1 40 R[1] 1.0",         "SETASG 41 100 PR[1] 0.0",
-                                        "SETASG 141 50 PR[1]@1.25 0.0", "SETASG 191 80 SR[1] 1",
-                                        "SETASG 271 50 POS[0] 0.0",     "SETASG 321 2 R[1] 0"};
-  const std::array numbers{0,   1,   2,   6,   7,     9,     18,    41, 66,
-                           141, 191, 271, 321, 16383, 16384, 32767, -1, -32768};
+      {13, "t"},     {16, "st"},      {17, "sLs"},    {19, "sSs"}, {21, "sRs"}, {56, "sSs"},
+      {23, "sRsSS"}, {25, "sRsSsSS"}, {63, "ssRsSs"}, {28, "sSs"}, {45, "sLs"}, {101, "LSL"}};
+  const std::array<std::string, 5> pieces{"SETASG 1 40 R[1] 1.0", "SETASG 41 100 PR[1] 0.0",
+                                          "SETASG 141 50 PR[1]@1.25 0.0", "SETASG 191 80 SR[1] 1",
+                                          "SETASG 271 50 POS[0] 0.0"};
+  const std::array numbers{0, 1, 2, 7, 9, 18, 41, 141, 191, 271, 16383, 32767, -1, -32768};
   std::mt19937 random(20240517);
-  const auto any = [&random](const auto& choices) {
-    return choices[random() % std::size(choices)];
-  };
+  const auto any = [&random](const auto& choices) { return choices[random() % choices.size()]; };
   std::array<int, 3> outcomes{};  // accepted, refused, faulted
-  for (int round = 0; round < 30000; ++round) {
+  for (int round = 0; round < 20000; ++round) {
     if (round % 16 == 0) client.Call(DispId::ClearRAssignment);
     for (const std::string& piece : pieces) client.Assign(piece);
     const auto [id, kinds] = any(shapes);
-    const std::size_t extent = random() % 64;
-    Words shorts(extent);
-    Longs longs(extent, any(std::array{1, 2, 0, -1, 2147483647, -2147483647 - 1}));
-    Reals reals(extent);
-    std::string text = any(pieces) + std::string(random() % 3 * 30, '9');
-    for (int flaws = static_cast<int>(random() % 3); flaws > 0; --flaws) {
-      text[random() % text.size()] = static_cast<char>(random() % 96 + 32);
-    }
+    Words shorts(random() % 64);
+    Longs longs(shorts.size(), any(std::array{1, 2, 0, -1, 2147483647, -2147483647 - 1}));
+    Reals reals(shorts.size());
+    std::string text = any(pieces) + std::string(random() % 90, '9');
+    text[random() % text.size()] = static_cast<char>(random() % 96 + 32);
     std::vector<OrvexValue> arguments;
     for (const char kind : kinds) {
       arguments.push_back(kind == 's'   ? Of(Short(any(numbers)))
