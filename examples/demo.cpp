@@ -1,6 +1,6 @@
-// The main job, on the simulated controller: connect, register every kind of item, refresh, print, write, see that
-// the old values stand until the next refresh, refresh, print, clear the alarms, disconnect, and show the trail of
-// it all. Everything printed is what the library answers.
+// The main job, on the simulated controller: connect, register every kind of item, refresh, print,
+// write, see that the old values stand until the next refresh, refresh, print, clear the alarms,
+// disconnect, and show the trail of it all. Everything printed is what the library answers.
 #include <array>
 #include <cstdlib>
 #include <iostream>

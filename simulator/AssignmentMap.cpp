@@ -12,7 +12,7 @@ namespace {
 
 bool InArea(std::int32_t address, std::size_t count) {
   return address >= 1 && address <= kLastAddress &&
-         count <= static_cast<std::size_t>(kLastAddress - address + 1);
+         std::cmp_less_equal(count, kLastAddress - address + 1);
 }
 
 }  // namespace

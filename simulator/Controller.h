@@ -37,6 +37,7 @@ class Controller {
   explicit Controller(const Layout& layout = {});
   Controller(const Controller&) = delete;
   Controller& operator=(const Controller&) = delete;
+  ~Controller() = default;
 
   /// Integer or real: `NumericRegister(1) = 5` or `= 2.5f`.
   NumericValue& NumericRegister(std::int32_t index) { return numericRegisters_.At(index); }

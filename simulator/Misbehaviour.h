@@ -25,8 +25,8 @@ class Misbehaviour {
   /// controller.
   void FailNext(std::string_view operation, Failure failure, int times = 1);
 
-  /// Answers every operation `milliseconds` after it was asked; one that is later than the caller's
-  /// time-out is refused and not carried out.
+  /// Answers every operation but Disconnect `milliseconds` after it was asked; one that is later
+  /// than the caller's time-out is refused and not carried out.
   void AnswerAfter(std::int32_t milliseconds) { delay_ = milliseconds; }
 
   /// Drops every connection: transfers are refused until the core object connects again.

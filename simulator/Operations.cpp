@@ -10,7 +10,7 @@
 namespace orif::sim {
 
 struct SimulatedCore::Handlers {
-  // ---- settings and connection
+  // Settings and connection.
 
   static OrvexValue PutHostName(SimulatedCore& core, const Arguments& arguments) {
     core.hostName_ = arguments.Text(0);
@@ -76,7 +76,7 @@ struct SimulatedCore::Handlers {
     }
   }
 
-  // ---- assignment and the words of the data area
+  // Assignment and the words of the data area.
 
   static OrvexValue ClearAssignment(SimulatedCore& core, const Arguments&) {
     core.map_.Clear();
@@ -128,7 +128,7 @@ struct SimulatedCore::Handlers {
     return MakeValue(GetValue<T>(words.first<kWordsPerValue>()));
   }
 
-  // ---- positions
+  // Positions.
 
   static bool IsCartesian(std::size_t values, std::size_t configValues) {
     constexpr std::size_t kWithoutExtendedAxes = 6;
@@ -189,7 +189,7 @@ struct SimulatedCore::Handlers {
     return core.Answer(status);
   }
 
-  // ---- signals
+  // Signals.
 
   template <SignalKind kKind>
   using Element = std::conditional_t<IsGroup(kKind), std::int32_t, std::int16_t>;

@@ -17,8 +17,8 @@ static int32_t Lookup(void* object, const char* name, int32_t* id) {
   (void)object, (void)name, (void)id;
   return 1;
 }
-static int32_t Invoke(void* object, int32_t id, uint16_t call, const OrvexValue* arguments, int32_t count,
-                      OrvexValue* result) {
+static int32_t Invoke(void* object, int32_t id, uint16_t call, const OrvexValue* arguments,
+                      int32_t count, OrvexValue* result) {
   (void)object, (void)id, (void)call, (void)arguments, (void)count, (void)result;
   return 1;
 }

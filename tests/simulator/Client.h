@@ -32,7 +32,7 @@ inline OrvexValue Ref(std::string_view text) {
   return value;
 }
 template <class T>
-OrvexValue Ref(T* first, std::size_t count = 1) {
+requires(!std::is_const_v<T>) OrvexValue Ref(T* first, std::size_t count = 1) {
   OrvexValue value{};
   value.count = static_cast<std::int32_t>(count);
   value.kind = std::is_same_v<T, float>          ? ORVEX_R4 | ORVEX_BYREF

@@ -75,14 +75,15 @@ TEST_F(AssignmentTest, ReadsComposeTheWordsOfTheMoment) {
 }
 
 TEST_F(AssignmentTest, AWriteIsAllOrNothing) {
-  Assign({"1 4 R[1] 1.0", "5 2 R[9] 1.0", "7 2 R[10] 0", "9 50 POS[0] 0.0"});
+  Assign({"1 4 R[1] 1.0", "5 2 R[9] 1.0", "7 2 R[10] 0", "9 50 POS[0] 0.0", "61 2 R[11] 0"});
   EXPECT_EQ(client.Write(DispId::WriteRLong, 3, Longs{1, 1, 1}), Number(Status::WrongType));
   EXPECT_EQ(client.Write(DispId::WriteRLong, 2, Longs(8, 1)), Number(Status::Misaligned));
   EXPECT_EQ(client.Write(DispId::WriteRShort, 5, Words(5, 1)), Number(Status::ReadOnly));
   EXPECT_EQ(client.Write(DispId::WriteRShort, 58, Words(2, 1)), Number(Status::ReadOnly));
-  EXPECT_EQ(client.Write(DispId::WriteRShort, 59, Words(1, 1)), Number(Status::NotAssigned));
+  EXPECT_EQ(client.Write(DispId::WriteRShort, 62, Words(2, 1)), Number(Status::NotAssigned));
+  EXPECT_EQ(client.Write(DispId::WriteRShort, 59, Words(4, 1)), Number(Status::NotAssigned));
   EXPECT_EQ(client.Write(DispId::WriteRShort, 0, Words(1, 1)), Number(Status::OutsideArea));
-  for (const int index : {1, 2, 9, 10}) {
+  for (const int index : {1, 2, 9, 10, 11}) {
     EXPECT_EQ(robot.NumericRegister(index), NumericValue(0)) << index;
   }
 

@@ -1,5 +1,8 @@
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <cstdio>
+
 #include "tests/simulator/Client.h"
 
 namespace orif::sim::test {
@@ -48,6 +51,16 @@ TEST(ComponentTest, OffersTheDemonstrationCellThroughThePlainInterface) {
   EXPECT_NE(component.lookup(object, "Nothing", &id), 0);
   EXPECT_EQ(id, 27);
   component.release(object);
+}
+
+TEST(ComponentTest, ExportsItsEntryPointAndNothingElse) {
+  FILE* listing = popen("nm -D --defined-only '" ORIF_SIMULATOR_COMPONENT "'", "r");
+  ASSERT_NE(listing, nullptr);
+  std::string symbols(4096, '\0');
+  symbols.resize(fread(symbols.data(), 1, symbols.size(), listing));
+  ASSERT_EQ(pclose(listing), 0);
+  EXPECT_EQ(std::ranges::count(symbols, '\n'), 1) << symbols;
+  EXPECT_TRUE(symbols.ends_with(" T " ORVEX_COMMLIB_ENTRY "\n")) << symbols;
 }
 
 }  // namespace

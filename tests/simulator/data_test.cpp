@@ -1,5 +1,6 @@
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "tests/simulator/Client.h"
 
@@ -95,8 +96,10 @@ class PositionTest : public CellTest {
                        Ref(frames_.data() + 1));
   }
   std::int32_t WriteRun(int address, int registers, int configStride = 7) {
-    Reals values(18, 2.5f);
-    Words config(14, 3);
+    Reals values(18);
+    Words config(14);
+    std::iota(values.begin(), values.end(), 100.0f);
+    std::iota(config.begin(), config.end(), Short(1));
     return client.Call(DispId::WriteRXyzwprConfig, Short(address), Short(registers), Ref(values),
                        Short(9), Ref(config), Short(configStride));
   }
@@ -156,9 +159,11 @@ TEST_F(PositionTest, WindowsShowAndTakeTheirWordsOnly) {
   EXPECT_EQ(robot.PositionRegister(2, 2).joint[5], 1.0f);
   EXPECT_EQ(robot.PositionRegister(2, 2).joint[6], 7.0f);
   EXPECT_EQ(WriteRun(1, 2), 0);
-  EXPECT_EQ(robot.PositionRegister(2, 2).xyzwpr[8], 2.5f);
-  EXPECT_EQ(robot.PositionRegister(2, 2).config[6], 3);
+  EXPECT_EQ(robot.PositionRegister(2, 2).xyzwpr[8], 117.0f);
+  EXPECT_EQ(robot.PositionRegister(2, 2).config[6], 14);
   EXPECT_EQ(robot.PositionRegister(2, 2).validJ, 0);
+  EXPECT_EQ(robot.PositionRegister(2, 1).xyzwpr[8], 108.0f);
+  EXPECT_EQ(robot.PositionRegister(2, 1).config[6], 7);
 
   // A block over both pieces: the last one that was written decides which form holds.
   EXPECT_EQ(client.Write(DispId::WriteRShort, 1, Words(74)), 0);
