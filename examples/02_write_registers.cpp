@@ -35,5 +35,5 @@ int main() {
 
   // A refusal is a false result, and the trail says why.
   if (reals->SetValue(6, 1)) return 1;
-  std::cout << core.DebugMessage() << '\n';
+  std::cout << core.DebugMessage().substr(core.DebugMessage().find('[')) << '\n';
 }

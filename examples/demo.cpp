@@ -1,6 +1,6 @@
 // The main job, on the simulated controller: connect, register every kind of item, refresh, print,
 // write, see that the old values stand until the next refresh, refresh, print, clear the alarms,
-// disconnect, and show the trail of it all. Everything printed is what the library answers.
+// disconnect, and show the trail. Everything printed is what the library answers.
 #include <array>
 #include <cstdlib>
 #include <iostream>
@@ -19,48 +19,128 @@ Answer Expect(Answer answer, const char* what, const orif::Core& core) {
   std::exit(EXIT_FAILURE);
 }
 
-void Print(orif::DataNumReg& registers) {
-  for (int i = registers.StartIndex(); i <= registers.EndIndex(); ++i) {
-    orif::Variant value;
-    std::cout << "  R[" << i << "] = " << (registers.GetValue(i, value) ? value.ToText() : "?")
-              << (registers.DataType() == orif::NUMREG_INT ? "  (integer)\n" : "  (real)\n");
-  }
+void Print(const char* name, const std::array<float, 9>& values, std::int16_t valid) {
+  std::cout << "    " << name;
+  for (const float value : values) std::cout << ' ' << value;
+  std::cout << (valid != 0 ? "\n" : "  (not valid)\n");
 }
+
+template <class Item, class... Index>
+void PrintPosition(const char* what, Item& item, Index... index) {
+  std::array<float, 9> xyzwpr{};
+  std::array<std::int16_t, 7> config{};
+  std::array<float, 9> joint{};
+  std::int16_t UF = 0;
+  std::int16_t UT = 0;
+  std::int16_t ValidC = 0;
+  std::int16_t ValidJ = 0;
+  std::cout << "  " << what;
+  if (!item.GetValue(index..., xyzwpr, config, joint, UF, UT, ValidC, ValidJ)) {
+    std::cout << " could not be read\n";
+    return;
+  }
+  std::cout << " in user frame " << UF << " with tool " << UT << '\n';
+  Print("cartesian", xyzwpr, ValidC);
+  Print("joint    ", joint, ValidJ);
+}
+
+// Everything that is registered in the demonstration's table.
+struct Items {
+  Items(orif::DataTable& table, const orif::Core& core)
+      : counters(Expect(table.AddNumReg(orif::NUMREG_INT, 1, 2), "AddNumReg", core)),
+        reals(Expect(table.AddNumReg(orif::NUMREG_REAL, 3, 4), "AddNumReg", core)),
+        positions(Expect(table.AddPosReg(orif::POSREG, 1, 1, 2), "AddPosReg", core)),
+        staged(
+            Expect(table.AddPosRegXyzwpr(orif::POSREG_XYZWPR, 1, 1, 2), "AddPosRegXyzwpr", core)),
+        groups(Expect(table.AddPosRegMG(orif::POSREGMG, "C,J1", 2, 2), "AddPosRegMG", core)),
+        arm(Expect(table.AddCurPos(orif::CURPOS, 1), "AddCurPos", core)),
+        turntable(Expect(table.AddCurPos(orif::CURPOS, 2), "AddCurPos", core)),
+        tool(Expect(table.AddSysVarPos(orif::SYSVAR_POS, "$TOOL_CENTRE"), "AddSysVarPos", core)) {}
+
+  void Print() const {
+    PrintRegisters(*counters);
+    PrintRegisters(*reals);
+    PrintPosition("PR[1]", *positions, 1);
+    PrintPosition("PR[2]", *positions, 2);
+    std::array<float, 9> turn{};
+    if (groups->GetValueJoint(2, 2, turn[0], turn[1], turn[2], turn[3], turn[4], turn[5], turn[6],
+                              turn[7], turn[8])) {
+      std::cout << "  PR[G2:2] J1 " << turn[0] << '\n';
+    }
+    PrintPosition("Current position of group 1", *arm);
+    PrintPosition("Current position of group 2", *turntable);
+    PrintPosition("$TOOL_CENTRE", *tool);
+  }
+
+  static void PrintRegisters(orif::DataNumReg& registers) {
+    for (int i = registers.StartIndex(); i <= registers.EndIndex(); ++i) {
+      orif::Variant value;
+      std::cout << "  R[" << i << "] = " << (registers.GetValue(i, value) ? value.ToText() : "?")
+                << (registers.DataType() == orif::NUMREG_INT ? "  (integer)\n" : "  (real)\n");
+    }
+  }
+
+  void Write(const orif::Core& core) const {
+    const std::array<float, 2> values{12.25F, -0.5F};
+    const std::array<float, 6> joint{10, -20, 30, 0, 45, 0};
+    const std::array<float, 6> centre{0, 0, 180, 0, 0, 0};
+    const std::array<float, 9> place{640, -400, 260, 180, 0, 45, 0, 0, 0};
+    const std::array<std::int16_t, 7> config{1, 0, 1, 0, 0, 0, 0};
+    const std::array<float, 1> turn{135};
+    Expect(counters->SetValue(1, 121), "SetValue", core);
+    Expect(reals->SetValuesReal(3, values, 2), "SetValuesReal", core);
+    Expect(positions->SetValueJoint(1, joint, 1, 1), "SetValueJoint", core);
+    Expect(tool->SetValueXyzwpr(centre, config, 0, 0), "SetValueXyzwpr", core);
+    // Staged values are sent with Update: the registers of one group, then those of two.
+    Expect(staged->SetValueXyzwpr(2, place, config), "SetValueXyzwpr", core);
+    Expect(staged->Update(), "Update", core);
+    Expect(groups->SetValueXyzwpr(2, 1, place, config), "SetValueXyzwpr", core);
+    Expect(groups->SetValueJoint(2, 2, turn), "SetValueJoint", core);
+    Expect(groups->Update(), "Update", core);
+  }
+
+  std::shared_ptr<orif::DataNumReg> counters;
+  std::shared_ptr<orif::DataNumReg> reals;
+  std::shared_ptr<orif::DataPosReg> positions;
+  std::shared_ptr<orif::DataPosRegXyzwpr> staged;
+  std::shared_ptr<orif::DataPosRegMG> groups;
+  std::shared_ptr<orif::DataCurPos> arm;
+  std::shared_ptr<orif::DataCurPos> turntable;
+  std::shared_ptr<orif::DataSysVarPos> tool;
+};
 
 }  // namespace
 
 int main() {
   orif::Core core(orif::sim::DemoNetwork().Factory());
-  core.DebugLog(true);
-
   Expect(core.Connect("demo"), "Connect", core);
   std::cout << "Connected to the simulated controller, state " << core.ConnectState() << '\n';
 
   const auto table = Expect(core.DataTable(), "DataTable", core);
-  const auto counters = Expect(table->AddNumReg(orif::NUMREG_INT, 1, 2), "AddNumReg", core);
-  const auto reals = Expect(table->AddNumReg(orif::NUMREG_REAL, 3, 4), "AddNumReg", core);
+  const Items items(*table, core);
   std::cout << "Registered " << table->Count() << " items\n";
 
-  const auto print = [&](const char* when) {
-    std::cout << when << '\n';
-    Print(*counters);
-    Print(*reals);
-  };
-
   Expect(table->Refresh(), "Refresh", core);
-  print("Refreshed:");
+  std::cout << "Refreshed:\n";
+  items.Print();
 
-  const std::array<float, 2> values{12.25F, -0.5F};
-  Expect(counters->SetValue(1, 121), "SetValue", core);
-  Expect(reals->SetValuesReal(3, values, 2), "SetValuesReal", core);
-  print("Written, and not refreshed yet:");
+  core.DebugLog(true);
+  items.Write(core);
+  core.DebugLog(false);
+  std::cout << "Written, and not refreshed yet:\n";
+  items.Print();
 
+  core.DebugLog(true);
   Expect(table->Refresh(), "Refresh", core);
-  print("Refreshed again:");
+  core.DebugLog(false);
+  std::cout << "Refreshed again:\n";
+  items.Print();
 
+  core.DebugLog(true);
   Expect(core.ClearAlarm(), "ClearAlarm", core);
   std::cout << "Alarms cleared\n";
   Expect(core.Disconnect(), "Disconnect", core);
-  std::cout << "Disconnected, state " << core.ConnectState() << "\n\nThe trail:\n"
+  std::cout << "Disconnected, state " << core.ConnectState()
+            << "\n\nThe trail of the writes, the refresh and the end:\n"
             << core.GetDebugMessages();
 }

@@ -3,4 +3,9 @@
 
 #include "orif/core/Core.h"
 #include "orif/datatable/DataTable.h"
+#include "orif/items/DataCurPos.h"
 #include "orif/items/DataNumReg.h"
+#include "orif/items/DataPosReg.h"
+#include "orif/items/DataPosRegMG.h"
+#include "orif/items/DataPosRegXyzwpr.h"
+#include "orif/items/DataSysVarPos.h"

@@ -13,16 +13,6 @@ namespace {
 constexpr int FloatDigits = 7;
 constexpr int DoubleDigits = 15;
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameWord(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (Lower(a[i]) != Lower(b[i])) return false;
-  }
-  return true;
-}
-
 std::string_view WithoutBlanks(std::string_view text) {
   constexpr std::string_view Blanks = " \t\r\n";
   const std::size_t first = text.find_first_not_of(Blanks);
@@ -60,30 +50,35 @@ float ToFloat(double value) {
   return static_cast<float>(value);
 }
 
-double ToDouble(std::string_view text) {
+std::optional<double> Number(std::string_view text) {
   std::string_view number = WithoutBlanks(text);
-  if (!number.empty() && number.front() == '+') {
+  if (number.starts_with('+')) {
     number.remove_prefix(1);
-    if (!number.empty() && number.front() == '-') throw Fault(Fault::TypeMismatch);
+    if (number.starts_with('-')) return std::nullopt;
   }
-  if (number.find_first_not_of("+-.0123456789eE") != std::string_view::npos) {
-    throw Fault(Fault::TypeMismatch);  // from_chars would also read "inf" and "nan"
-  }
+  // from_chars would also read "inf" and "nan".
+  if (number.find_first_not_of("+-.0123456789eE") != std::string_view::npos) return std::nullopt;
   double value = 0;
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
   if (error == std::errc::invalid_argument || end != number.data() + number.size()) {
-    throw Fault(Fault::TypeMismatch);
+    return std::nullopt;
   }
   if (error == std::errc::result_out_of_range) throw Fault(Fault::Overflow);
   return value;
 }
 
+double ToDouble(std::string_view text) {
+  const std::optional<double> value = Number(text);
+  if (!value) throw Fault(Fault::TypeMismatch);
+  return *value;
+}
+
 std::int32_t ToInt32(std::string_view text) { return ToInt32(ToDouble(text)); }
 
 bool ToBoolean(std::string_view text) {
-  const std::string_view word = WithoutBlanks(text);
-  if (SameWord(word, ToText(true))) return true;
-  if (SameWord(word, ToText(false))) return false;
+  const std::string word = UpperCase(WithoutBlanks(text));
+  if (word == "TRUE") return true;
+  if (word == "FALSE") return false;
   return ToDouble(word) != 0;
 }
 
@@ -91,5 +86,13 @@ std::string_view ToText(bool value) { return value ? "True" : "False"; }
 std::string ToText(std::int32_t value) { return std::to_string(value); }
 std::string ToText(float value) { return RealText(value, FloatDigits); }
 std::string ToText(double value) { return RealText(value, DoubleDigits); }
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return upper;
+}
 
 }  // namespace orif::convert

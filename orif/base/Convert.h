@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,8 +14,9 @@ namespace orif::convert {
 std::int32_t ToInt32(double value);
 float ToFloat(double value);
 
-/// Reads a decimal number: blanks around it, a sign, a fraction and an exponent are allowed,
-/// nothing else.
+/// Reads a decimal number: blanks around it, a sign, a fraction and an exponent are allowed, nothing
+/// else. Empty for text that is no number; one that no real can hold faults with "Overflow".
+std::optional<double> Number(std::string_view text);
 double ToDouble(std::string_view text);
 std::int32_t ToInt32(std::string_view text);
 
@@ -25,5 +27,7 @@ std::string_view ToText(bool value);
 std::string ToText(std::int32_t value);
 std::string ToText(float value);
 std::string ToText(double value);
+
+std::string UpperCase(std::string_view text);
 
 }  // namespace orif::convert

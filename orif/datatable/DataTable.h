@@ -15,7 +15,12 @@
 #include "orif/datatable/Registration.h"
 #include "orif/datatable/TableOwner.h"
 #include "orif/diag/Trail.h"
+#include "orif/items/DataCurPos.h"
 #include "orif/items/DataNumReg.h"
+#include "orif/items/DataPosReg.h"
+#include "orif/items/DataPosRegMG.h"
+#include "orif/items/DataPosRegXyzwpr.h"
+#include "orif/items/DataSysVarPos.h"
 #include "orif/items/ItemOwner.h"
 #include "orif/orif_export.h"
 
@@ -38,6 +43,35 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   /// words each.
   std::shared_ptr<DataNumReg> AddNumReg(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
                                         std::int32_t EndIndex) noexcept;
+
+  /// Position registers `StartIndex` to `EndIndex` (1 or more) of motion group `Group` (1 or more),
+  /// as POSREG; 50 words each.
+  std::shared_ptr<DataPosReg> AddPosReg(ORIF_DATA_TYPE DataType, std::int32_t Group,
+                                        std::int32_t StartIndex, std::int32_t EndIndex) noexcept;
+
+  /// The same in cartesian form for staged writes, as POSREG_XYZWPR; 25 words each.
+  std::shared_ptr<DataPosRegXyzwpr> AddPosRegXyzwpr(ORIF_DATA_TYPE DataType, std::int32_t Group,
+                                                    std::int32_t StartIndex,
+                                                    std::int32_t EndIndex) noexcept;
+
+  /// Position registers of several motion groups, as POSREGMG. `Group` lists the groups from 1 on,
+  /// separated by commas: "C" for cartesian form, "J6" for joint form with 6 axes. 25 words a
+  /// register for each cartesian group, 2 for each axis of a joint group. Words of groups that were
+  /// accepted before one was refused stay used.
+  std::shared_ptr<DataPosRegMG> AddPosRegMG(ORIF_DATA_TYPE DataType, std::string_view Group,
+                                            std::int32_t StartIndex,
+                                            std::int32_t EndIndex) noexcept;
+
+  /// The current position of motion group `Group` (1 or more), as CURPOS, in user frame `UF`; 50
+  /// words.
+  std::shared_ptr<DataCurPos> AddCurPos(ORIF_DATA_TYPE DataType, std::int32_t Group) noexcept;
+  std::shared_ptr<DataCurPos> AddCurPosUF(ORIF_DATA_TYPE DataType, std::int32_t Group,
+                                          std::int32_t UF) noexcept;
+
+  /// The position-typed system variable `SysVarName`, which begins with "$", as SYSVAR_POS; 50
+  /// words.
+  std::shared_ptr<DataSysVarPos> AddSysVarPos(ORIF_DATA_TYPE DataType,
+                                              std::string_view SysVarName) noexcept;
 
   /// Reads the values of all items from the controller in one transfer. False when the table has
   /// lost its Core, holds no item, or the controller refuses; no item has values then until the
@@ -108,6 +142,8 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
                                       const Arguments&... arguments) noexcept;
   static bool CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
                             BlockItem& item, std::vector<Block>& blocks);
+  static bool CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
+                            DataPosRegMG& item, std::vector<Block>& blocks);
   bool mblnAssign(const Block& block) noexcept;
 
   // For the items.

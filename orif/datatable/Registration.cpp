@@ -55,18 +55,68 @@ std::shared_ptr<ItemClass> DataTable::Register(const Registration& words,
 bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
                               BlockItem& item, std::vector<Block>& blocks) {
   std::string piece = item.GetSetasg();
-  if (piece.empty() && words.noPiece != nullptr) {
-    trail.Always(words.noPiece);
-    return false;
-  }
+  if (piece.empty() && words.noPiece != nullptr) return trail.Refuse(words.noPiece);
   const std::int32_t size = item.GetSize();
   blocks.push_back({std::move(piece), size});
+  return true;
+}
+
+// One piece for each group. Those accepted before a refusal stay assigned: the words are not given
+// back.
+bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
+                              DataPosRegMG& item, std::vector<Block>& blocks) {
+  auto pieces = item.GetSetasg();
+  if (!pieces) return trail.Refuse(words.noPiece);
+  const auto& sizes = item.GetSizes();
+  if (pieces->size() != sizes.size()) {
+    return trail.Refuse(", Err Invalid Asg size ", Narrow<std::int32_t>(pieces->size()), " ",
+                        Narrow<std::int32_t>(sizes.size()));
+  }
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    blocks.push_back({std::move((*pieces)[i]), sizes[i]});
+  }
   return true;
 }
 
 std::shared_ptr<DataNumReg> DataTable::AddNumReg(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
                                                  std::int32_t EndIndex) noexcept {
   return Register<DataNumReg>(registration::NumReg, DataType, StartIndex, EndIndex);
+}
+
+std::shared_ptr<DataPosReg> DataTable::AddPosReg(ORIF_DATA_TYPE DataType, std::int32_t Group,
+                                                 std::int32_t StartIndex,
+                                                 std::int32_t EndIndex) noexcept {
+  return Register<DataPosReg>(registration::PosReg, DataType, Group, StartIndex, EndIndex);
+}
+
+std::shared_ptr<DataPosRegXyzwpr> DataTable::AddPosRegXyzwpr(ORIF_DATA_TYPE DataType,
+                                                             std::int32_t Group,
+                                                             std::int32_t StartIndex,
+                                                             std::int32_t EndIndex) noexcept {
+  return Register<DataPosRegXyzwpr>(registration::PosRegXyzwpr, DataType, Group, StartIndex,
+                                    EndIndex);
+}
+
+std::shared_ptr<DataPosRegMG> DataTable::AddPosRegMG(ORIF_DATA_TYPE DataType,
+                                                     std::string_view Group,
+                                                     std::int32_t StartIndex,
+                                                     std::int32_t EndIndex) noexcept {
+  return Register<DataPosRegMG>(registration::PosRegMG, DataType, Group, StartIndex, EndIndex);
+}
+
+std::shared_ptr<DataCurPos> DataTable::AddCurPos(ORIF_DATA_TYPE DataType,
+                                                 std::int32_t Group) noexcept {
+  return AddCurPosUF(DataType, Group, 0);
+}
+
+std::shared_ptr<DataCurPos> DataTable::AddCurPosUF(ORIF_DATA_TYPE DataType, std::int32_t Group,
+                                                   std::int32_t UF) noexcept {
+  return Register<DataCurPos>(registration::CurPos, DataType, Group, UF);
+}
+
+std::shared_ptr<DataSysVarPos> DataTable::AddSysVarPos(ORIF_DATA_TYPE DataType,
+                                                       std::string_view SysVarName) noexcept {
+  return Register<DataSysVarPos>(registration::SysVarPos, DataType, SysVarName);
 }
 
 }  // namespace orif

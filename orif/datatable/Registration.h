@@ -23,6 +23,12 @@ struct Registration {
 
 namespace registration {
 
+/// The words of another member under this one's name.
+constexpr Registration Named(Registration words, const char* member) {
+  words.member = member;
+  return words;
+}
+
 constexpr Registration NumReg{
     .member = "AddNumReg",
     .enter = ", Enter",
@@ -32,6 +38,43 @@ constexpr Registration NumReg{
     .noPiece = ", Err invalid asg",
     .assignFailed = ", Err assign",
     .done = nullptr,
+};
+
+constexpr Registration PosReg{
+    .member = "AddPosReg",
+    .enter = ", Enter ",
+    .labels = {" Type=", ",Group=", ",StartIndex=", ",EndIndex="},
+    .cannotAdd = ", Err CanAdd=False ",
+    .initFailed = ", Err DataInit=False ",
+    .noPiece = ", Err Invalid Asg ",
+    .assignFailed = ", Err assign ",
+    .done = ", Return ",
+};
+
+constexpr Registration PosRegXyzwpr = Named(PosReg, "AddPosRegXyzwpr");
+constexpr Registration PosRegMG = Named(PosReg, "AddPosRegMG");
+
+// The user frame is not shown, and AddCurPosUF goes by the other member's name.
+constexpr Registration CurPos{
+    .member = "AddCurPos",
+    .enter = ", Enter",
+    .labels = {" Type=", ",Group="},
+    .cannotAdd = ", CanAdd=False",
+    .initFailed = ", objData.Init=False",
+    .noPiece = nullptr,
+    .assignFailed = nullptr,
+    .done = ", Return",
+};
+
+constexpr Registration SysVarPos{
+    .member = "AddSysVarPos",
+    .enter = ", Enter",
+    .labels = {" Type=", ",SysVName="},
+    .cannotAdd = ", Err CanAdd=False",
+    .initFailed = ", Err Data.Init",
+    .noPiece = ", Err strasg",
+    .assignFailed = ", Err assign",
+    .done = ", Return",
 };
 
 }  // namespace registration

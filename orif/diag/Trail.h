@@ -52,6 +52,13 @@ class Trail {
     Write(true, parts...);
   }
 
+  /// Writes a line whatever the flag says, and is false: the answer of a member that refuses.
+  template <class... Parts>
+  bool Refuse(const Parts&... parts) const noexcept {
+    Write(true, parts...);
+    return false;
+  }
+
   /// Writes a line while the object is traced. The flag is read anew for every line.
   template <class... Parts>
   void Traced(const Parts&... parts) const noexcept {

@@ -16,4 +16,13 @@ inline std::string AssignmentPiece(std::int32_t start, std::int32_t size,
   return piece.append(designation);
 }
 
+/// The name of data that a motion group has, up to its number: "PR[5" for group 1, "PR[G2:5" for
+/// others.
+inline std::string GroupDesignation(std::string_view name, std::int32_t group,
+                                    std::int32_t number) {
+  std::string designation(name);
+  if (group != 1) designation.append("G").append(std::to_string(group)).append(":");
+  return designation.append(std::to_string(number));
+}
+
 }  // namespace orif

@@ -43,4 +43,20 @@ void DataItem::TellLastError(const Trail<DataItem>& trail) const noexcept {
   trail.Always(", ", [this] { return Share().LastErrorText(); });
 }
 
+void DataItem::DiagnoseConnection(const Trail<DataItem>& trail) const {
+  if (!owner_) return trail.Always(", Err DataTable is Nothing");
+  trail.Traced(", My DataTable ID=", owner_->TableID());
+  if (!owner_->HasCore()) return trail.Always(", Err Core is Nothing");
+  switch (const std::int32_t state = owner_->CoreConnectState()) {
+    case 0:
+      return trail.Always(", Err not connected yet");
+    case 1:
+      return;
+    case 2:
+      return trail.Always(", Err already disconnedted");  // spelled so in the trail
+    default:
+      return trail.Always(", Err invalid connect state=", state);
+  }
+}
+
 }  // namespace orif

@@ -80,6 +80,9 @@ class ORIF_EXPORT DataItem {
   bool Written(std::int32_t status, const Trail<DataItem>& trail, std::string_view refusal) const;
   void TellLastError(const Trail<DataItem>& trail) const noexcept;
 
+  /// Tells what keeps a write from reaching the controller, and changes nothing.
+  void DiagnoseConnection(const Trail<DataItem>& trail) const;
+
  private:
   std::string_view className_;
   std::int32_t objectId_;

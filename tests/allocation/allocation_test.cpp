@@ -40,17 +40,29 @@ class Allocation : public testing::Test {
   std::shared_ptr<DataTable> table;
 };
 
-TEST_F(Allocation, ReadingNumericRegistersAllocatesNothing) {
+TEST_F(Allocation, ReadingAllocatesNothing) {
   const auto longs = table->AddNumReg(NUMREG_INT, 1, 10);
   const auto reals = table->AddNumReg(NUMREG_REAL, 1, 10);
+  const auto registers = table->AddPosReg(POSREG, 1, 1, 2);
+  const auto groups = table->AddPosRegMG(POSREGMG, "C,J6", 1, 1);
+  const auto current = table->AddCurPos(CURPOS, 1);
   EXPECT_GT(AllocationsOf([&] { table->AddNumReg(NUMREG_INT, 1, 1); }), 0);  // the count counts
   Variant value;
-  float real = 0;
+  std::array<float, 9> x{};
+  std::array<float, 9> j{};
+  std::array<std::int16_t, 7> c{};
+  std::int16_t word = 0;
   EXPECT_EQ(AllocationsOf([&] {
               EXPECT_TRUE(table->Refresh());
               EXPECT_TRUE(longs->GetValue(1, value));
               EXPECT_TRUE(reals->GetValue(10, value));
-              EXPECT_TRUE(table->GetLastDataFloat(1, real));
+              EXPECT_TRUE(table->GetLastDataFloat(1, x[0]));
+              EXPECT_TRUE(registers->GetValue(2, x, c, j, word, word, word, word));
+              EXPECT_TRUE(registers->GetValueJoint(1, j[0], j[1], j[2], j[3], j[4], j[5], j[6],
+                                                   j[7], j[8], word, word));
+              EXPECT_TRUE(current->GetValue(x, c, j, word, word, word, word));
+              EXPECT_TRUE(groups->GetValueJoint(1, 2, j[0], j[1], j[2], j[3], j[4], j[5], j[6],
+                                                j[7], j[8]));
             }),
             0);
 }

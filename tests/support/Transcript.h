@@ -29,7 +29,13 @@ class Transcript : public RecordedCore {
         sheet_ << " -> " << Show(call());
     });
     sheet_ << '\n';
-    for (const std::string& made : lower->Calls()) sheet_ << "    calls " << made << '\n';
+    const char* separator = "    calls ";
+    const Calls calls = lower->Calls();
+    for (const std::string& made : calls) {
+      sheet_ << separator << made;
+      separator = "; ";
+    }
+    if (!calls.empty()) sheet_ << '\n';
     for (const std::string& line : lines) sheet_ << "    |" << line << "|\n";
   }
 

@@ -1,0 +1,112 @@
+#include "orif/items/DataPosReg.h"
+
+#include "orif/items/ArrayChecks.h"
+
+namespace orif {
+namespace {
+
+constexpr PositionLines Lines{
+    .enter = ", Enter",
+    .invalidRead = ", Invalid",
+    .checksArrays = true,
+    .decodeFailed = ", Err GetLastDataPos",
+    .invalidWrite = ", Err Me.Invalid",
+    .jointStatus = ", WriteRJoint Status ",
+    .jointRefused = ", Err WriteRJoint",
+    .jointRefusedStatus = false,
+    .done = ", Return",
+};
+
+}  // namespace
+
+DataPosReg::DataPosReg() noexcept
+    : PositionItem("DataPosReg", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
+                   Lines) {}
+
+bool DataPosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
+                      std::int32_t EndIndex) noexcept {
+  const auto trail = TrailOf("Init");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
+                 ",EndIndex=", EndIndex);
+    const RegisterRange range{Group, StartIndex, EndIndex};
+    if (!range.Check(trail, DataType == POSREG)) return;
+    this->DataType(DataType);
+    range_ = range;
+    result = true;
+    trail.Traced(", Return");
+  });
+}
+
+std::int32_t DataPosReg::GetSize() const {
+  return Multiply(range_.Length(), PositionRecord::Words);
+}
+
+std::string DataPosReg::Designation() const { return range_.Designation("] 0.0"); }
+
+// Any index has an address, outside the range too: it means whatever lies there.
+std::int32_t DataPosReg::RecordAddress(std::int32_t index) const {
+  return ElementAddress(StartAddress(), index, range_.start, PositionRecord::Words);
+}
+
+bool DataPosReg::GetValue(std::int32_t Index, ArrayView<float> Xyzwpr,
+                          ArrayView<std::int16_t> Config, ArrayView<float> Joint, std::int16_t& UF,
+                          std::int16_t& UT, std::int16_t& ValidC, std::int16_t& ValidJ) noexcept {
+  return ReadArrays(Index, {Xyzwpr, Config, Joint, UF, UT, ValidC, ValidJ});
+}
+
+bool DataPosReg::GetValueXyzwpr(std::int32_t Index, float& X, float& Y, float& Z, float& W,
+                                float& P, float& R, float& E1, float& E2, float& E3,
+                                std::int16_t& C1, std::int16_t& C2, std::int16_t& C3,
+                                std::int16_t& C4, std::int16_t& C5, std::int16_t& C6,
+                                std::int16_t& C7, std::int16_t& UF, std::int16_t& UT,
+                                std::int16_t& ValidC) noexcept {
+  return ReadXyzwpr(Index, {&X, &Y, &Z, &W, &P, &R, &E1, &E2, &E3},
+                    {&C1, &C2, &C3, &C4, &C5, &C6, &C7}, UF, UT, ValidC);
+}
+
+bool DataPosReg::GetValueJoint(std::int32_t Index, float& J1, float& J2, float& J3, float& J4,
+                               float& J5, float& J6, float& J7, float& J8, float& J9,
+                               std::int16_t& UT, std::int16_t& ValidJ) noexcept {
+  return ReadJoint(Index, {&J1, &J2, &J3, &J4, &J5, &J6, &J7, &J8, &J9}, UT, ValidJ);
+}
+
+bool DataPosReg::SetValueJoint(std::int32_t Index, ArrayView<const float> Joint, std::int16_t UF,
+                               std::int16_t UT) noexcept {
+  const auto trail = TrailOf("SetValueJoint");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter", Shown(" Joint", Joint));
+    result = WriteJoint(trail, Index, Joint, UF, UT);
+  });
+}
+
+bool DataPosReg::SetValueJoint2(std::int32_t Index, float J1, float J2, float J3, float J4,
+                                float J5, float J6, float J7, float J8, float J9, std::int16_t UF,
+                                std::int16_t UT) noexcept {
+  const std::array joint{J1, J2, J3, J4, J5, J6, J7, J8, J9};
+  return SetValueJoint(Index, joint, UF, UT);
+}
+
+bool DataPosReg::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
+                                ArrayView<const std::int16_t> Config, std::int16_t UF,
+                                std::int16_t UT) noexcept {
+  const auto trail = TrailOf("SetValueXyzwpr");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
+                 Shown("Config", Config), ",");
+    DiagnoseConnection(trail);
+    result = WriteXyzwpr(trail, Index, Xyzwpr, Config, UF, UT);
+  });
+}
+
+bool DataPosReg::SetValueXyzwpr2(std::int32_t Index, float X, float Y, float Z, float W, float P,
+                                 float R, float E1, float E2, float E3, std::int16_t C1,
+                                 std::int16_t C2, std::int16_t C3, std::int16_t C4, std::int16_t C5,
+                                 std::int16_t C6, std::int16_t C7, std::int16_t UF,
+                                 std::int16_t UT) noexcept {
+  const std::array xyzwpr{X, Y, Z, W, P, R, E1, E2, E3};
+  const std::array config{C1, C2, C3, C4, C5, C6, C7};
+  return SetValueXyzwpr(Index, xyzwpr, config, UF, UT);
+}
+
+}  // namespace orif

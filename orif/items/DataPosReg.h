@@ -1,0 +1,77 @@
+// A range of the position registers of one motion group, read in array, cartesian and joint form.
+// Values are those of the table's last refresh; the setters write one register to the controller at
+// once, and what they write is seen after the next refresh. Registered with DataTable::AddPosReg.
+// Shapes and units: PositionItem.h.
+#pragma once
+
+#include <cstdint>
+
+#include "orif/items/PositionItem.h"
+#include "orif/items/RegisterRange.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT DataPosReg : public PositionItem {
+ public:
+  /// The motion group, from 1 on.
+  std::int32_t Group() const noexcept { return range_.group; }
+
+  /// The number of the first and of the last register of the range.
+  std::int32_t StartIndex() const noexcept { return range_.start; }
+  std::int32_t EndIndex() const noexcept { return range_.end; }
+
+  /// The position in register `Index` at the last refresh. False for an invalid item, arrays with a
+  /// lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements, before a good
+  /// refresh, and for arrays that pass but hold fewer than 9, 7 and 9 elements: what fits is
+  /// written then. `Index` is not tested: outside the range it means what lies there in the table's
+  /// words.
+  bool GetValue(std::int32_t Index, ArrayView<float> Xyzwpr, ArrayView<std::int16_t> Config,
+                ArrayView<float> Joint, std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC,
+                std::int16_t& ValidJ) noexcept;
+
+  /// The same in separate variables, the floats and configuration values written on success only.
+  bool GetValueXyzwpr(std::int32_t Index, float& X, float& Y, float& Z, float& W, float& P,
+                      float& R, float& E1, float& E2, float& E3, std::int16_t& C1, std::int16_t& C2,
+                      std::int16_t& C3, std::int16_t& C4, std::int16_t& C5, std::int16_t& C6,
+                      std::int16_t& C7, std::int16_t& UF, std::int16_t& UT,
+                      std::int16_t& ValidC) noexcept;
+  bool GetValueJoint(std::int32_t Index, float& J1, float& J2, float& J3, float& J4, float& J5,
+                     float& J6, float& J7, float& J8, float& J9, std::int16_t& UT,
+                     std::int16_t& ValidJ) noexcept;
+
+  /// Writes register `Index` in joint form, as many values as `Joint` has. False for an invalid
+  /// item, a lower bound above 0, and when the controller refuses.
+  bool SetValueJoint(std::int32_t Index, ArrayView<const float> Joint, std::int16_t UF,
+                     std::int16_t UT) noexcept;
+  bool SetValueJoint2(std::int32_t Index, float J1, float J2, float J3, float J4, float J5,
+                      float J6, float J7, float J8, float J9, std::int16_t UF,
+                      std::int16_t UT) noexcept;
+
+  /// Writes register `Index` in cartesian form with all the elements of the arrays. False for an
+  /// invalid item, arrays with a lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`)
+  /// elements, and when the controller refuses.
+  bool SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
+                      ArrayView<const std::int16_t> Config, std::int16_t UF,
+                      std::int16_t UT) noexcept;
+  bool SetValueXyzwpr2(std::int32_t Index, float X, float Y, float Z, float W, float P, float R,
+                       float E1, float E2, float E3, std::int16_t C1, std::int16_t C2,
+                       std::int16_t C3, std::int16_t C4, std::int16_t C5, std::int16_t C6,
+                       std::int16_t C7, std::int16_t UF, std::int16_t UT) noexcept;
+
+ protected:
+  friend class orif::DataTable;
+
+  DataPosReg() noexcept;
+  bool Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
+            std::int32_t EndIndex) noexcept;
+  std::int32_t GetSize() const override;
+
+ private:
+  std::string Designation() const override;
+  std::int32_t RecordAddress(std::int32_t index) const override;
+
+  RegisterRange range_;
+};
+
+}  // namespace orif

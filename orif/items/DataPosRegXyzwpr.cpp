@@ -1,0 +1,110 @@
+#include "orif/items/DataPosRegXyzwpr.h"
+
+#include <algorithm>
+
+#include "orif/items/ArrayChecks.h"
+#include "orif/items/PositionRecord.h"
+#include "orif/items/Staging.h"
+
+namespace orif {
+namespace {
+
+using namespace PositionRecord;
+
+}  // namespace
+
+DataPosRegXyzwpr::DataPosRegXyzwpr() noexcept
+    : BlockItem("DataPosRegXyzwpr", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"}) {}
+
+bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
+                            std::int32_t EndIndex) noexcept {
+  const auto trail = TrailOf("Init");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
+                 ",EndIndex=", EndIndex);
+    const RegisterRange range{Group, StartIndex, EndIndex};
+    if (!range.Check(trail, DataType == POSREG_XYZWPR)) return;
+    const std::int64_t registers = std::int64_t{EndIndex} - StartIndex + 1;
+    if (registers <= MostWords / CartesianWords) {
+      xyzwpr_.assign(static_cast<std::size_t>(registers * FloatCount), 0);
+      config_.assign(static_cast<std::size_t>(registers * ConfigCount), 0);
+    }
+    this->DataType(DataType);
+    range_ = range;
+    result = true;
+    trail.Traced(", Return");
+  });
+}
+
+std::int32_t DataPosRegXyzwpr::GetSize() const { return Multiply(range_.Length(), CartesianWords); }
+
+std::string DataPosRegXyzwpr::Designation() const { return range_.Designation("]@1.25 0.0"); }
+
+bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
+                                      ArrayView<const std::int16_t> Config) noexcept {
+  const auto trail = TrailOf("SetValueXyzwpr");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
+                 Shown("Config", Config), ",");
+    DiagnoseConnection(trail);
+    if (!Valid()) return trail.Always(", Err Me.Invalid");
+    if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Always(", Err Xyzwpr() invalid");
+    if (!Holds(Config, LeastConfig)) return trail.Always(", Err config() invalid");
+    if (!range_.Covers(Index)) return trail.Always(", Err index range");
+    // Before the copy: a copy that fails leaves the range widened.
+    if (indexMin_ <= 0 || indexMin_ > Index) indexMin_ = Index;
+    if (indexMax_ <= 0 || indexMax_ < Index) indexMax_ = Index;
+    const std::int32_t place = Index - range_.start;
+    result = Stage(trail, ", Err xyzwpr index range ", Xyzwpr, place * FloatCount, 1,
+                   xyzwpr_.size(), [&](std::size_t i, float value) { xyzwpr_[i] = value; }) &&
+             Stage(trail, ", Err config index range ", Config, place * ConfigCount, 1,
+                   config_.size(), [&](std::size_t i, std::int16_t value) { config_[i] = value; });
+    if (result) trail.Traced(", Return");
+  });
+}
+
+bool DataPosRegXyzwpr::SetValueXyzwpr2(std::int32_t Index, float X, float Y, float Z, float W,
+                                       float P, float R, float E1, float E2, float E3,
+                                       std::int16_t C1, std::int16_t C2, std::int16_t C3,
+                                       std::int16_t C4, std::int16_t C5, std::int16_t C6,
+                                       std::int16_t C7) noexcept {
+  const std::array xyzwpr{X, Y, Z, W, P, R, E1, E2, E3};
+  const std::array config{C1, C2, C3, C4, C5, C6, C7};
+  return SetValueXyzwpr(Index, xyzwpr, config);
+}
+
+bool DataPosRegXyzwpr::Update() noexcept {
+  const auto trail = TrailOf("Update");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter ", " Index=", indexMin_, " to ", indexMax_);
+    DiagnoseConnection(trail);
+    if (!Valid()) return trail.Always(", Err Me.Invalid");
+    if (indexMin_ < range_.start || indexMax_ > range_.end || indexMin_ > indexMax_) {
+      return trail.Always(", Err IndexMin or IndexMax");
+    }
+    const std::int32_t first = indexMin_ - range_.start;
+    const std::int32_t registers = indexMax_ - indexMin_ + 1;
+    const auto from = [&](auto& staged, std::int32_t stride) {
+      return ArrayView(std::span(staged).subspan(static_cast<std::size_t>(first * stride)));
+    };
+    const std::int32_t status =
+        Share().Lower()->WriteRXyzwprConfig(Add(StartAddress(), first * CartesianWords), registers,
+                                            from(std::as_const(xyzwpr_), FloatCount), FloatCount,
+                                            from(std::as_const(config_), ConfigCount), ConfigCount);
+    if (!Written(status, trail, ", Err WriteRXyzwpr ")) return;
+    result = true;
+    Reset();
+    trail.Traced(", Return");
+  });
+}
+
+// Clears as many floats as there are configuration words, which leaves the last two a register: a
+// register staged later with fewer than nine elements keeps its old values there.
+void DataPosRegXyzwpr::Reset() noexcept {
+  indexMin_ = 0;
+  indexMax_ = 0;
+  std::ranges::fill(config_, std::int16_t{0});
+  std::fill_n(xyzwpr_.begin(), config_.size(), 0.0F);
+}
+
+}  // namespace orif

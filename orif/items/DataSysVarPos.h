@@ -1,0 +1,65 @@
+// A position-typed system variable of the controller, named by the client. Values are those of the
+// table's last refresh; the setters write to the controller at once, and what they write is seen
+// after the next refresh. Registered with DataTable::AddSysVarPos. Shapes and units:
+// PositionItem.h.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "orif/items/PositionItem.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT DataSysVarPos : public PositionItem {
+ public:
+  /// The position at the last refresh. The arrays are not tested: false for an invalid item, before
+  /// a good refresh, and for arrays in which the elements 0 to 8, 6 and 8 do not all fit; what fits
+  /// is written then.
+  bool GetValue(ArrayView<float> Xyzwpr, ArrayView<std::int16_t> Config, ArrayView<float> Joint,
+                std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC,
+                std::int16_t& ValidJ) noexcept;
+
+  /// The same in separate variables, the floats and configuration values written on success only.
+  bool GetValueXyzwpr(float& X, float& Y, float& Z, float& W, float& P, float& R, float& E1,
+                      float& E2, float& E3, std::int16_t& C1, std::int16_t& C2, std::int16_t& C3,
+                      std::int16_t& C4, std::int16_t& C5, std::int16_t& C6, std::int16_t& C7,
+                      std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC) noexcept;
+  bool GetValueJoint(float& J1, float& J2, float& J3, float& J4, float& J5, float& J6, float& J7,
+                     float& J8, float& J9, std::int16_t& UT, std::int16_t& ValidJ) noexcept;
+
+  /// The variable's name as given.
+  std::string SysVarName() const noexcept;
+
+  /// Writes the variable in joint form, as many values as `Joint` has. False for an invalid item, a
+  /// lower bound above 0, and when the controller refuses.
+  bool SetValueJoint(ArrayView<const float> Joint, std::int16_t UF, std::int16_t UT) noexcept;
+  bool SetValueJoint2(float J1, float J2, float J3, float J4, float J5, float J6, float J7,
+                      float J8, float J9, std::int16_t UF, std::int16_t UT) noexcept;
+
+  /// Writes the variable in cartesian form with all the elements of the arrays. False for an
+  /// invalid item, arrays with a lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`)
+  /// elements, and when the controller refuses.
+  bool SetValueXyzwpr(ArrayView<const float> Xyzwpr, ArrayView<const std::int16_t> Config,
+                      std::int16_t UF, std::int16_t UT) noexcept;
+  bool SetValueXyzwpr2(float X, float Y, float Z, float W, float P, float R, float E1, float E2,
+                       float E3, std::int16_t C1, std::int16_t C2, std::int16_t C3, std::int16_t C4,
+                       std::int16_t C5, std::int16_t C6, std::int16_t C7, std::int16_t UF,
+                       std::int16_t UT) noexcept;
+
+ protected:
+  friend class orif::DataTable;
+
+  DataSysVarPos() noexcept;
+  bool Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept;
+  std::int32_t GetSize() const override { return PositionRecord::Words; }
+
+ private:
+  std::string Designation() const override { return sysVarName_ + " 0.0"; }
+
+  std::string sysVarName_;
+};
+
+}  // namespace orif

@@ -1,0 +1,98 @@
+#include "orif/items/PositionItem.h"
+
+#include "orif/items/ArrayChecks.h"
+
+namespace orif {
+namespace {
+
+// A position of nine, seven and nine values.
+struct Position {
+  std::array<float, PositionRecord::FloatCount> xyzwpr{};
+  std::array<std::int16_t, PositionRecord::ConfigCount> config{};
+  std::array<float, PositionRecord::FloatCount> joint{};
+};
+
+}  // namespace
+
+std::int32_t PositionItem::RecordAddress(std::int32_t /*index*/) const { return StartAddress(); }
+
+bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept {
+  const auto trail = TrailOf("GetValue");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(lines_.enter, Shown(" Xyzwpr", position.Xyzwpr), ",",
+                 Shown("Config", position.Config), ",", Shown("Joint", position.Joint));
+    if (!Valid()) {
+      if (lines_.invalidRead != nullptr) trail.Always(lines_.invalidRead);
+      return;
+    }
+    if (lines_.checksArrays) {
+      if (!Holds(position.Xyzwpr, LeastXyzwpr)) return trail.Always(", Err Xyzwpr() invalid");
+      if (!Holds(position.Config, LeastConfig)) return trail.Always(", Err Config() invalid");
+      if (!BeginsAtZero(position.Joint)) return trail.Always(", Err Joint() invalid");
+    }
+    if (!Owner().GetLastDataPos(RecordAddress(index), position)) {
+      return trail.Always(lines_.decodeFailed);
+    }
+    result = true;
+    trail.Traced(lines_.done);
+  });
+}
+
+bool PositionItem::ReadXyzwpr(std::int32_t index, const FloatOutputs& floats,
+                              const ConfigOutputs& configs, std::int16_t& UF, std::int16_t& UT,
+                              std::int16_t& ValidC) const noexcept {
+  Position read;
+  std::int16_t validJ = 0;
+  if (!ReadArrays(index, {read.xyzwpr, read.config, read.joint, UF, UT, ValidC, validJ})) {
+    return false;
+  }
+  for (std::size_t i = 0; i < floats.size(); ++i) *floats[i] = read.xyzwpr[i];
+  for (std::size_t i = 0; i < configs.size(); ++i) *configs[i] = read.config[i];
+  return true;
+}
+
+bool PositionItem::ReadJoint(std::int32_t index, const FloatOutputs& floats, std::int16_t& UT,
+                             std::int16_t& ValidJ) const noexcept {
+  Position read;
+  std::int16_t uf = 0;
+  std::int16_t validC = 0;
+  if (!ReadArrays(index, {read.xyzwpr, read.config, read.joint, uf, UT, validC, ValidJ})) {
+    return false;
+  }
+  for (std::size_t i = 0; i < floats.size(); ++i) *floats[i] = read.joint[i];
+  return true;
+}
+
+// The number of joint values handed on is the caller's.
+bool PositionItem::WriteJoint(const Trail<DataItem>& trail, std::int32_t index,
+                              ArrayView<const float> joint, std::int16_t UF,
+                              std::int16_t UT) const {
+  if (!Valid()) return trail.Refuse(lines_.invalidWrite);
+  if (!BeginsAtZero(joint)) return trail.Refuse(", Err Joint() invalid");
+  const std::int32_t status = Share().Lower()->WriteRJoint(RecordAddress(index), joint, UF, UT);
+  if (lines_.jointStatus != nullptr) trail.Traced(lines_.jointStatus, status);
+  if (status < 0 && !lines_.jointRefusedStatus) {
+    trail.Always(lines_.jointRefused);
+    TellLastError(trail);
+    return false;
+  }
+  if (!Written(status, trail, lines_.jointRefused)) return false;
+  trail.Traced(lines_.done);
+  return true;
+}
+
+// The bounds cannot change on the way to the controller, so they are tested once.
+bool PositionItem::WriteXyzwpr(const Trail<DataItem>& trail, std::int32_t index,
+                               ArrayView<const float> xyzwpr, ArrayView<const std::int16_t> config,
+                               std::int16_t UF, std::int16_t UT) const {
+  if (!Valid()) return trail.Refuse(lines_.invalidWrite);
+  if (!Holds(xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
+  if (!Holds(config, LeastConfig)) return trail.Refuse(", Err Config() invalid");
+  const std::int32_t status =
+      Share().Lower()->WriteRXyzwpr(RecordAddress(index), xyzwpr, config, UF, UT);
+  if (!Written(status, trail, ", Err WriteRXyzwpr ")) return false;
+  trail.Traced(lines_.done);
+  return true;
+}
+
+}  // namespace orif
