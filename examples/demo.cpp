@@ -55,7 +55,12 @@ struct Items {
         groups(Expect(table.AddPosRegMG(orif::POSREGMG, "C,J1", 2, 2), "AddPosRegMG", core)),
         arm(Expect(table.AddCurPos(orif::CURPOS, 1), "AddCurPos", core)),
         turntable(Expect(table.AddCurPos(orif::CURPOS, 2), "AddCurPos", core)),
-        tool(Expect(table.AddSysVarPos(orif::SYSVAR_POS, "$TOOL_CENTRE"), "AddSysVarPos", core)) {}
+        tool(Expect(table.AddSysVarPos(orif::SYSVAR_POS, "$TOOL_CENTRE"), "AddSysVarPos", core)),
+        speed(Expect(table.AddSysVar(orif::SYSVAR_INT, "$OVERRIDE"), "AddSysVar", core)),
+        texts(Expect(table.AddString(orif::STRREG, 1, 2), "AddString", core)),
+        comments(Expect(table.AddString(orif::NUMREG_COMMENT, 1, 2), "AddString", core)),
+        task(Expect(table.AddTask(orif::TASK, 1), "AddTask", core)),
+        alarms(Expect(table.AddAlarm(orif::ALARM_CURRENT, 1, 2), "AddAlarm", core)) {}
 
   void Print() const {
     PrintRegisters(*counters);
@@ -70,6 +75,41 @@ struct Items {
     PrintPosition("Current position of group 1", *arm);
     PrintPosition("Current position of group 2", *turntable);
     PrintPosition("$TOOL_CENTRE", *tool);
+    orif::Variant value;
+    if (speed->GetValue(value)) std::cout << "  $OVERRIDE = " << value.ToText() << '\n';
+    PrintTexts("SR[", *texts);
+    PrintTexts("R[C", *comments);
+    PrintTask();
+    PrintAlarm();
+  }
+
+  static void PrintTexts(const char* symbol, orif::DataString& texts) {
+    for (int i = texts.StartIndex(); i <= texts.EndIndex(); ++i) {
+      std::string text;
+      if (texts.GetValue(i, text)) std::cout << "  " << symbol << i << "] = \"" << text << "\"\n";
+    }
+  }
+
+  void PrintTask() const {
+    std::string program;
+    std::string parent;
+    std::int16_t line = 0;
+    std::int16_t state = 0;
+    if (!task->GetValue(program, line, state, parent)) return;
+    std::cout << "  Task 1 runs " << program << " in line " << line << ", state " << state
+              << ", called by " << parent << '\n';
+  }
+
+  void PrintAlarm() const {
+    std::array<std::int16_t, 11> n{};
+    std::string message;
+    std::string cause;     // not read in message mode 2
+    std::string severity;  // nor this
+    if (!alarms->GetValue(1, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], n[8], n[9], n[10],
+                          message, cause, severity)) {
+      return;
+    }
+    std::cout << "  Active alarm: " << (message.empty() ? "none" : message) << '\n';
   }
 
   static void PrintRegisters(orif::DataNumReg& registers) {
@@ -97,6 +137,9 @@ struct Items {
     Expect(groups->SetValueXyzwpr(2, 1, place, config), "SetValueXyzwpr", core);
     Expect(groups->SetValueJoint(2, 2, turn), "SetValueJoint", core);
     Expect(groups->Update(), "Update", core);
+    Expect(speed->SetValue(65), "SetValue", core);
+    Expect(texts->SetValue(1, "HINGE-12"), "SetValue", core);
+    Expect(texts->Update(), "Update", core);
   }
 
   std::shared_ptr<orif::DataNumReg> counters;
@@ -107,7 +150,45 @@ struct Items {
   std::shared_ptr<orif::DataCurPos> arm;
   std::shared_ptr<orif::DataCurPos> turntable;
   std::shared_ptr<orif::DataSysVarPos> tool;
+  std::shared_ptr<orif::DataSysVar> speed;
+  std::shared_ptr<orif::DataString> texts;
+  std::shared_ptr<orif::DataString> comments;
+  std::shared_ptr<orif::DataTask> task;
+  std::shared_ptr<orif::DataAlarm> alarms;
 };
+
+// Reads signals 1 to 4 of one kind, turns the second one on, and reads them again.
+template <class T, class Read, class Write>
+void ChangeSignals(const char* name, orif::Core& core, Read read, Write write) {
+  std::array<T, 4> before{};
+  std::array<T, 4> after{};
+  const std::array<T, 1> on{1};
+  Expect((core.*read)(1, before, 4), name, core);
+  Expect((core.*write)(2, on, 1), name, core);
+  Expect((core.*read)(1, after, 4), name, core);
+  std::cout << "  " << name << "[1] to [4]:";
+  for (const T value : before) std::cout << ' ' << value;
+  std::cout << ", then";
+  for (const T value : after) std::cout << ' ' << value;
+  std::cout << '\n';
+}
+
+void ChangeAllSignals(orif::Core& core) {
+  using orif::Core;
+  using Bit = std::int16_t;
+  using Group = std::int32_t;
+  std::cout << "Signals, read, written and read:\n";
+  ChangeSignals<Bit>("SDO", core, &Core::ReadSDO, &Core::WriteSDO);
+  ChangeSignals<Bit>("SDI", core, &Core::ReadSDI, &Core::WriteSDI);
+  ChangeSignals<Bit>("RDO", core, &Core::ReadRDO, &Core::WriteRDO);
+  ChangeSignals<Bit>("RDI", core, &Core::ReadRDI, &Core::WriteRDI);
+  ChangeSignals<Bit>("SO", core, &Core::ReadSO, &Core::WriteSO);
+  ChangeSignals<Bit>("SI", core, &Core::ReadSI, &Core::WriteSI);
+  ChangeSignals<Bit>("UO", core, &Core::ReadUO, &Core::WriteUO);
+  ChangeSignals<Bit>("UI", core, &Core::ReadUI, &Core::WriteUI);
+  ChangeSignals<Group>("GO", core, &Core::ReadGO, &Core::WriteGO);
+  ChangeSignals<Group>("GI", core, &Core::ReadGI, &Core::WriteGI);
+}
 
 }  // namespace
 
@@ -136,9 +217,13 @@ int main() {
   std::cout << "Refreshed again:\n";
   items.Print();
 
+  ChangeAllSignals(core);
+
   core.DebugLog(true);
   Expect(core.ClearAlarm(), "ClearAlarm", core);
+  Expect(table->Refresh(), "Refresh", core);
   std::cout << "Alarms cleared\n";
+  items.PrintAlarm();
   Expect(core.Disconnect(), "Disconnect", core);
   std::cout << "Disconnected, state " << core.ConnectState()
             << "\n\nThe trail of the writes, the refresh and the end:\n"

@@ -3,9 +3,13 @@
 
 #include "orif/core/Core.h"
 #include "orif/datatable/DataTable.h"
+#include "orif/items/DataAlarm.h"
 #include "orif/items/DataCurPos.h"
 #include "orif/items/DataNumReg.h"
 #include "orif/items/DataPosReg.h"
 #include "orif/items/DataPosRegMG.h"
 #include "orif/items/DataPosRegXyzwpr.h"
+#include "orif/items/DataString.h"
+#include "orif/items/DataSysVar.h"
 #include "orif/items/DataSysVarPos.h"
+#include "orif/items/DataTask.h"

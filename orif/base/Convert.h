@@ -14,8 +14,9 @@ namespace orif::convert {
 std::int32_t ToInt32(double value);
 float ToFloat(double value);
 
-/// Reads a decimal number: blanks around it, a sign, a fraction and an exponent are allowed, nothing
-/// else. Empty for text that is no number; one that no real can hold faults with "Overflow".
+/// Reads a decimal number: blanks around it, a sign, a fraction and an exponent are allowed,
+/// nothing else. Empty for text that is no number; one that no real can hold faults with
+/// "Overflow".
 std::optional<double> Number(std::string_view text);
 double ToDouble(std::string_view text);
 std::int32_t ToInt32(std::string_view text);

@@ -73,6 +73,54 @@ class ORIF_EXPORT Core : private TableOwner {
   /// The lower core object as it is; empty after Disconnect.
   std::shared_ptr<Dispatch> GetLib() const noexcept;
 
+  // Signals, read from and written to the controller directly. `Index` is the number of the first
+  // signal, from 1 on; `Count` signals go to or come from the first elements of `Buffer`, whatever
+  // its lower bound: 16-bit elements, 0 off and 1 on, for bit signals, 32-bit values for group
+  // signals. False when `Buffer` has fewer than `Count` elements, `Index` or `Count` is above
+  // 32767, and when the controller refuses.
+
+  /// Digital outputs and inputs. Outputs from 11001 on are the second block; ReadSDO refuses an
+  /// `Index` below 1 itself.
+  bool ReadSDO(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteSDO(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+                std::int32_t Count) noexcept;
+  bool ReadSDI(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteSDI(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+                std::int32_t Count) noexcept;
+
+  /// Robot outputs and inputs.
+  bool ReadRDO(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteRDO(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+                std::int32_t Count) noexcept;
+  bool ReadRDI(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteRDI(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+                std::int32_t Count) noexcept;
+
+  /// Operator's panel outputs and inputs. WriteSI takes any 32-bit `Index` and `Count`.
+  bool ReadSO(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteSO(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+               std::int32_t Count) noexcept;
+  bool ReadSI(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteSI(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+               std::int32_t Count) noexcept;
+
+  /// User operator's panel outputs and inputs. WriteUI takes any 32-bit `Index` and `Count`.
+  bool ReadUO(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteUO(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+               std::int32_t Count) noexcept;
+  bool ReadUI(std::int32_t Index, ArrayView<std::int16_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteUI(std::int32_t Index, ArrayView<const std::int16_t> Buffer,
+               std::int32_t Count) noexcept;
+
+  /// Group outputs and inputs. WriteGO tests nothing: a `Buffer` with fewer than `Count` elements
+  /// is sent with zeros behind them. Its `Index` from 10001 on means 4001 and up.
+  bool ReadGO(std::int32_t Index, ArrayView<std::int32_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteGO(std::int32_t Index, ArrayView<const std::int32_t> Buffer,
+               std::int32_t Count) noexcept;
+  bool ReadGI(std::int32_t Index, ArrayView<std::int32_t> Buffer, std::int32_t Count) noexcept;
+  bool WriteGI(std::int32_t Index, ArrayView<const std::int32_t> Buffer,
+               std::int32_t Count) noexcept;
+
   // Tables.
 
   /// The first table, always the same one; made on first use, which needs a lower core object.
@@ -110,6 +158,11 @@ class ORIF_EXPORT Core : private TableOwner {
 
   void CreateLowerCore();
   std::shared_ptr<orif::DataTable> CreateTable(std::int32_t startAddr);
+
+  struct SignalMember;
+  template <class T>
+  bool Signals(const SignalMember& member, std::int32_t index, ArrayView<T> buffer,
+               std::int32_t count) noexcept;
 
   static std::string_view ClassName() noexcept { return "Core"; }
   Trail<Core> TrailOf(std::string_view member) const noexcept { return {*this, member}; }

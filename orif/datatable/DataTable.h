@@ -15,12 +15,16 @@
 #include "orif/datatable/Registration.h"
 #include "orif/datatable/TableOwner.h"
 #include "orif/diag/Trail.h"
+#include "orif/items/DataAlarm.h"
 #include "orif/items/DataCurPos.h"
 #include "orif/items/DataNumReg.h"
 #include "orif/items/DataPosReg.h"
 #include "orif/items/DataPosRegMG.h"
 #include "orif/items/DataPosRegXyzwpr.h"
+#include "orif/items/DataString.h"
+#include "orif/items/DataSysVar.h"
 #include "orif/items/DataSysVarPos.h"
+#include "orif/items/DataTask.h"
 #include "orif/items/ItemOwner.h"
 #include "orif/orif_export.h"
 
@@ -72,6 +76,31 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   /// words.
   std::shared_ptr<DataSysVarPos> AddSysVarPos(ORIF_DATA_TYPE DataType,
                                               std::string_view SysVarName) noexcept;
+
+  /// The scalar system variable `SysVarName`, which begins with "$", as SYSVAR_INT, SYSVAR_REAL (2
+  /// words) or SYSVAR_STRING (40 words).
+  std::shared_ptr<DataSysVar> AddSysVar(ORIF_DATA_TYPE DataType,
+                                        std::string_view SysVarName) noexcept;
+
+  /// The status of the task at position `Index` (1 or more) of the task list, as TASK or one of the
+  /// kinds that leave programs out; 18 words.
+  std::shared_ptr<DataTask> AddTask(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept;
+
+  /// `AlarmCount` (1 or more) entries of an alarm list, as ALARM_LIST, ALARM_CURRENT or
+  /// ALARM_PASSWORD. `AlarmMessageMode` chooses the texts of each: 1 none (11 words), 2 the alarm's
+  /// (91), 3 its cause's too (100), any other also the severity's (100).
+  std::shared_ptr<DataAlarm> AddAlarm(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
+                                      std::int32_t AlarmMessageMode = 0) noexcept;
+
+  /// The texts `StartIndex` to `EndIndex` (1 or more) of one kind, STRREG to AO_COMMENT; 40 words
+  /// each.
+  std::shared_ptr<DataString> AddString(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
+                                        std::int32_t EndIndex) noexcept;
+
+  /// The same with the symbol by which the controller knows the texts, for example "SR[" for string
+  /// registers or "R[C" for the comments of numeric registers. `DataType` is only kept.
+  std::shared_ptr<DataString> AddStringEx(ORIF_DATA_TYPE DataType, std::string_view DataSymbol,
+                                          std::int32_t StartIndex, std::int32_t EndIndex) noexcept;
 
   /// Reads the values of all items from the controller in one transfer. False when the table has
   /// lost its Core, holds no item, or the controller refuses; no item has values then until the

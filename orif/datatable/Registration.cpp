@@ -119,4 +119,36 @@ std::shared_ptr<DataSysVarPos> DataTable::AddSysVarPos(ORIF_DATA_TYPE DataType,
   return Register<DataSysVarPos>(registration::SysVarPos, DataType, SysVarName);
 }
 
+std::shared_ptr<DataTask> DataTable::AddTask(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
+  return Register<DataTask>(registration::Task, DataType, Index);
+}
+
+std::shared_ptr<DataSysVar> DataTable::AddSysVar(ORIF_DATA_TYPE DataType,
+                                                 std::string_view SysVarName) noexcept {
+  return Register<DataSysVar>(registration::SysVar, DataType, SysVarName);
+}
+
+std::shared_ptr<DataAlarm> DataTable::AddAlarm(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
+                                               std::int32_t AlarmMessageMode) noexcept {
+  return Register<DataAlarm>(registration::Alarm, DataType, AlarmCount, AlarmMessageMode);
+}
+
+std::shared_ptr<DataString> DataTable::AddString(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
+                                                 std::int32_t EndIndex) noexcept {
+  constexpr auto Symbols = std::span(registration::StringSymbols);
+  const std::int64_t symbol = std::int64_t{DataType} - STRREG;
+  if (symbol < 0 || symbol >= std::ssize(Symbols)) {
+    TrailOf("AddString").Always(", Err invalid data type.");
+    return nullptr;
+  }
+  return AddStringEx(DataType, Symbols[static_cast<std::size_t>(symbol)], StartIndex, EndIndex);
+}
+
+std::shared_ptr<DataString> DataTable::AddStringEx(ORIF_DATA_TYPE DataType,
+                                                   std::string_view DataSymbol,
+                                                   std::int32_t StartIndex,
+                                                   std::int32_t EndIndex) noexcept {
+  return Register<DataString>(registration::StringEx, DataType, DataSymbol, StartIndex, EndIndex);
+}
+
 }  // namespace orif

@@ -29,7 +29,7 @@ constexpr Registration Named(Registration words, const char* member) {
   return words;
 }
 
-constexpr Registration NumReg{
+inline constexpr Registration NumReg{
     .member = "AddNumReg",
     .enter = ", Enter",
     .labels = {" Type=", ",StartIndex=", ",EndIndex="},
@@ -40,7 +40,7 @@ constexpr Registration NumReg{
     .done = nullptr,
 };
 
-constexpr Registration PosReg{
+inline constexpr Registration PosReg{
     .member = "AddPosReg",
     .enter = ", Enter ",
     .labels = {" Type=", ",Group=", ",StartIndex=", ",EndIndex="},
@@ -51,11 +51,11 @@ constexpr Registration PosReg{
     .done = ", Return ",
 };
 
-constexpr Registration PosRegXyzwpr = Named(PosReg, "AddPosRegXyzwpr");
-constexpr Registration PosRegMG = Named(PosReg, "AddPosRegMG");
+inline constexpr Registration PosRegXyzwpr = Named(PosReg, "AddPosRegXyzwpr");
+inline constexpr Registration PosRegMG = Named(PosReg, "AddPosRegMG");
 
 // The user frame is not shown, and AddCurPosUF goes by the other member's name.
-constexpr Registration CurPos{
+inline constexpr Registration CurPos{
     .member = "AddCurPos",
     .enter = ", Enter",
     .labels = {" Type=", ",Group="},
@@ -66,7 +66,7 @@ constexpr Registration CurPos{
     .done = ", Return",
 };
 
-constexpr Registration SysVarPos{
+inline constexpr Registration SysVarPos{
     .member = "AddSysVarPos",
     .enter = ", Enter",
     .labels = {" Type=", ",SysVName="},
@@ -75,6 +75,49 @@ constexpr Registration SysVarPos{
     .noPiece = ", Err strasg",
     .assignFailed = ", Err assign",
     .done = ", Return",
+};
+
+inline constexpr Registration SysVar = Named(SysVarPos, "AddSysVar");
+
+inline constexpr Registration Task{
+    .member = "AddTask",
+    .enter = ", Enter",
+    .labels = {" Type=", ",Index="},
+    .cannotAdd = ", Err CanAdd=False",
+    .initFailed = ", Err Data.Init",
+    .noPiece = ", Err asg",
+    .assignFailed = ", Err assign",
+    .done = ", Return",
+};
+
+// Silent about every failure.
+inline constexpr Registration Alarm{
+    .member = "AddAlarm",
+    .enter = ", Enter",
+    .labels = {" Type=", ",AlarmCount="},
+    .cannotAdd = nullptr,
+    .initFailed = nullptr,
+    .noPiece = nullptr,
+    .assignFailed = nullptr,
+    .done = ", Return",
+};
+
+inline constexpr Registration StringEx{
+    .member = "AddStringEx",
+    .enter = NumReg.enter,
+    .labels = {" Type=", nullptr, ",StartIndex=", ",EndIndex="},  // the symbol is not shown
+    .cannotAdd = NumReg.cannotAdd,
+    .initFailed = NumReg.initFailed,
+    .noPiece = NumReg.noPiece,
+    .assignFailed = NumReg.assignFailed,
+    .done = NumReg.done,
+};
+
+/// The symbols under which AddString registers texts, from STRREG on in the order of the data
+/// types.
+inline constexpr std::array StringSymbols{
+    "SR[",  "SR[C", "R[C",  "PR[C", "DI[C",  "DO[C",  "RI[C", "RO[C", "UI[C", "UO[C",
+    "SI[C", "SO[C", "WI[C", "WO[C", "WSI[C", "WSO[C", "GI[C", "GO[C", "AI[C", "AO[C",
 };
 
 }  // namespace registration

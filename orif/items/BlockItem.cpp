@@ -10,7 +10,7 @@ std::string BlockItem::GetSetasg() {
     if (lines_.enter != nullptr) trail.Traced(lines_.enter);
     const std::int32_t start = Owner().NextAddr();
     std::string piece = AssignmentPiece(start, GetSize(), Designation());
-    StartAddress(start);
+    SetStartAddress(start);
     if (lines_.piece != nullptr) trail.Traced(lines_.piece, piece);
     result = std::move(piece);
     if (lines_.done != nullptr) trail.Traced(lines_.done);

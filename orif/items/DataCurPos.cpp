@@ -32,7 +32,7 @@ bool DataCurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t 
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group);
     if (DataType != CURPOS) return trail.Always(", Err Invalid type");
     if (Group < 1) return trail.Always(", Err Invalid group");
-    this->DataType(DataType);
+    SetDataType(DataType);
     group_ = Group;
     userFrame_ = UF;
     result = true;

@@ -71,9 +71,9 @@ class ORIF_EXPORT DataItem {
     return *owner_;
   }
 
-  void DataType(ORIF_DATA_TYPE value) noexcept { dataType_ = value; }
+  void SetDataType(ORIF_DATA_TYPE value) noexcept { dataType_ = value; }
   std::int32_t StartAddress() const noexcept { return startAddress_; }
-  void StartAddress(std::int32_t value) noexcept { startAddress_ = value; }
+  void SetStartAddress(std::int32_t value) noexcept { startAddress_ = value; }
 
   /// Whether a write was carried out. A refused one has a negative status and is told of in two
   /// lines: `refusal`, followed by the status, and the lower layer's text.

@@ -48,7 +48,7 @@ bool DataNumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
     if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
       return trail.Always(", Err invalid index ");
     }
-    this->DataType(DataType);
+    SetDataType(DataType);
     startIndex_ = StartIndex;
     endIndex_ = EndIndex;
     result = true;

@@ -31,7 +31,7 @@ bool DataPosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t 
                  ",EndIndex=", EndIndex);
     const RegisterRange range{Group, StartIndex, EndIndex};
     if (!range.Check(trail, DataType == POSREG)) return;
-    this->DataType(DataType);
+    SetDataType(DataType);
     range_ = range;
     result = true;
     trail.Traced(", Return");

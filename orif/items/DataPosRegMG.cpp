@@ -67,7 +67,7 @@ bool DataPosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::in
     if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
       return trail.Always(", Err Invalid index");
     }
-    this->DataType(DataType);
+    SetDataType(DataType);
     result = true;
     trail.Traced(", Return");
   });
@@ -76,7 +76,7 @@ bool DataPosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::in
 std::optional<std::vector<std::string>> DataPosRegMG::GetSetasg() noexcept {
   const auto trail = TrailOf("GetSetasgs");
   return trail.Guarded(std::optional<std::vector<std::string>>(), [&](auto& result) {
-    StartAddress(Owner().NextAddr());
+    SetStartAddress(Owner().NextAddr());
     const std::int32_t registers = RangeLength(startIndex_, endIndex_);
     std::vector<std::string> pieces;
     std::int16_t total = 0;  // 16 bits, as the write of the block counts

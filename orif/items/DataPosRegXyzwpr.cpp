@@ -29,7 +29,7 @@ bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::in
       xyzwpr_.assign(static_cast<std::size_t>(registers * FloatCount), 0);
       config_.assign(static_cast<std::size_t>(registers * ConfigCount), 0);
     }
-    this->DataType(DataType);
+    SetDataType(DataType);
     range_ = range;
     result = true;
     trail.Traced(", Return");

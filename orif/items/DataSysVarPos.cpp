@@ -31,7 +31,7 @@ bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) n
     if (DataType != SYSVAR_POS) return trail.Always(", Err invalid type");
     if (!SysVarName.starts_with('$')) return trail.Always(", Err invalid name ");
     sysVarName_ = SysVarName;
-    this->DataType(DataType);
+    SetDataType(DataType);
     result = true;
     trail.Traced(", Return ");
   });

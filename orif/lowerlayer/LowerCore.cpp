@@ -226,9 +226,19 @@ std::int32_t LowerCore::Signals(std::string_view name, std::int32_t index, Array
 
 template std::int32_t LowerCore::Signals(DispId, std::int32_t, ArrayView<std::int16_t>,
                                          std::int32_t);
+template std::int32_t LowerCore::Signals(DispId, std::int32_t, ArrayView<const std::int16_t>,
+                                         std::int32_t);
 template std::int32_t LowerCore::Signals(DispId, std::int32_t, ArrayView<std::int32_t>,
+                                         std::int32_t);
+template std::int32_t LowerCore::Signals(DispId, std::int32_t, ArrayView<const std::int32_t>,
                                          std::int32_t);
 template std::int32_t LowerCore::Signals(std::string_view, std::int32_t, ArrayView<std::int16_t>,
                                          std::int32_t);
+template std::int32_t LowerCore::Signals(std::string_view, std::int32_t,
+                                         ArrayView<const std::int16_t>, std::int32_t);
+template std::int32_t LowerCore::Signals(std::string_view, std::int32_t, ArrayView<std::int32_t>,
+                                         std::int32_t);
+template std::int32_t LowerCore::Signals(std::string_view, std::int32_t,
+                                         ArrayView<const std::int32_t>, std::int32_t);
 
 }  // namespace orif

@@ -46,12 +46,16 @@ TEST_F(Allocation, ReadingAllocatesNothing) {
   const auto registers = table->AddPosReg(POSREG, 1, 1, 2);
   const auto groups = table->AddPosRegMG(POSREGMG, "C,J6", 1, 1);
   const auto current = table->AddCurPos(CURPOS, 1);
+  const auto texts = table->AddString(STRREG, 1, 1);
+  const auto task = table->AddTask(TASK, 1);
+  const auto alarms = table->AddAlarm(ALARM_LIST, 1);
   EXPECT_GT(AllocationsOf([&] { table->AddNumReg(NUMREG_INT, 1, 1); }), 0);  // the count counts
   Variant value;
   std::array<float, 9> x{};
   std::array<float, 9> j{};
   std::array<std::int16_t, 7> c{};
   std::int16_t word = 0;
+  std::array<std::string, 3> s{std::string(80, ' '), std::string(80, ' '), std::string(80, ' ')};
   EXPECT_EQ(AllocationsOf([&] {
               EXPECT_TRUE(table->Refresh());
               EXPECT_TRUE(longs->GetValue(1, value));
@@ -63,6 +67,11 @@ TEST_F(Allocation, ReadingAllocatesNothing) {
               EXPECT_TRUE(current->GetValue(x, c, j, word, word, word, word));
               EXPECT_TRUE(groups->GetValueJoint(1, 2, j[0], j[1], j[2], j[3], j[4], j[5], j[6],
                                                 j[7], j[8]));
+              EXPECT_TRUE(texts->GetValue(1, s[0]));
+              EXPECT_TRUE(task->GetValue(s[0], word, word, s[1]));
+              EXPECT_TRUE(alarms->GetValue(1, word, word, word, word, word, word, word, word, word,
+                                           word, word, s[0], s[1], s[2]));
+              EXPECT_TRUE(core.ReadSDO(1, c, 7));
             }),
             0);
 }

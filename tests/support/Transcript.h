@@ -55,7 +55,14 @@ class Transcript : public RecordedCore {
   static std::string Show(std::int16_t value) { return std::to_string(value); }
   static std::string Show(std::int32_t value) { return std::to_string(value); }
   static std::string Show(float value) { return convert::ToText(value); }
-  static std::string Show(const std::string& value) { return '"' + value + '"'; }
+  static std::string Show(const std::string& value) {
+    std::string text = "\"";
+    for (const char c : value) {
+      const auto byte = static_cast<unsigned char>(c);
+      text += byte < 127 ? std::string(1, c) : "<" + std::to_string(byte) + ">";
+    }
+    return text + '"';
+  }
   static std::string Show(const Variant& value) {
     const char* type = value.Is<std::string>() ? "text " : value.Is<float>() ? "real " : "integer ";
     return type + value.ToText();

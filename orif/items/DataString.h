@@ -1,0 +1,61 @@
+// A range of the controller's texts of one kind: string registers, or the comments of registers and
+// signals. Values are those of the table's last refresh. Writes are staged: SetValue fills the
+// item's own buffer, Update sends the changed range in one transfer. Registered with
+// DataTable::AddString or AddStringEx.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "orif/items/BlockItem.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT DataString : public BlockItem {
+ public:
+  /// The number of the first and of the last text of the range.
+  std::int32_t StartIndex() const noexcept { return startIndex_; }
+  std::int32_t EndIndex() const noexcept { return endIndex_; }
+
+  /// Text `Index` at the last refresh, up to 80 bytes without the blanks around it. What is staged
+  /// is not seen. False, with `Value` untouched, for an index outside the range, an invalid item,
+  /// and before a good refresh.
+  bool GetValue(std::int32_t Index, std::string& Value) noexcept;
+
+  /// Stages text `Index`; the controller is not touched. A text of more than 80 bytes runs on into
+  /// the texts that follow; false, with what fits staged, when it runs past the last one. False
+  /// also for an index outside the range and an invalid item.
+  bool SetValue(std::int32_t Index, std::string_view Value) noexcept;
+
+  /// Sends the texts from the lowest to the highest staged index and forgets them. A text in
+  /// between that was not staged is sent empty. False with nothing staged and when the controller
+  /// refuses; what is staged stays then.
+  bool Update() noexcept;
+
+  /// Forgets what is staged.
+  void Reset() noexcept;
+
+ protected:
+  friend class orif::DataTable;
+
+  DataString() noexcept;
+  bool Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
+            std::int32_t EndIndex) noexcept;
+  std::int32_t GetSize() const override;
+
+ private:
+  std::string Designation() const override;
+  bool Covers(std::int32_t index) const noexcept;
+
+  std::string dataSymbol_;
+  std::int32_t startIndex_ = 0;
+  std::int32_t endIndex_ = 0;
+  std::int32_t firstPending_ = 0;  // 0: none
+  std::int32_t lastPending_ = 0;
+  std::vector<std::int16_t> words_;  // one more than the texts need
+};
+
+}  // namespace orif

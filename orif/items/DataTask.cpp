@@ -1,0 +1,72 @@
+#include "orif/items/DataTask.h"
+
+namespace orif {
+namespace {
+
+// The block, in words.
+constexpr std::int32_t BlockWords = 18;
+constexpr std::int32_t NameOffset = 0;
+constexpr std::int32_t LineOffset = 8;
+constexpr std::int32_t StateOffset = 9;
+constexpr std::int32_t ParentOffset = 10;
+
+// Names take 8 words each but are read over 16: a text ends at its first zero character, so only
+// one that fills its words runs on.
+constexpr std::int32_t NameWords = 16;
+
+// The letters by which the controller leaves programs out; null for a kind that is no task.
+const char* Filter(ORIF_DATA_TYPE type) {
+  switch (type) {
+    case TASK:
+      return "";
+    case TASK_IGNORE_MACRO:
+      return "M";
+    case TASK_IGNORE_VELTO:
+      return "V";
+    case TASK_IGNORE_MACRO_VELTO:
+      return "MV";
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+bool DataTask::Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
+  const auto trail = TrailOf("Init");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter ", " Type=", DataType, ",Index=", Index);
+    if (Filter(DataType) == nullptr) return trail.Always(", Err invalid type ");
+    if (Index < 1) return trail.Always(", Err invalid index ");
+    SetDataType(DataType);
+    index_ = Index;
+    result = true;
+    trail.Traced(", Return ");
+  });
+}
+
+std::int32_t DataTask::GetSize() const { return BlockWords; }
+
+std::string DataTask::Designation() const {
+  return std::string("PRG[") + Filter(DataType()) + convert::ToText(index_) + "] 1";
+}
+
+bool DataTask::GetValue(std::string& ProgName, std::int16_t& LineNumber, std::int16_t& State,
+                        std::string& ParentProgName) noexcept {
+  const auto trail = TrailOf("GetValue");
+  return trail.Guarded(false, [&](bool& result) {
+    trail.Traced(", Enter ");
+    if (!Valid()) return trail.Always(", Err Me.Invalid ");
+    const auto at = [this](std::int32_t offset) { return Add(StartAddress(), offset); };
+    // All four are read whatever failed before.
+    bool all = Owner().GetLastDataString(at(NameOffset), ProgName, NameWords);
+    all = Owner().GetLastDataShort(at(LineOffset), LineNumber) && all;
+    all = Owner().GetLastDataShort(at(StateOffset), State) && all;
+    all = Owner().GetLastDataString(at(ParentOffset), ParentProgName, NameWords) && all;
+    if (!all) return trail.Always(", Err GetLastData ");
+    result = true;
+    trail.Traced(", Return ");
+  });
+}
+
+}  // namespace orif

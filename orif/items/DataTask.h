@@ -1,0 +1,39 @@
+// The status of one entry of the controller's task list at the table's last refresh: the program
+// that runs there, its line, its state and the program that called it; read only. Registered with
+// DataTable::AddTask.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "orif/items/BlockItem.h"
+#include "orif/orif_export.h"
+
+namespace orif {
+
+class ORIF_EXPORT DataTask : public BlockItem {
+ public:
+  /// The position in the task list, from 1 on, counted without the programs that the item's kind
+  /// leaves out.
+  std::int32_t Index() const noexcept { return index_; }
+
+  /// The status at the last refresh. `State` is the controller's number. A name of exactly 16
+  /// characters brings the words behind it along. False for an invalid item and before a good
+  /// refresh; what could be read is written.
+  bool GetValue(std::string& ProgName, std::int16_t& LineNumber, std::int16_t& State,
+                std::string& ParentProgName) noexcept;
+
+ protected:
+  friend class orif::DataTable;
+
+  DataTask() noexcept : BlockItem("DataTask", {}) {}
+  bool Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept;
+  std::int32_t GetSize() const override;
+
+ private:
+  std::string Designation() const override;
+
+  std::int32_t index_ = 0;
+};
+
+}  // namespace orif
