@@ -17,12 +17,9 @@ constexpr PositionLines Lines{
     .done = ", Return ",
 };
 
-// The single record of the item.
-constexpr std::int32_t Only = 0;
-
 }  // namespace
 
-DataSysVarPos::DataSysVarPos() noexcept : PositionItem("DataSysVarPos", {}, Lines) {}
+DataSysVarPos::DataSysVarPos() noexcept : SinglePosition("DataSysVarPos", {}, Lines) {}
 
 bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const auto trail = TrailOf("Init");
@@ -39,28 +36,6 @@ bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) n
 
 std::string DataSysVarPos::SysVarName() const noexcept {
   return Guarded(std::string(), [&](std::string& result) { result = sysVarName_; });
-}
-
-bool DataSysVarPos::GetValue(ArrayView<float> Xyzwpr, ArrayView<std::int16_t> Config,
-                             ArrayView<float> Joint, std::int16_t& UF, std::int16_t& UT,
-                             std::int16_t& ValidC, std::int16_t& ValidJ) noexcept {
-  return ReadArrays(Only, {Xyzwpr, Config, Joint, UF, UT, ValidC, ValidJ});
-}
-
-bool DataSysVarPos::GetValueXyzwpr(float& X, float& Y, float& Z, float& W, float& P, float& R,
-                                   float& E1, float& E2, float& E3, std::int16_t& C1,
-                                   std::int16_t& C2, std::int16_t& C3, std::int16_t& C4,
-                                   std::int16_t& C5, std::int16_t& C6, std::int16_t& C7,
-                                   std::int16_t& UF, std::int16_t& UT,
-                                   std::int16_t& ValidC) noexcept {
-  return ReadXyzwpr(Only, {&X, &Y, &Z, &W, &P, &R, &E1, &E2, &E3},
-                    {&C1, &C2, &C3, &C4, &C5, &C6, &C7}, UF, UT, ValidC);
-}
-
-bool DataSysVarPos::GetValueJoint(float& J1, float& J2, float& J3, float& J4, float& J5, float& J6,
-                                  float& J7, float& J8, float& J9, std::int16_t& UT,
-                                  std::int16_t& ValidJ) noexcept {
-  return ReadJoint(Only, {&J1, &J2, &J3, &J4, &J5, &J6, &J7, &J8, &J9}, UT, ValidJ);
 }
 
 bool DataSysVarPos::SetValueJoint(ArrayView<const float> Joint, std::int16_t UF,

@@ -8,28 +8,13 @@
 #include <string>
 #include <string_view>
 
-#include "orif/items/PositionItem.h"
+#include "orif/items/SinglePosition.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataSysVarPos : public PositionItem {
+class ORIF_EXPORT DataSysVarPos : public SinglePosition {
  public:
-  /// The position at the last refresh. The arrays are not tested: false for an invalid item, before
-  /// a good refresh, and for arrays in which the elements 0 to 8, 6 and 8 do not all fit; what fits
-  /// is written then.
-  bool GetValue(ArrayView<float> Xyzwpr, ArrayView<std::int16_t> Config, ArrayView<float> Joint,
-                std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC,
-                std::int16_t& ValidJ) noexcept;
-
-  /// The same in separate variables, the floats and configuration values written on success only.
-  bool GetValueXyzwpr(float& X, float& Y, float& Z, float& W, float& P, float& R, float& E1,
-                      float& E2, float& E3, std::int16_t& C1, std::int16_t& C2, std::int16_t& C3,
-                      std::int16_t& C4, std::int16_t& C5, std::int16_t& C6, std::int16_t& C7,
-                      std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC) noexcept;
-  bool GetValueJoint(float& J1, float& J2, float& J3, float& J4, float& J5, float& J6, float& J7,
-                     float& J8, float& J9, std::int16_t& UT, std::int16_t& ValidJ) noexcept;
-
   /// The variable's name as given.
   std::string SysVarName() const noexcept;
 
@@ -54,7 +39,6 @@ class ORIF_EXPORT DataSysVarPos : public PositionItem {
 
   DataSysVarPos() noexcept;
   bool Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept;
-  std::int32_t GetSize() const override { return PositionRecord::Words; }
 
  private:
   std::string Designation() const override { return sysVarName_ + " 0.0"; }

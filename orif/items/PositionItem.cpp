@@ -14,8 +14,6 @@ struct Position {
 
 }  // namespace
 
-std::int32_t PositionItem::RecordAddress(std::int32_t /*index*/) const { return StartAddress(); }
-
 bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept {
   const auto trail = TrailOf("GetValue");
   return trail.Guarded(false, [&](bool& result) {

@@ -42,9 +42,8 @@ class ORIF_EXPORT PositionItem : public BlockItem {
                const PositionLines& lines) noexcept
       : BlockItem(className, pieceLines), lines_(lines) {}
 
-  /// The address of the record that a member with the argument `index` means; the block's start for
-  /// items that hold a single record.
-  virtual std::int32_t RecordAddress(std::int32_t index) const;
+  /// The address of the record that a member with the argument `index` means.
+  virtual std::int32_t RecordAddress(std::int32_t index) const = 0;
 
   bool ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept;
 
