@@ -129,7 +129,7 @@ bool Core::ClearAlarm(std::int32_t vlngType) noexcept {
     trail.Traced(", Enter ");
     if (!share_.lowerCore || !connected_) return;
     std::string command = "CLRALM";
-    if (vlngType > 0) command += " " + convert::ToText(vlngType);
+    if (vlngType > 0) command.append(" ").append(convert::ToText(vlngType));
     const std::int32_t status = share_.Lower()->SendCommand(command);
     result = status == 0;
     if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
