@@ -2,6 +2,7 @@
 // registers of one motion group and for registers of several groups.
 #include <array>
 #include <iostream>
+#include <string>
 
 #include "orif/orif.h"
 #include "simulator/Demo.h"
@@ -31,22 +32,29 @@ int main() {
   if (!groups->Update()) return 1;
 
   if (!table->Refresh()) return 1;
-  float X, Y, Z, W, P, R, E1, E2, E3;
-  std::int16_t C1, C2, C3, C4, C5, C6, C7, UF, UT, ValidC;
+  std::array<float, 9> x{};
+  std::array<std::int16_t, 7> c{};
+  std::int16_t UF = 0;
+  std::int16_t UT = 0;
+  std::int16_t ValidC = 0;
+  const auto print = [&x](const std::string& name) {
+    std::cout << name << " X " << x[0] << " Y " << x[1] << " Z " << x[2] << '\n';
+  };
   for (int i = 21; i <= 23; ++i) {
-    if (!registers->GetValueXyzwpr(i, X, Y, Z, W, P, R, E1, E2, E3, C1, C2, C3, C4, C5, C6, C7, UF,
-                                   UT, ValidC)) {
+    if (!registers->GetValueXyzwpr(i, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8], c[0],
+                                   c[1], c[2], c[3], c[4], c[5], c[6], UF, UT, ValidC)) {
       return 1;
     }
-    std::cout << "PR[" << i << "]     X " << X << " Y " << Y << " Z " << Z << '\n';
+    print("PR[" + std::to_string(i) + "]    ");
   }
-  if (!groups->GetValueXyzwpr(31, 1, X, Y, Z, W, P, R, E1, E2, E3, C1, C2, C3, C4, C5, C6, C7)) {
+  if (!groups->GetValueXyzwpr(31, 1, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8], c[0],
+                              c[1], c[2], c[3], c[4], c[5], c[6])) {
     return 1;
   }
-  std::cout << "PR[G1:31] X " << X << " Y " << Y << " Z " << Z << '\n';
-  float J1, J2, J3, J4, J5, J6, J7, J8, J9;  // a group of one axis fills J1
-  if (!groups->GetValueJoint(31, 2, J1, J2, J3, J4, J5, J6, J7, J8, J9)) return 1;
-  std::cout << "PR[G2:31] J1 " << J1 << '\n';
+  print("PR[G1:31]");
+  // A group of one axis fills J1; what the others receive is not the group's.
+  if (!groups->GetValueJoint(31, 2, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8])) return 1;
+  std::cout << "PR[G2:31] J1 " << x[0] << '\n';
 
   // An Update with nothing staged is refused, and the trail says so.
   if (staged->Update()) return 1;

@@ -14,7 +14,10 @@
 namespace orif {
 namespace {
 
-using namespace PositionRecord;
+using PositionRecord::CartesianWords;
+using PositionRecord::ConfigCount;
+using PositionRecord::FloatCount;
+using PositionRecord::FloatWords;
 
 // What a failed read is called; the fourth is spelled so in the trail.
 constexpr std::array JointNames{"J1", "J2", "J3", "41", "J5", "J6", "J7", "J8", "J9"};
@@ -167,7 +170,8 @@ bool DataPosRegMG::GetValueXyzwpr(std::int32_t Index, std::int32_t Group, float&
     const std::array xyzwpr{&X, &Y, &Z, &W, &P, &R, &E1, &E2, &E3};
     for (std::int32_t i = 0; i < FloatCount; ++i) {
       const auto at = static_cast<std::size_t>(i);
-      if (!Owner().GetLastDataFloat(Add(address, Xyzwpr + FloatWords * i), *xyzwpr[at])) {
+      if (!Owner().GetLastDataFloat(Add(address, PositionRecord::Xyzwpr + FloatWords * i),
+                                    *xyzwpr[at])) {
         return dataTrail.Always(", Err get data ", FloatNames[at]);
       }
     }

@@ -9,7 +9,9 @@
 namespace orif {
 namespace {
 
-using namespace PositionRecord;
+using PositionRecord::CartesianWords;
+using PositionRecord::ConfigCount;
+using PositionRecord::FloatCount;
 
 }  // namespace
 
@@ -82,15 +84,14 @@ bool DataPosRegXyzwpr::Update() noexcept {
     if (indexMin_ < range_.start || indexMax_ > range_.end || indexMin_ > indexMax_) {
       return trail.Always(", Err IndexMin or IndexMax");
     }
-    const std::int32_t first = indexMin_ - range_.start;
+    const auto first = static_cast<std::size_t>(indexMin_ - range_.start);
     const std::int32_t registers = indexMax_ - indexMin_ + 1;
-    const auto from = [&](auto& staged, std::int32_t stride) {
-      return ArrayView(std::span(staged).subspan(static_cast<std::size_t>(first * stride)));
+    const auto from = [first](const auto& staged, std::size_t stride) {
+      return ArrayView(std::span(staged).subspan(first * stride));
     };
-    const std::int32_t status =
-        Share().Lower()->WriteRXyzwprConfig(Add(StartAddress(), first * CartesianWords), registers,
-                                            from(std::as_const(xyzwpr_), FloatCount), FloatCount,
-                                            from(std::as_const(config_), ConfigCount), ConfigCount);
+    const std::int32_t status = Share().Lower()->WriteRXyzwprConfig(
+        ElementAddress(StartAddress(), indexMin_, range_.start, CartesianWords), registers,
+        from(xyzwpr_, FloatCount), FloatCount, from(config_, ConfigCount), ConfigCount);
     if (!Written(status, trail, ", Err WriteRXyzwpr ")) return;
     result = true;
     Reset();

@@ -21,7 +21,7 @@ bool Stage(const Trail<DataItem>& trail, const char* line, ArrayView<const T> ar
            std::int32_t target, std::int32_t stride, std::size_t places, const Store& store) {
   const auto upper = Narrow<std::int32_t>(std::int64_t(places) - 1);
   for (std::int64_t k = 0; k < array.Count(); ++k) {
-    const std::int32_t place = Narrow<std::int32_t>(target + k * stride);
+    const auto place = Narrow<std::int32_t>(target + k * stride);
     if (place < 0 || std::int64_t{place} + stride - 1 > upper) {
       return trail.Refuse(line, place, ", ", upper);
     }

@@ -90,6 +90,7 @@ class LowerCoreRef {
       : core_(new LowerCore(std::move(object))) {
     ++core_->references_;
   }
+  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
   LowerCoreRef(const LowerCoreRef& other) noexcept : core_(other.core_) {
     if (core_ != nullptr) ++core_->references_;
   }
@@ -101,7 +102,6 @@ class LowerCoreRef {
     std::swap(core_, other.core_);
     return *this;
   }
-  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
   constexpr ~LowerCoreRef() {
     if (core_ != nullptr && --core_->references_ == 0) delete core_;
   }
