@@ -155,6 +155,9 @@ class ORIF_EXPORT Core : private TableOwner {
 
  private:
   friend class Trail<Core>;
+  struct Hold {
+    explicit Hold(const Core& /*object*/) {}
+  };
 
   void CreateLowerCore();
   std::shared_ptr<orif::DataTable> CreateTable(std::int32_t startAddr);

@@ -59,15 +59,16 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
                                                     std::int32_t EndIndex) noexcept;
 
   /// Position registers of several motion groups, as POSREGMG. `Group` lists the groups from 1 on,
-  /// separated by commas: "C" for cartesian form, "J6" for joint form with 6 axes. 25 words a
-  /// register for each cartesian group, 2 for each axis of a joint group. Words of groups that were
-  /// accepted before one was refused stay used.
+  /// separated by commas: "C" for cartesian form, "J6" for joint form with 6 axes
+  /// (any whole number; the controller refuses what it does not have), in upper or lower case. 25
+  /// words a register for each cartesian group, 2 for each axis of a joint group. Words of groups
+  /// that were accepted before one was refused stay used.
   std::shared_ptr<DataPosRegMG> AddPosRegMG(ORIF_DATA_TYPE DataType, std::string_view Group,
                                             std::int32_t StartIndex,
                                             std::int32_t EndIndex) noexcept;
 
-  /// The current position of motion group `Group` (1 or more), as CURPOS, in user frame `UF`; 50
-  /// words.
+  /// The current position of motion group `Group` (1 or more), as CURPOS, in user frame `UF` (0, as
+  /// AddCurPos has it, and what the controller has); 50 words.
   std::shared_ptr<DataCurPos> AddCurPos(ORIF_DATA_TYPE DataType, std::int32_t Group) noexcept;
   std::shared_ptr<DataCurPos> AddCurPosUF(ORIF_DATA_TYPE DataType, std::int32_t Group,
                                           std::int32_t UF) noexcept;
@@ -103,8 +104,8 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
                                           std::int32_t StartIndex, std::int32_t EndIndex) noexcept;
 
   /// Reads the values of all items from the controller in one transfer. False when the table has
-  /// lost its Core, holds no item, or the controller refuses; no item has values then until the
-  /// next good refresh.
+  /// lost its Core, no words were ever assigned, or the controller refuses; no item has values then
+  /// until the next good refresh.
   bool Refresh() noexcept;
 
   /// The 32-bit real in the words `lngAddress` (1 to 16384) and `lngAddress` + 1 of the last
@@ -120,8 +121,8 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   std::shared_ptr<DataItem> Item(const Variant& Index) const noexcept;
 
   /// Drops all items, which are invalid from then on, and the controller's assignment; the second
-  /// table goes with either of the two. False when the controller could not be told, with the items
-  /// as they were.
+  /// table goes with either of the two. False when the controller could not be told: the items
+  /// stay as they were, but the next one begins at word 1 again.
   bool Clear() noexcept;
 
   /// Ends the table: it loses its Core and its items. The controller is not told.
@@ -148,6 +149,9 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
  private:
   friend class Core;
   friend class Trail<DataTable>;
+  struct Hold {
+    explicit Hold(const DataTable& /*object*/) {}
+  };
 
   DataTable() noexcept;
 

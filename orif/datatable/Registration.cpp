@@ -33,7 +33,7 @@ std::shared_ptr<ItemClass> DataTable::Register(const Registration& words,
       return list;
     });
     if (!CanAdd()) return tell(words.cannotAdd);
-    item.reset(new ItemClass);
+    item.reset(new ItemClass, DataItem::Release);
     item->SetDataTable({shared_from_this(), static_cast<ItemOwner*>(this)});
     if (!item->Init(arguments...)) return tell(words.initFailed);
     std::vector<Block> blocks;
@@ -41,7 +41,10 @@ std::shared_ptr<ItemClass> DataTable::Register(const Registration& words,
     // Once the controller has accepted the item nothing may fail, so it is in the collection
     // before.
     items_.push_back(item);
-    if (std::ranges::all_of(blocks, [this](const Block& block) { return mblnAssign(block); })) {
+    const bool assigned =
+        std::ranges::all_of(blocks, [this](const Block& block) { return mblnAssign(block); });
+    // The lower layer may have run the host's code, which may have cleared the table.
+    if (assigned && !items_.empty() && items_.back() == item) {
       item->SetValid(true);
       result = item;
     } else {

@@ -16,14 +16,6 @@
 
 namespace orif {
 
-/// What an object offers for its lines: its class, its id, and whether it is traced at this moment.
-template <class T>
-concept TrailObject = requires(const T& object) {
-  { object.ClassName() } -> std::convertible_to<std::string_view>;
-  { object.ObjectID() } -> std::same_as<std::int32_t>;
-  { object.DebugLog() } -> std::same_as<bool>;
-};
-
 namespace trail {
 
 inline void Append(std::string& line, std::string_view text) { line += text; }
@@ -40,11 +32,16 @@ void Append(std::string& line, const Fetch& fetch) {
 
 }  // namespace trail
 
+/// `Object` offers ClassName(), ObjectID(), DebugLog() (whether it is traced at this moment) and
+/// Hold, which keeps it in being while one of its members runs.
 template <class Object>
 class Trail {
  public:
   /// `member` as the tag shows it, which is not always how it is called.
-  Trail(const Object& object, std::string_view member) : object_(object), member_(member) {}
+  Trail(const Object& object, std::string_view member)
+      : hold_(object), object_(object), member_(member) {}
+  Trail(const Trail&) = delete;
+  Trail& operator=(const Trail&) = delete;
 
   /// Writes a line whatever the flag says.
   template <class... Parts>
@@ -62,7 +59,6 @@ class Trail {
   /// Writes a line while the object is traced. The flag is read anew for every line.
   template <class... Parts>
   void Traced(const Parts&... parts) const noexcept {
-    static_assert(TrailObject<Object>);
     if (object_.DebugLog()) [[unlikely]]
       Write(true, parts...);
   }
@@ -95,6 +91,7 @@ class Trail {
     });
   }
 
+  [[no_unique_address]] typename Object::Hold hold_;
   const Object& object_;
   std::string_view member_;
 };

@@ -9,7 +9,13 @@ DataItem::DataItem(std::string_view className) noexcept
   trail.Traced(", Return");
 }
 
+void DataItem::Release(DataItem* item) noexcept {
+  item->released_ = true;
+  if (item->running_ == 0) delete item;
+}
+
 DataItem::~DataItem() {
+  released_ = false;
   const auto trail = TrailOf("Class_Terminate");
   trail.Traced(", Enter");
   trail.Traced(", Return");

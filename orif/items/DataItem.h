@@ -36,7 +36,8 @@ class ORIF_EXPORT DataItem {
   /// The identity that the item's trail lines carry.
   std::int32_t ObjectID() const noexcept { return objectId_; }
 
-  /// Ends the item's service: its value members fail from now on. It stays in the table and keeps
+  /// Ends the item's service: its value members fail from now on, but for DataString::Update,
+  /// which does not ask. It stays in the table and keeps
   /// its words.
   void Kill() noexcept { valid_ = false; }
 
@@ -84,6 +85,27 @@ class ORIF_EXPORT DataItem {
   void DiagnoseConnection(const Trail<DataItem>& trail) const;
 
  private:
+  // A member may call the lower layer, which may run the host's code, which may drop the item: the
+  // last reference is gone then, but the item stays until its members have returned. The count is
+  // not atomic: there is one thread.
+  class Hold {
+   public:
+    explicit Hold(const DataItem& item) noexcept : item_(item) { ++item_.running_; }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+    ~Hold() {
+      if (--item_.running_ == 0 && item_.released_) delete &item_;
+    }
+
+   private:
+    const DataItem& item_;
+  };
+  /// How the references to an item end it.
+  static void Release(DataItem* item) noexcept;
+
+  mutable std::int32_t running_ = 0;  // members
+  bool released_ = false;
+
   std::string_view className_;
   std::int32_t objectId_;
   ORIF_DATA_TYPE dataType_ = NUMREG_INT;

@@ -24,16 +24,17 @@ class ORIF_EXPORT DataNumReg : public BlockItem {
   bool GetValue(std::int32_t Index, Variant& Value) noexcept;
 
   /// Writes register `Index`. False for an index outside the range, an invalid item, a value that
-  /// does not convert to the item's kind, and when the controller refuses.
+  /// does not convert to the item's kind, without a connection, and when the controller refuses.
   bool SetValue(std::int32_t Index, const Variant& Value) noexcept;
 
   /// Writes `Count` registers from `Index` on with the elements of the array in `Value`, from its
   /// lower bound: an array of 32-bit integers or reals, as the item's kind is, of `Count` elements
-  /// or more. False as for SetValue.
+  /// (1 or more) or more. False as for SetValue.
   bool SetValues(std::int32_t Index, const Variant& Value, std::int32_t Count) noexcept;
 
   /// Writes `Count` registers from `Index` on with the first elements of `Value`, `Count` or more.
-  /// Each serves its own kind of item only. False as for SetValue.
+  /// Each serves its own kind of item only. A `Count` of 0 or
+  /// less is handed on for the controller to refuse. False as for SetValue.
   bool SetValuesInt(std::int32_t Index, ArrayView<const std::int32_t> Value,
                     std::int32_t Count) noexcept;
   bool SetValuesReal(std::int32_t Index, ArrayView<const float> Value, std::int32_t Count) noexcept;

@@ -40,17 +40,18 @@ class ORIF_EXPORT DataPosReg : public PositionItem {
                      float& J6, float& J7, float& J8, float& J9, std::int16_t& UT,
                      std::int16_t& ValidJ) noexcept;
 
-  /// Writes register `Index` in joint form, as many values as `Joint` has. False for an invalid
-  /// item, a lower bound above 0, and when the controller refuses.
+  /// Writes register `Index` in joint form, as many values as `Joint` has. `Index` is not tested:
+  /// outside the range it means what lies there. False for an invalid item, a lower bound above 0,
+  /// and when the controller refuses.
   bool SetValueJoint(std::int32_t Index, ArrayView<const float> Joint, std::int16_t UF,
                      std::int16_t UT) noexcept;
   bool SetValueJoint2(std::int32_t Index, float J1, float J2, float J3, float J4, float J5,
                       float J6, float J7, float J8, float J9, std::int16_t UF,
                       std::int16_t UT) noexcept;
 
-  /// Writes register `Index` in cartesian form with all the elements of the arrays. False for an
-  /// invalid item, arrays with a lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`)
-  /// elements, and when the controller refuses.
+  /// Writes register `Index` in cartesian form with all the elements of the arrays. `Index` is not
+  /// tested either. False for an invalid item, arrays with a lower bound above 0 or fewer than 6
+  /// (`Xyzwpr`) or 7 (`Config`) elements, and when the controller refuses.
   bool SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
                       ArrayView<const std::int16_t> Config, std::int16_t UF,
                       std::int16_t UT) noexcept;

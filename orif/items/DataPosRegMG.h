@@ -26,8 +26,9 @@ class ORIF_EXPORT DataPosRegMG : public DataItem {
 
   /// Joint values of register `Index` in a joint group, at the last refresh. All nine are read, but
   /// only as many as the group has axes are the group's: the others are the words that follow.
-  /// False for an invalid item, a group or an index out of range, a cartesian group, and words that
-  /// cannot be decoded, with the values before them written.
+  /// False for an invalid item, a group or an index out of range, a cartesian group, and a value
+  /// from the last axis on that cannot be decoded, with the values before it written; one before
+  /// the last axis that cannot is left at 0.
   bool GetValueJoint(std::int32_t Index, std::int32_t Group, float& J1, float& J2, float& J3,
                      float& J4, float& J5, float& J6, float& J7, float& J8, float& J9) noexcept;
 

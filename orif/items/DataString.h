@@ -31,8 +31,8 @@ class ORIF_EXPORT DataString : public BlockItem {
   bool SetValue(std::int32_t Index, std::string_view Value) noexcept;
 
   /// Sends the texts from the lowest to the highest staged index and forgets them. A text in
-  /// between that was not staged is sent empty. False with nothing staged and when the controller
-  /// refuses; what is staged stays then.
+  /// between that was not staged is sent empty. An item that is not valid any more sends all the
+  /// same. False with nothing staged and when the controller refuses; what is staged stays then.
   bool Update() noexcept;
 
   /// Forgets what is staged.

@@ -18,8 +18,9 @@ class ORIF_EXPORT DataTask : public BlockItem {
   std::int32_t Index() const noexcept { return index_; }
 
   /// The status at the last refresh. `State` is the controller's number. A name of exactly 16
-  /// characters brings the words behind it along. False for an invalid item and before a good
-  /// refresh; what could be read is written.
+  /// characters brings the words behind it along. False for an invalid item, before a
+  /// good refresh, and for a block that begins at word 16361 or above: the names are read 8 words
+  /// past the block. What could be read is written.
   bool GetValue(std::string& ProgName, std::int16_t& LineNumber, std::int16_t& State,
                 std::string& ParentProgName) noexcept;
 

@@ -66,8 +66,9 @@ bool PositionItem::WriteJoint(const Trail<DataItem>& trail, std::int32_t index,
                               ArrayView<const float> joint, std::int16_t UF,
                               std::int16_t UT) const {
   if (!Valid()) return trail.Refuse(lines_.invalidWrite);
+  const std::int32_t address = RecordAddress(index);
   if (!BeginsAtZero(joint)) return trail.Refuse(", Err Joint() invalid");
-  const std::int32_t status = Share().Lower()->WriteRJoint(RecordAddress(index), joint, UF, UT);
+  const std::int32_t status = Share().Lower()->WriteRJoint(address, joint, UF, UT);
   if (lines_.jointStatus != nullptr) trail.Traced(lines_.jointStatus, status);
   if (status < 0 && !lines_.jointRefusedStatus) {
     trail.Always(lines_.jointRefused);
@@ -86,8 +87,8 @@ bool PositionItem::WriteXyzwpr(const Trail<DataItem>& trail, std::int32_t index,
   if (!Valid()) return trail.Refuse(lines_.invalidWrite);
   if (!Holds(xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
   if (!Holds(config, LeastConfig)) return trail.Refuse(", Err Config() invalid");
-  const std::int32_t status =
-      Share().Lower()->WriteRXyzwpr(RecordAddress(index), xyzwpr, config, UF, UT);
+  const std::int32_t address = RecordAddress(index);
+  const std::int32_t status = Share().Lower()->WriteRXyzwpr(address, xyzwpr, config, UF, UT);
   if (!Written(status, trail, ", Err WriteRXyzwpr ")) return false;
   trail.Traced(lines_.done);
   return true;

@@ -107,12 +107,33 @@ TEST_F(NumReg, WritesARunFromTheCallersArray) {
 }
 
 TEST_F(NumReg, AWriteThatReachedTheRobotIsNotReportedAsFailed) {
+  core.DebugLog(true);
   lower->On(DispId::WriteRLong, [this](auto) {
     table->Kill();  // the item loses its Core half-way
     return Long(0);
   });
-  core.DebugLog(true);
   RUN(longs->SetValue(1, 1));
+}
+
+TEST_F(NumReg, AnItemThatIsDroppedByItsOwnCallStaysUntilItReturns) {
+  core.DebugLog(true);
+  table->Refresh();
+  DataNumReg* written = longs.get();
+  lower->On(DispId::WriteRLong, [this](auto) {
+    table->Clear();
+    longs.reset();
+    return Long(0);
+  });
+  RUN(written->SetValue(1, 1));
+  reals = table->AddNumReg(NUMREG_REAL, 1, 1);
+  table->Refresh();
+  DataNumReg* read = reals.get();
+  lower->On(DispId::ShortToFloat, [this](auto) {
+    table->Clear();
+    reals.reset();
+    return Real(2);
+  });
+  RUN(read->GetValue(1, value));
 }
 
 TEST_F(NumReg, SharesTheContractOfAllItems) {
