@@ -1,4 +1,5 @@
-// What allocates nothing. This program counts every allocation of the process.
+// What allocates nothing, and what happens when there is no memory. This program counts every
+// allocation of the process and can let one of them fail.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -6,13 +7,17 @@
 
 #include "orif/orif.h"
 #include "simulator/Demo.h"
+#include "tests/support/Scenario.h"
 
 namespace {
 long allocations = 0;
+bool watched = false;  // whether allocations count for the one that fails
+long failing = 0;      // which of them fails, from 1 on
 }  // namespace
 
 void* operator new(std::size_t size) {
   ++allocations;
+  if (watched && --failing == 0) throw std::bad_alloc();
   if (void* memory = std::malloc(size)) return memory;
   throw std::bad_alloc();
 }
@@ -74,6 +79,25 @@ TEST_F(Allocation, ReadingAllocatesNothing) {
               EXPECT_TRUE(core.ReadSDO(1, c, 7));
             }),
             0);
+}
+
+// Runs the scenario with the k-th allocation failing, for every k. What each member answered is its
+// own affair; nothing may escape it, and the state has to agree with the answers.
+TEST(AllocationSweep, LeavesEverythingConsistent) {
+  for (const bool traced : {false, true}) {
+    long runs = 0;
+    for (bool hit = true; hit; ++runs) {
+      sim::Network network;
+      test::Scenario::SetUp(network.AddController("cell"));
+      test::Scenario scenario(network.Factory(), [](bool on) { watched = on; });
+      failing = runs + 1;
+      scenario.Run(traced);
+      hit = failing <= 0;
+      ASSERT_TRUE(scenario.Answers()[0] || hit);
+      ASSERT_FALSE(testing::Test::HasFailure()) << "allocation " << runs << " failing";
+    }
+    EXPECT_GT(runs, 100);
+  }
 }
 
 }  // namespace
