@@ -53,6 +53,7 @@ class Scenario {
     Do("own", [&] {
       core_->IsConnected(), core_->ConnectState(), core_->GetTypeName(), core_->AddUserMessage("x");
       core_->ObjectID(), core_->DebugLog(), core_->mlngDataTableCount();
+      core_->DebugMessage(), core_->GetDebugMessages();
     });
     Step("DataTable", [&] { return (table_ = core_->DataTable()) != nullptr; });
     if (table_) Items();
@@ -132,35 +133,53 @@ class Scenario {
     std::array<std::int16_t, 7> c{};
     std::array<std::int16_t, 11> n{};
     std::array<std::string, 3> s;
-    const Variant two(std::vector<std::int32_t>{7, 8});
-    const std::array<std::int32_t, 2> pair{7, 8};
     auto& w = n[0];
+    const std::array<std::int32_t, 2> pair{7, 8};
+    const Variant two(std::vector<std::int32_t>{7, 8});
+    const auto xyzwpr = [&](auto& item, auto... rest) {
+      return item.GetValueXyzwpr(rest..., x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8],
+                                 c[0], c[1], c[2], c[3], c[4], c[5], c[6], w, w, w);
+    };
+    const auto joint = [&](auto& item, auto... rest) {
+      return item.GetValueJoint(rest..., j[0], j[1], j[2], j[3], j[4], j[5], j[6], j[7], j[8], w,
+                                w);
+    };
     Step("GetLastDataFloat", [&] { return table_->GetLastDataFloat(1, x[0]); });
     if (longs_) {
-      Step("GetValue", [&] { return longs_->GetValue(1, value); });
+      Step("GetValue", [&] { return longs_->GetValue(longs_->StartIndex(), value); });
       Step("SetValue", [&] { return longs_->SetValue(1, 5); });
       Step("SetValues", [&] { return longs_->SetValues(2, two, 2); });
       Step("SetValuesInt", [&] { return longs_->SetValuesInt(2, pair, 2); });
-      Step("SetValuesReal", [&] { return longs_->SetValuesReal(2, x, 2); });
+      Step("SetValuesReal", [&] { return longs_->SetValuesReal(longs_->EndIndex(), x, 2); });
     }
     if (posReg_) {
       Step("GetValue", [&] { return posReg_->GetValue(1, x, c, j, w, w, w, w); });
-      Step("GetValueXyzwpr", [&] {
-        return posReg_->GetValueXyzwpr(1, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8],
-                                       c[0], c[1], c[2], c[3], c[4], c[5], c[6], w, w, w);
-      });
-      Step("SetValueJoint", [&] { return posReg_->SetValueJoint(1, j, 1, 1); });
+      Step("GetValueXyzwpr", [&] { return xyzwpr(*posReg_, posReg_->StartIndex()); });
+      Step("GetValueJoint", [&] { return joint(*posReg_, posReg_->EndIndex()); });
+      Step("SetValueJoint", [&] { return posReg_->SetValueJoint(posReg_->Group(), j, 1, 1); });
       Step("SetValueJoint2",
            [&] { return posReg_->SetValueJoint2(1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 1); });
       Step("SetValueXyzwpr", [&] { return posReg_->SetValueXyzwpr(1, x, c, 1, 1); });
+      Step("SetValueXyzwpr2", [&] {
+        return posReg_->SetValueXyzwpr2(1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7, 1, 1);
+      });
     }
     if (staged_) {
-      Step("SetValueXyzwpr", [&] { return staged_->SetValueXyzwpr(3, x, c); });
+      Step("SetValueXyzwpr", [&] { return staged_->SetValueXyzwpr(staged_->StartIndex(), x, c); });
+      Step("SetValueXyzwpr2", [&] {
+        return staged_->SetValueXyzwpr2(4, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7);
+      });
       Step("Update", [&] { return staged_->Update(); });
-      Do("Reset", [&] { staged_->Reset(); });
+      Do("Reset", [&] { staged_->Reset(), staged_->Group(), staged_->EndIndex(); });
     }
     if (groups_) {
+      const auto one = ArrayView<const float>(j.data(), 0, 0);
+      Do("Reset", [&] { groups_->Reset(), groups_->StartIndex(), groups_->EndIndex(); });
       Step("SetValueXyzwpr", [&] { return groups_->SetValueXyzwpr(5, 1, x, c); });
+      Step("SetValueXyzwpr2", [&] {
+        return groups_->SetValueXyzwpr2(5, 1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7);
+      });
+      Step("SetValueJoint", [&] { return groups_->SetValueJoint(5, groups_->GroupCount(), one); });
       Step("SetValueJoint2",
            [&] { return groups_->SetValueJoint2(5, 2, 1, 2, 3, 4, 5, 6, 7, 8, 9); });
       Step("GetValueJoint", [&] {
@@ -172,13 +191,22 @@ class Scenario {
       });
       Step("Update", [&] { return groups_->Update(); });
     }
-    if (curPos_) Step("GetValue", [&] { return curPos_->GetValue(x, c, j, w, w, w, w); });
+    if (curPos_) {
+      Step("GetValue", [&] { return curPos_->GetValue(x, c, j, w, w, w, w); });
+      Step("GetValueXyzwpr", [&] { return xyzwpr(*curPos_) && curPos_->Group() == 2; });
+      Step("GetValueJoint", [&] { return joint(*curPos_); });
+    }
     if (varPos_) {
-      Step("GetValueJoint", [&] {
-        return varPos_->GetValueJoint(j[0], j[1], j[2], j[3], j[4], j[5], j[6], j[7], j[8], w, w);
-      });
+      Step("GetValue", [&] { return varPos_->GetValue(x, c, j, w, w, w, w); });
+      Step("GetValueXyzwpr", [&] { return xyzwpr(*varPos_); });
+      Step("GetValueJoint", [&] { return joint(*varPos_); });
       Step("SetValueJoint", [&] { return varPos_->SetValueJoint(j, 1, 1); });
+      Step("SetValueJoint2",
+           [&] { return varPos_->SetValueJoint2(1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 1); });
       Step("SetValueXyzwpr", [&] { return varPos_->SetValueXyzwpr(x, c, 1, 1); });
+      Step("SetValueXyzwpr2", [&] {
+        return varPos_->SetValueXyzwpr2(1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7, 1, 1);
+      });
       Do("SysVarName", [&] { varPos_->SysVarName(); });
     }
     if (var_) {
@@ -187,11 +215,13 @@ class Scenario {
       Do("SysVarName", [&] { var_->SysVarName(); });
     }
     if (text_) {
-      Step("GetValue", [&] { return text_->GetValue(3, s[0]); });
-      Step("SetValue", [&] { return text_->SetValue(4, "a text of more than a few bytes"); });
+      Step("GetValue", [&] { return text_->GetValue(text_->StartIndex(), s[0]); });
+      Do("Reset", [&] { text_->Reset(); });
+      Step("SetValue", [&] { return text_->SetValue(text_->EndIndex(), "more than a few bytes"); });
       Step("Update", [&] { return text_->Update(); });
     }
-    if (task_) Step("GetValue", [&] { return task_->GetValue(s[0], w, w, s[1]); });
+    if (task_)
+      Step("GetValue", [&] { return task_->GetValue(s[0], w, w, s[1]) && task_->Index() == 1; });
     if (alarm_) {
       Step("GetValue", [&] {
         return alarm_->GetValue(1, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], n[8], n[9],
