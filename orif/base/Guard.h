@@ -18,7 +18,8 @@ inline const char* FaultDescription() noexcept {
   } catch (const std::bad_alloc&) {
     return Fault::OutOfMemory;
   } catch (const std::exception& fault) {
-    return fault.what();
+    const char* description = fault.what();
+    return description == nullptr ? Fault::AutomationError : description;
   } catch (...) {
     return Fault::AutomationError;
   }

@@ -41,7 +41,6 @@ Core::Core(const DispatchFactory& factory) noexcept
   modOrif::CountCore(+1);
   if (created) {
     Guarded([&] {
-      share_.Lower()->SetClientID(clientKey_);
       const std::int32_t port = modOrif::IntegerSetting("PortNumber", -1);
       if (port > 0) share_.Lower()->PortNumber(port);
     });
@@ -63,7 +62,9 @@ Core::~Core() {
 void Core::CreateLowerCore() {
   auto object = factory_ ? factory_() : nullptr;
   if (object == nullptr) throw Fault(Fault::ObjectNotSet);
-  share_.lowerCore = LowerCoreRef(std::move(object));
+  LowerCoreRef lowerCore(std::move(object));
+  lowerCore->SetClientID(clientKey_);
+  share_.lowerCore = std::move(lowerCore);  // only one that knows its client
 }
 
 bool Core::Connect(std::string_view HostName) noexcept {
@@ -74,7 +75,6 @@ bool Core::Connect(std::string_view HostName) noexcept {
     if (connectState_ != NotConnected) return trail.Always(", Err reconnect not available");
     if (!share_.lowerCore) {
       CreateLowerCore();
-      share_.Lower()->SetClientID(clientKey_);
       trail.Always(", Create LibCore");
     }
     std::string hostName(
@@ -187,6 +187,13 @@ std::shared_ptr<orif::DataTable> Core::CreateTable(std::int32_t startAddr) {
   return table;
 }
 
+// The lower call before it may have run the host's code, which may have disconnected or asked for
+// the table.
+void Core::CreateFirstTable() {
+  if (!share_.lowerCore) throw Fault(Fault::ObjectNotSet);
+  if (!table_) table_ = CreateTable(FirstAddress);
+}
+
 std::shared_ptr<orif::DataTable> Core::DataTable() noexcept {
   const auto trail = TrailOf("DataTable");
   return Guarded(std::shared_ptr<orif::DataTable>(), [&](auto& result) {
@@ -194,7 +201,7 @@ std::shared_ptr<orif::DataTable> Core::DataTable() noexcept {
     if (!table_) {
       share_.Lower()->ClearRAssignment();
       trail.Traced(", ClearRAssignment ");
-      table_ = CreateTable(FirstAddress);
+      CreateFirstTable();
       trail.Traced(", InitObject");
     }
     result = table_;
@@ -206,11 +213,11 @@ std::shared_ptr<orif::DataTable> Core::DataTable2() noexcept {
   return Guarded(std::shared_ptr<orif::DataTable>(), [&](auto& result) {
     if (!table_) {
       share_.Lower()->ClearRAssignment();
-      table_ = CreateTable(FirstAddress);
+      CreateFirstTable();
     }
     if (!table2_) {
-      table_->Fixed(true);
       table2_ = CreateTable(table_->NextAddr());
+      table_->Fixed(true);
     }
     result = table2_;
   });

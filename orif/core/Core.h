@@ -76,8 +76,8 @@ class ORIF_EXPORT Core : private TableOwner {
   // Signals, read from and written to the controller directly. `Index` is the number of the first
   // signal, from 1 on; `Count` signals go to or come from the first elements of `Buffer`, whatever
   // its lower bound: 16-bit elements, 0 off and 1 on, for bit signals, 32-bit values for group
-  // signals. False when `Buffer` has fewer than `Count` elements, `Index` or `Count` is above
-  // 32767, and when the controller refuses.
+  // signals. False when `Buffer` has fewer than `Count` elements, `Index` (counted within its
+  // block) or `Count` is above 32767, and when the controller refuses.
 
   /// Digital outputs and inputs. Outputs from 11001 on are the second block; ReadSDO refuses an
   /// `Index` below 1 itself.
@@ -113,7 +113,8 @@ class ORIF_EXPORT Core : private TableOwner {
                std::int32_t Count) noexcept;
 
   /// Group outputs and inputs. WriteGO tests nothing: a `Buffer` with fewer than `Count` elements
-  /// is sent with zeros behind them. Its `Index` from 10001 on means 4001 and up.
+  /// is sent with zeros
+  /// behind them, but for an empty one. Its `Index` from 10001 on means 4001 and up.
   bool ReadGO(std::int32_t Index, ArrayView<std::int32_t> Buffer, std::int32_t Count) noexcept;
   bool WriteGO(std::int32_t Index, ArrayView<const std::int32_t> Buffer,
                std::int32_t Count) noexcept;
@@ -160,6 +161,7 @@ class ORIF_EXPORT Core : private TableOwner {
   };
 
   void CreateLowerCore();
+  void CreateFirstTable();
   std::shared_ptr<orif::DataTable> CreateTable(std::int32_t startAddr);
 
   struct SignalMember;

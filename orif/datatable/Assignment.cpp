@@ -14,10 +14,12 @@ constexpr std::int32_t LastAddress = 16383;
 bool DataTable::mblnAssign(const Block& block) noexcept {
   const auto trail = TrailOf("mblnAssign");
   return Guarded(false, [&](bool& result) {
-    const std::int32_t next = Add(nextAddr_, block.size);
+    const std::int32_t start = nextAddr_;
+    const std::int32_t next = Add(start, block.size);
     if (next > LastAddress + 1) return trail.Always(", Out of max");
     const std::int32_t status = Share().Lower()->SetRAssignment(block.piece);
     if (status != 0) return trail.Always(", Err SetRAssignment ", status);
+    if (nextAddr_ != start) return;  // the call ran the host's code, which cleared the table
     result = true;
     nextAddr_ = next;
   });

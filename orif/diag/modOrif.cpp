@@ -20,7 +20,7 @@ struct State {
   bool started = false;
   bool trailFlag = false;
   bool fileFlag = false;
-  std::int32_t objectCounter = 0;
+  std::uint32_t objectCounter = 0;
   std::int32_t liveCores = 0;
   std::string logPath;
   std::string lastMessage;
@@ -117,7 +117,7 @@ void TrailFlag(bool value) noexcept { Module().trailFlag = value; }
 
 std::int32_t NextObjectId() noexcept {
   Main();
-  return ++Module().objectCounter;
+  return static_cast<std::int32_t>(++Module().objectCounter);
 }
 
 std::string LastMessage() { return Module().lastMessage; }
