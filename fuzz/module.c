@@ -1,0 +1,8 @@
+/* The component that is loaded by the target component: what it offers is made there. */
+#include <orif/lowerlayer/orvex_commlib.h>
+
+const OrvexCommLib* FuzzedEntry(uint32_t version);
+
+__attribute__((visibility("default"))) const OrvexCommLib* OrvexCommLibEntry(uint32_t version) {
+  return FuzzedEntry(version);
+}
