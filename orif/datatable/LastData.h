@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "orif/base/ArrayView.h"
@@ -21,10 +22,16 @@ class LastData {
 
   std::int16_t Word(std::int32_t address) const { return words_[Element(address, 1)]; }
 
-  /// The `count` words from `address` on, for the lower layer to fill or to convert. Throws a Fault
-  /// unless all of them are in the buffer.
+  /// The `count` words from `address` on, for the lower layer to fill. Throws a Fault unless all
+  /// of them are in the buffer.
   ArrayView<std::int16_t> Words(std::int32_t address, std::int32_t count) {
     return {words_.data() + Element(address, count), 0, count - 1};
+  }
+
+  /// The two words from `address` on, for the lower layer to convert. Throws a Fault unless both
+  /// are in the buffer.
+  std::span<std::int16_t, 2> Pair(std::int32_t address) {
+    return std::span<std::int16_t, 2>(words_.data() + Element(address, 2), 2);
   }
 
   /// The text of `words` words from `address` on: two characters a word, the first in its low byte,

@@ -106,8 +106,6 @@ float Float(const OrvexValue& result) {
   return ToVariant(result).ToFloat();
 }
 
-constexpr std::int32_t PairWords = 2;
-
 }  // namespace
 
 OrvexValue LowerCore::Method(DispId id, std::span<const OrvexValue> arguments) {
@@ -153,12 +151,12 @@ std::int32_t LowerCore::ReadRShort(std::int32_t address, ArrayView<std::int16_t>
       Method(DispId::ReadRShort, std::array{Short(address), Buffer(buffer, count), Short(count)}));
 }
 
-std::int32_t LowerCore::ShortToLong(ArrayView<std::int16_t> pair) {
-  return Long(Method(DispId::ShortToLong, std::array{Buffer(pair, PairWords)}));
+std::int32_t LowerCore::ShortToLong(std::span<std::int16_t, 2> pair) {
+  return Long(Method(DispId::ShortToLong, std::array{Reference(ArrayView<std::int16_t>(pair))}));
 }
 
-float LowerCore::ShortToFloat(ArrayView<std::int16_t> pair) {
-  return Float(Method(DispId::ShortToFloat, std::array{Buffer(pair, PairWords)}));
+float LowerCore::ShortToFloat(std::span<std::int16_t, 2> pair) {
+  return Float(Method(DispId::ShortToFloat, std::array{Reference(ArrayView<std::int16_t>(pair))}));
 }
 
 std::int32_t LowerCore::WriteR(std::int32_t address, std::string_view text) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -40,8 +41,8 @@ class LowerCore {
   /// Fills `count` words of `buffer` with the data area's words from `address` on.
   std::int32_t ReadRShort(std::int32_t address, ArrayView<std::int16_t> buffer, std::int32_t count);
   /// The value that two neighbouring words form.
-  std::int32_t ShortToLong(ArrayView<std::int16_t> pair);
-  float ShortToFloat(ArrayView<std::int16_t> pair);
+  std::int32_t ShortToLong(std::span<std::int16_t, 2> pair);
+  float ShortToFloat(std::span<std::int16_t, 2> pair);
 
   std::int32_t WriteR(std::int32_t address, std::string_view text);
   std::int32_t WriteRLong(std::int32_t address, ArrayView<const std::int32_t> values,
