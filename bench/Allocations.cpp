@@ -1,0 +1,23 @@
+#include "bench/Allocations.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace {
+long allocations = 0;
+}  // namespace
+
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace orif::bench {
+
+long Allocations() noexcept { return allocations; }
+
+}  // namespace orif::bench

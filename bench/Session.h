@@ -1,0 +1,46 @@
+// What most benchmarks begin with: a connected Core over one of the two lower layers, and its
+// table.
+#pragma once
+
+#include <memory>
+
+#include "bench/DirectCore.h"
+#include "orif/orif.h"
+#include "simulator/Demo.h"
+
+namespace orif::bench {
+
+/// Direct: a DirectCore. Simulator: the demonstration cell. Silent: a DirectCore whose bulk read
+/// costs the same for any count.
+enum class Lower { Direct, Simulator, Silent };
+
+inline DispatchFactory Factory(Lower lower) {
+  switch (lower) {
+    case Lower::Simulator:
+      return sim::DemoNetwork().Factory();
+    case Lower::Silent:
+      return [] { return std::make_shared<DirectCore>(DirectCore::Delivery::None); };
+    default:
+      return [] { return std::make_shared<DirectCore>(); };
+  }
+}
+
+struct Session {
+  explicit Session(Lower lower) : core(Factory(lower)) {
+    core.Connect(sim::kDemoHost);
+    table = core.DataTable();
+  }
+
+  /// Registers items that take all words of the data area: registers, and an alarm for the odd
+  /// number.
+  void FillTable() {
+    constexpr std::int32_t AlarmWords = 11;
+    table->AddAlarm(ALARM_LIST, 1, 1);
+    table->AddNumReg(NUMREG_INT, 1, (AreaWords - AlarmWords) / 2);
+  }
+
+  Core core;
+  std::shared_ptr<DataTable> table;
+};
+
+}  // namespace orif::bench

@@ -1,0 +1,82 @@
+// Writing to the debug trail, and not writing to it. DebugOut is the library's own and out of reach
+// in the shared build, so this is measured with the static library.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <array>
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include "bench/Session.h"
+#include "orif/diag/Trail.h"
+#include "orif/diag/modOrif.h"
+
+namespace orif::bench {
+namespace {
+
+using benchmark::State;
+
+constexpr std::string_view Message = "[DataNumReg.SetValue] ID=17, Enter R[12], 4711";
+
+void DebugOut(State& state) {
+  modOrif::TrailFlag(true);
+  for (auto _ : state) modOrif::DebugOut(Message);
+  modOrif::TrailFlag(false);
+}
+
+// The same text, built as plainly as can be.
+std::string Line(std::string_view message, int thread) {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  std::array<char, 64> timeOfDay{};
+  std::strftime(timeOfDay.data(), timeOfDay.size(), "%X", &local);
+  std::string line = timeOfDay.data();
+  line.append(" ").append(std::to_string(thread)).append(" ").append(message);
+  return line;
+}
+
+void Format(State& state) {
+  const int thread = gettid();
+  modOrif::DebugOut(Message);
+  const std::string written = modOrif::LastMessage();
+  const std::string line = Line(Message, thread);
+  constexpr std::size_t TimeOfDay = 8;  // may have moved on by a second
+  if (line.substr(TimeOfDay) != written.substr(TimeOfDay)) {
+    return state.SkipWithError("not the same line");
+  }
+  for (auto _ : state) benchmark::DoNotOptimize(Line(Message, thread));
+}
+
+BENCHMARK(DebugOut)->Name("DebugOut/library");
+BENCHMARK(Format)->Name("DebugOut/format");
+
+template <class Object>
+void Untraced(State& state, const Object& object) {
+  std::int32_t index = 50;
+  const Trail<Object> trail(object, "GetValue");
+  for (auto _ : state) {
+    trail.Traced(", Enter R[", index, "]");
+    benchmark::ClobberMemory();  // the flag is read anew each time
+  }
+}
+
+void UntracedCore(State& state) { Untraced(state, Session(Lower::Direct).core); }
+
+void UntracedItem(State& state) {
+  const Session session(Lower::Direct);
+  const auto item = session.table->AddNumReg(NUMREG_INT, 1, 1);
+  Untraced<DataItem>(state, *item);
+}
+
+void EmptyLoop(State& state) {
+  for (auto _ : state) benchmark::ClobberMemory();
+}
+
+BENCHMARK(UntracedCore)->Name("Untraced/core");
+BENCHMARK(UntracedItem)->Name("Untraced/item");
+BENCHMARK(EmptyLoop)->Name("Untraced/empty loop");
+
+}  // namespace
+}  // namespace orif::bench
