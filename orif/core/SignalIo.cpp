@@ -23,7 +23,7 @@ constexpr DispId ByName{};
 
 /// What a signal member has of its own.
 struct Core::SignalMember {
-  const char* name;
+  std::string_view name;
   DispId operation;
   Success success;
   DispId secondBlock = NoSecondBlock;

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <string>
 
 #include "orif/base/ArrayView.h"
@@ -28,10 +27,12 @@ class LastData {
     return {words_.data() + Element(address, count), 0, count - 1};
   }
 
-  /// The two words from `address` on, for the lower layer to convert. Throws a Fault unless both
-  /// are in the buffer.
-  std::span<std::int16_t, 2> Pair(std::int32_t address) {
-    return std::span<std::int16_t, 2>(words_.data() + Element(address, 2), 2);
+  /// The two words from `address` on, for the lower layer to convert. A copy: the conversion may
+  /// run the host's code, which may drop the table and its words. Throws a Fault unless both are in
+  /// the buffer.
+  std::array<std::int16_t, 2> Pair(std::int32_t address) const {
+    const std::size_t first = Element(address, 2);
+    return {words_[first], words_[first + 1]};
   }
 
   /// The text of `words` words from `address` on: two characters a word, the first in its low byte,

@@ -55,7 +55,8 @@ bool DataTable::GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue
 bool DataTable::GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue) noexcept {
   return Guarded(false, [&](bool& result) {
     if (!lastData_.Refreshed()) return;
-    lngValue = Share().Lower()->ShortToLong(lastData_.Pair(lngAddress));
+    auto pair = lastData_.Pair(lngAddress);
+    lngValue = Share().Lower()->ShortToLong(pair);
     result = true;
   });
 }
@@ -63,7 +64,8 @@ bool DataTable::GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue)
 bool DataTable::GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept {
   return Guarded(false, [&](bool& result) {
     if (!lastData_.Refreshed()) return;
-    sngValue = Share().Lower()->ShortToFloat(lastData_.Pair(lngAddress));
+    auto pair = lastData_.Pair(lngAddress);
+    sngValue = Share().Lower()->ShortToFloat(pair);
     result = true;
   });
 }
@@ -87,8 +89,8 @@ bool DataTable::GetLastDataPos(std::int32_t lngAddress, const PositionOutput& po
     const LowerCoreRef lower = Share().Lower();
     const auto word = [&](std::int32_t offset) { return lastData_.Word(Add(lngAddress, offset)); };
     const auto real = [&](std::int32_t offset, std::int32_t i) {
-      const std::int32_t first = Add(lngAddress, offset + i * PositionRecord::FloatWords);
-      return lower->ShortToFloat(lastData_.Pair(first));
+      auto pair = lastData_.Pair(Add(lngAddress, offset + i * PositionRecord::FloatWords));
+      return lower->ShortToFloat(pair);
     };
     for (std::int32_t i = 0; i < PositionRecord::FloatCount; ++i) {
       position.Xyzwpr(i) = real(PositionRecord::Xyzwpr, i);

@@ -1,0 +1,77 @@
+// Runs for long on the simulated controller and watches its own memory: ten million cycles of
+// refresh and read, then one million of register and clear. Fails when memory grows once the first
+// tenth of a phase is over.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+#include "orif/orif.h"
+#include "simulator/Demo.h"
+
+namespace {
+
+constexpr long RefreshCycles = 10'000'000;
+constexpr long RegisterCycles = 1'000'000;
+
+long ResidentKiB() {
+  std::ifstream statm("/proc/self/statm");
+  long size = 0;
+  long resident = 0;
+  statm >> size >> resident;
+  return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+// Runs `cycle` so often; it answers whether all was well.
+template <class Cycle>
+void Soak(const char* what, long cycles, const Cycle& cycle) {
+  long settled = 0;
+  for (long i = 1; i <= cycles; ++i) {
+    if (!cycle(i)) {
+      std::cerr << what << ": cycle " << i << " failed\n";
+      std::exit(EXIT_FAILURE);
+    }
+    if (i == cycles / 10) settled = ResidentKiB();
+  }
+  const long end = ResidentKiB();
+  std::cout << what << ": " << cycles << " cycles, resident " << settled << " KiB after a tenth, "
+            << end << " KiB at the end\n";
+  if (end > settled) std::exit(EXIT_FAILURE);
+}
+
+}  // namespace
+
+int main() {
+  orif::Core core(orif::sim::DemoNetwork().Factory());
+  if (!core.Connect("demo")) return EXIT_FAILURE;
+  const auto table = core.DataTable();
+
+  {
+    const auto longs = table->AddNumReg(orif::NUMREG_INT, 1, 2);
+    const auto position = table->AddPosReg(orif::POSREG, 1, 1, 1);
+    const auto text = table->AddString(orif::STRREG, 1, 1);
+    if (!longs || !position || !text) return EXIT_FAILURE;
+    Soak("refresh and read", RefreshCycles, [&](long i) {
+      orif::Variant value;
+      std::array<float, 9> xyzwpr{};
+      std::array<std::int16_t, 7> config{};
+      std::array<float, 9> joint{};
+      std::int16_t word = 0;
+      std::string name;
+      const auto expected = static_cast<std::int32_t>(i);
+      return longs->SetValue(1, expected) && table->Refresh() && longs->GetValue(1, value) &&
+             value == orif::Variant(expected) &&
+             position->GetValue(1, xyzwpr, config, joint, word, word, word, word) &&
+             text->GetValue(1, name) && !name.empty();
+    });
+  }
+
+  Soak("register and clear", RegisterCycles, [&](long) {
+    return table->AddNumReg(orif::NUMREG_INT, 1, 10) &&
+           table->AddPosRegMG(orif::POSREGMG, "C,J6", 1, 1) &&
+           table->AddString(orif::STRREG, 1, 2) &&
+           table->AddSysVar(orif::SYSVAR_INT, "$OVERRIDE") &&
+           !table->AddSysVar(orif::SYSVAR_INT, "$NOWHERE") && table->Refresh() && table->Clear();
+  });
+}
