@@ -21,18 +21,14 @@ TEST_F(Table, RegistersAnItemInThreeSteps) {
   core.DebugLog(true);
   RUN(table->AddNumReg(NUMREG_INT, 1, 10));
   core.DebugLog(false);
-  RUN(table->AddNumReg(NUMREG_REAL, 5, 6));
-  RUN(table->AddNumReg(NUMREG_INT, 3, 3));
-  RUN(table->Count());
-  RUN(core.mlngDataTableCount());
+  RUN(table->AddNumReg(NUMREG_REAL, 5, 6), table->AddNumReg(NUMREG_INT, 3, 3), table->Count(),
+      core.mlngDataTableCount());
 }
 
 TEST_F(Table, ARefusedItemLeavesNothingBehind) {
-  RUN(table->AddNumReg(POSREG, 0, 0));
-  RUN(table->AddNumReg(NUMREG_INT, 0, 5));
-  RUN(table->AddNumReg(NUMREG_INT, 1, 0));
-  RUN(table->AddNumReg(NUMREG_INT, 6, 5));
-  RUN(table->AddNumReg(NUMREG_INT, 1, Max));
+  RUN(table->AddNumReg(POSREG, 0, 0), table->AddNumReg(NUMREG_INT, 0, 5),
+      table->AddNumReg(NUMREG_INT, 1, 0), table->AddNumReg(NUMREG_INT, 6, 5),
+      table->AddNumReg(NUMREG_INT, 1, Max));
   Say("refused by the controller, traced");
   lower->On(DispId::SetRAssignment, 7);
   core.DebugLog(true);
@@ -40,8 +36,7 @@ TEST_F(Table, ARefusedItemLeavesNothingBehind) {
   core.DebugLog(false);
   Say("a fault of the lower layer");
   lower->Throw(DispId::SetRAssignment, "broken");
-  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
-  RUN(table->Count());
+  RUN(table->AddNumReg(NUMREG_INT, 1, 1), table->Count());
   lower->On(DispId::SetRAssignment, 0);
   RUN(table->AddNumReg(NUMREG_INT, 2, 2));
 }
@@ -49,24 +44,18 @@ TEST_F(Table, ARefusedItemLeavesNothingBehind) {
 TEST_F(Table, TheAreaEndsAtWord16383OverBothTables) {
   RUN(table->AddNumReg(NUMREG_INT, 1, 8181));
   const auto table2 = core.DataTable2();
-  RUN(table2->AddNumReg(NUMREG_INT, 1, 11));
-  RUN(table2->AddNumReg(NUMREG_INT, 1, 10));
-  RUN(table2->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table2->AddNumReg(NUMREG_INT, 1, 11), table2->AddNumReg(NUMREG_INT, 1, 10),
+      table2->AddNumReg(NUMREG_INT, 1, 1));
 }
 
 TEST_F(Table, ASecondTableFixesTheFirstUntilEitherIsCleared) {
   table->AddNumReg(NUMREG_INT, 1, 2);
   for (const bool clearSecond : {false, true}) {
     const auto table2 = core.DataTable2();
-    RUN(table2->AddNumReg(NUMREG_INT, 1, 1));
-    RUN(table->Fixed());
-    RUN(table->AddNumReg(NUMREG_INT, 1, 1));
-    RUN((clearSecond ? table2 : table)->Clear());
-    RUN(table->Fixed());
-    RUN(table2->Valid());
+    RUN(table2->AddNumReg(NUMREG_INT, 1, 1), table->Fixed(), table->AddNumReg(NUMREG_INT, 1, 1),
+        (clearSecond ? table2 : table)->Clear(), table->Fixed(), table2->Valid());
     EXPECT_NE(core.DataTable2(), table2);
-    RUN(table->Clear());
-    RUN(table->AddNumReg(NUMREG_INT, 1, 1));
+    RUN(table->Clear(), table->AddNumReg(NUMREG_INT, 1, 1));
   }
 }
 
@@ -75,8 +64,7 @@ TEST_F(Table, ClearReleasesItemsInOrder) {
   table->AddNumReg(NUMREG_INT, 2, 2);
   table->AddNumReg(NUMREG_INT, 3, 3);
   core.DebugLog(true);
-  RUN(table->Clear());
-  RUN(kept->Valid());
+  RUN(table->Clear(), kept->Valid());
   Say("the second table loses its Core half-way, and its last reference with it");
   auto* table2 = core.DataTable2().get();
   RUN(table2->Clear());
@@ -84,13 +72,9 @@ TEST_F(Table, ClearReleasesItemsInOrder) {
 
 TEST_F(Table, KillDetachesWithoutTellingTheController) {
   const auto item = table->AddNumReg(NUMREG_INT, 1, 1);
-  RUN(table->Kill());
-  RUN(table->Valid());
-  RUN(item->Valid());
+  RUN(table->Kill(), table->Valid(), item->Valid());
   EXPECT_EQ(core.DataTable(), table);  // the first table stays the first table
-  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
-  RUN(table->Refresh());
-  RUN(table->Clear());
+  RUN(table->AddNumReg(NUMREG_INT, 1, 1), table->Refresh(), table->Clear());
 }
 
 TEST_F(Table, ItemTakesAPositionAndNothingElse) {
@@ -103,10 +87,7 @@ TEST_F(Table, ItemTakesAPositionAndNothingElse) {
     EXPECT_EQ(table->Item(other), nullptr);
   }
   core.DebugLog(true);
-  RUN(table->Item(1));
-  RUN(table->Item("1"));
-  RUN(table->GetTypeName());
-  RUN(table->AddUserMessage("hello"));
+  RUN(table->Item(1), table->Item("1"), table->GetTypeName(), table->AddUserMessage("hello"));
 }
 
 TEST_F(Table, RefreshReadsAllWordsAtOnce) {
@@ -118,8 +99,7 @@ TEST_F(Table, RefreshReadsAllWordsAtOnce) {
   table2->AddNumReg(NUMREG_INT, 1, 3);
   lower->On(DispId::ReadRShort, 1);
   core.DebugLog(true);
-  RUN(table->Refresh());
-  RUN(table2->Refresh());
+  RUN(table->Refresh(), table2->Refresh());
   lower->On(DispId::ReadRShort, 0);
   lower->On(DispId::LastErrorText, [](auto) { return Text("timed out"); });
   RUN(table->Refresh());
@@ -148,10 +128,8 @@ TEST_F(Table, DecodesARealOfTheLastRefreshOnly) {
   Say("the last pair of words of the buffer, and what is outside");
   RUN(table->GetLastDataFloat(16384, value));
   value = -1;
-  RUN(table->GetLastDataFloat(16385, value));
-  RUN(table->GetLastDataFloat(0, value));
-  RUN(table->GetLastDataFloat(Max, value));
-  RUN(table->GetLastDataFloat(-Max - 1, value));
+  RUN(table->GetLastDataFloat(16385, value), table->GetLastDataFloat(0, value),
+      table->GetLastDataFloat(Max, value), table->GetLastDataFloat(-Max - 1, value));
   Say("what the lower layer cannot convert");
   lower->Throw(DispId::ShortToFloat, "broken");
   RUN(table->GetLastDataFloat(1, value));
@@ -161,8 +139,7 @@ TEST_F(Table, DecodesARealOfTheLastRefreshOnly) {
   Say("a table that is cleared and filled again still has the refresh of before");
   lower->On(DispId::ShortToFloat, [](auto) { return Real(3); });
   table->Clear();
-  RUN(table->AddNumReg(NUMREG_REAL, 1, 1));
-  RUN(table->GetLastDataFloat(1, value));
+  RUN(table->AddNumReg(NUMREG_REAL, 1, 1), table->GetLastDataFloat(1, value));
   lower->On(DispId::ReadRShort, -1);
   table->Refresh();
   RUN(table->GetLastDataFloat(1, value));
