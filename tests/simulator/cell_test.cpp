@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
+#include <span>
 
 #include "orif/base/Fault.h"
 #include "orif/lowerlayer/LowerCore.h"
@@ -81,8 +82,8 @@ class Cell : public orif::test::Sheet<testing::Test> {
       Words words = Read(std::exchange(address, address + size), size);
       const std::string bytes(reinterpret_cast<const char*>(words.data()), 2 * words.size());
       sheet_ << (field == 'w'   ? Show(words[0])
-                 : field == 'i' ? std::to_string(core->ShortToLong(words))
-                 : field == 'r' ? Show(core->ShortToFloat(words))
+                 : field == 'i' ? std::to_string(core->ShortToLong(std::span(words).first<2>()))
+                 : field == 'r' ? Show(core->ShortToFloat(std::span(words).first<2>()))
                                 : Show(bytes.substr(0, bytes.find_last_not_of('\0') + 1)))
              << ' ';
     }
