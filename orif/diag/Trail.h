@@ -42,6 +42,7 @@ class Trail {
       : hold_(object), object_(object), member_(member) {}
   Trail(const Trail&) = delete;
   Trail& operator=(const Trail&) = delete;
+  ~Trail() = default;
 
   /// Writes a line whatever the flag says.
   template <class... Parts>

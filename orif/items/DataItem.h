@@ -94,6 +94,7 @@ class ORIF_EXPORT DataItem {
     Hold(const Hold&) = delete;
     Hold& operator=(const Hold&) = delete;
     ~Hold() {
+      // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
       if (--item_.running_ == 0 && item_.released_) delete &item_;
     }
 
