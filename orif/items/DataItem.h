@@ -88,19 +88,20 @@ class ORIF_EXPORT DataItem {
   // A member may call the lower layer, which may run the host's code, which may drop the item: the
   // last reference is gone then, but the item stays until its members have returned. The count is
   // not atomic: there is one thread.
+  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
   class Hold {
    public:
     explicit Hold(const DataItem& item) noexcept : item_(item) { ++item_.running_; }
     Hold(const Hold&) = delete;
     Hold& operator=(const Hold&) = delete;
     ~Hold() {
-      // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
       if (--item_.running_ == 0 && item_.released_) delete &item_;
     }
 
    private:
     const DataItem& item_;
   };
+  // NOLINTEND(clang-analyzer-cplusplus.NewDelete)
   /// How the references to an item end it.
   static void Release(DataItem* item) noexcept;
 
