@@ -1,8 +1,8 @@
 // Copying a caller's array into an item's staged values.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
 
 #include "orif/base/ArrayView.h"
 #include "orif/base/Checked.h"
@@ -10,7 +10,8 @@
 
 namespace orif {
 
-/// The most words that an item can be assigned; a larger one holds no storage for them.
+/// The words of the data area, 1 to 16383: the most that an item can be assigned; a larger one
+/// holds no storage for them.
 constexpr std::int32_t MostWords = 16383;
 
 /// Stores the elements of `array` one after the other from `target` on, `stride` places each, by
