@@ -27,7 +27,7 @@ inline DispatchFactory Factory(Lower lower) {
 
 struct Session {
   explicit Session(Lower lower) : core(Factory(lower)) {
-    core.Connect(sim::kDemoHost);
+    core.Connect(sim::DemoHost);
     table = core.DataTable();
   }
 

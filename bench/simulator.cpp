@@ -18,11 +18,11 @@ template <class T>
 void Compose(State& state) {
   constexpr bool Real = std::is_same_v<T, float>;
   sim::Network network;
-  sim::Controller& robot = network.AddController(sim::kDemoHost);
+  sim::Controller& robot = network.AddController(sim::DemoHost);
   constexpr std::int32_t Registers = AreaWords / 2;
   for (std::int32_t i = 1; i <= Registers; ++i) robot.NumericRegister(i) = static_cast<T>(i);
   Core core(network.Factory());
-  core.Connect(sim::kDemoHost);
+  core.Connect(sim::DemoHost);
   core.DataTable()->AddNumReg(Real ? NUMREG_REAL : NUMREG_INT, 1, Registers);
   const auto object = core.GetLib();
   std::vector<std::int16_t> words(AreaWords);  // no register has the last one

@@ -27,19 +27,18 @@ class Input {
 
   /// Mostly what a client would pass, sometimes a limit, sometimes anything.
   std::int32_t Number() {
-    static constexpr std::array kLimits{0,         -1,        16383, 16384, 32767, 32768,
-                                        INT32_MIN, INT32_MAX, 8191,  8192,  10001, 11001,
-                                        2,         327,       655,   -32768};
+    static constexpr std::array Limits{0,    -1,   16383, 16384, 32767, 32768, INT32_MIN, INT32_MAX,
+                                       8191, 8192, 10001, 11001, 2,     327,   655,       -32768};
     const std::size_t form = Below(256);
     if (form < 192) return static_cast<std::int32_t>(form % 16);
-    return form < 224 ? kLimits[form % 16] : Raw<std::int32_t>();
+    return form < 224 ? Limits[form % 16] : Raw<std::int32_t>();
   }
 
   std::string Text() {
-    static constexpr std::array kTexts{"robot", "idle",  "C",    "J6",   "C,J6,c", "j9,J1", "$INT",
-                                       "$REAL", "$TEXT", "$POS", "SR[",  "R[C",    "PR[C",  "DI[C",
-                                       "",      "3",     "-2.5", "True", "1e9",    "\n \t"};
-    if (!OneIn(4)) return Pick(kTexts);
+    static constexpr std::array Texts{"robot", "idle",  "C",    "J6",   "C,J6,c", "j9,J1", "$INT",
+                                      "$REAL", "$TEXT", "$POS", "SR[",  "R[C",    "PR[C",  "DI[C",
+                                      "",      "3",     "-2.5", "True", "1e9",    "\n \t"};
+    if (!OneIn(4)) return Pick(Texts);
     std::string text(OneIn(8) ? Below(256) : Below(12), ' ');
     for (char& c : text) c = Raw<char>();
     return text;
@@ -81,10 +80,10 @@ class Input {
 
   /// What a lower layer may answer: any kind, with any bits. Texts are as long as they say or null.
   OrvexValue Answer() {
-    static constexpr std::array<std::uint16_t, 7> kKinds{
+    static constexpr std::array<std::uint16_t, 7> Kinds{
         ORVEX_EMPTY, ORVEX_I2, ORVEX_I4, ORVEX_R4, ORVEX_R8, ORVEX_BOOLEAN, ORVEX_TEXT};
     OrvexValue value{};
-    value.kind = OneIn(8) ? Raw<std::uint16_t>() : Pick(kKinds);
+    value.kind = OneIn(8) ? Raw<std::uint16_t>() : Pick(Kinds);
     value.count = Number();
     if (value.kind != ORVEX_TEXT) {
       value.as.r8 = Raw<double>();

@@ -33,8 +33,8 @@ void Use(T* first, std::int32_t count, bool write) {
 
 std::int32_t Invoke(void* /*object*/, std::int32_t id, std::uint16_t /*call*/,
                     const OrvexValue* arguments, std::int32_t count, OrvexValue* result) {
-  static constexpr std::array kReads{27, 29, 31, 33, 34, 36, 37, 43, 45, 53, 56, 59};
-  const bool reads = std::ranges::count(kReads, id) != 0 && input->OneIn(2);
+  static constexpr std::array Reads{27, 29, 31, 33, 34, 36, 37, 43, 45, 53, 56, 59};
+  const bool reads = std::ranges::count(Reads, id) != 0 && input->OneIn(2);
   for (const OrvexValue& a : std::span(arguments, static_cast<std::size_t>(count))) {
     if (a.kind == (ORVEX_I2 | ORVEX_BYREF)) Use(a.as.i2Ref, a.count, reads);
     if (a.kind == (ORVEX_I4 | ORVEX_BYREF)) Use(a.as.i4Ref, a.count, reads);

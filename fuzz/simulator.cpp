@@ -14,16 +14,16 @@ namespace {
 
 // Either what a piece looks like or any text.
 std::string PieceText(Input& in) {
-  static constexpr std::array kVariables{
+  static constexpr std::array Variables{
       "R[",    "R[C",   "PR[",   "PR[G2:", "PR[C",  "POS[G1:", "SR[",    "SR[C", "PRG[",
       "PRG[M", "ALM[E", "ALM[P", "ALM[",   "DI[C",  "DO[C",    "PRG[MV", "UI[C", "$INT",
       "$REAL", "$TEXT", "$POS",  "AO[C",   "ALM[1", "PRG[K",   "RI[C",   "GO[C", "WI[C"};
-  static constexpr std::array kEnds{"] 1.0", "] 0.0", "] 1", "] 0", "]@1.25 0.0", "]@1.", "]@27."};
+  static constexpr std::array Ends{"] 1.0", "] 0.0", "] 1", "] 0", "]@1.25 0.0", "]@1.", "]@27."};
   if (in.OneIn(4)) return in.Text();
   std::string text = "SETASG " + std::to_string(in.Number()) + " " + std::to_string(in.Number());
-  text += std::string(" ") + in.Pick(kVariables);
-  if (text.find('$') != text.npos) return text + " " + in.Pick(kEnds)[1];
-  text += std::to_string(in.Number()) + in.Pick(kEnds);
+  text += std::string(" ") + in.Pick(Variables);
+  if (text.find('$') != text.npos) return text + " " + in.Pick(Ends)[1];
+  text += std::to_string(in.Number()) + in.Pick(Ends);
   return text.back() == '.' ? text + std::to_string(in.Number()) + " 0.0" : text;
 }
 
@@ -64,21 +64,20 @@ class Arguments {
 };
 
 void Call(Input& in, Dispatch& core) {
-  static constexpr std::array<std::string_view, 13> kShapes{
+  static constexpr std::array<std::string_view, 13> Shapes{
       "", "t", "T", "l", "I", "iT", "iIi", "iLi", "iFi", "LIL", "iFiII", "iFiIiII", "iiFiIi"};
   const std::int32_t id = in.OneIn(32) ? in.Number() : static_cast<std::int32_t>(in.Below(104));
-  const Arguments arguments(in, in.Pick(kShapes));
+  const Arguments arguments(in, in.Pick(Shapes));
   const auto call = in.OneIn(8) ? static_cast<OrvexCall>(in.Below(8)) : ORVEX_METHOD;
   const OrvexValue result = core.Invoke(id, call, arguments.values);
   if (result.kind == ORVEX_TEXT) std::string(result.as.text, std::size_t(result.count)).clear();
 }
 
 void Misbehave(Input& in, sim::Misbehaviour& robot) {
-  static constexpr std::array kOperations{
-      "Connect",    "Disconnect", "SetRAssignment", "ReadRShort",
-      "WriteRLong", "ReadSDO",    "Reset",          ""};
+  static constexpr std::array Operations{"Connect",    "Disconnect", "SetRAssignment", "ReadRShort",
+                                         "WriteRLong", "ReadSDO",    "Reset",          ""};
   const std::size_t form = in.Below(32);
-  if (form == 0) robot.FailNext(in.Pick(kOperations), {in.Number(), in.Text()}, in.Number());
+  if (form == 0) robot.FailNext(in.Pick(Operations), {in.Number(), in.Text()}, in.Number());
   if (form == 1) robot.AnswerAfter(in.Number());
   if (form == 2) robot.LoseConnections();
   if (form == 3) robot.Stop();
@@ -87,8 +86,8 @@ void Misbehave(Input& in, sim::Misbehaviour& robot) {
 void Parse(const std::string& text) {
   sim::Piece piece;
   if (sim::ParsePiece(text, piece) != sim::Status::Ok) return;
-  if (piece.start < 1 || piece.size < 1 || piece.start > sim::kLastAddress) std::abort();
-  if (piece.size > sim::kLastAddress + 1 - piece.start) std::abort();
+  if (piece.start < 1 || piece.size < 1 || piece.start > sim::LastAddress) std::abort();
+  if (piece.size > sim::LastAddress + 1 - piece.start) std::abort();
 }
 
 }  // namespace

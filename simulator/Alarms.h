@@ -37,7 +37,7 @@ enum class AlarmList { Active, Password, History };
 class Alarms {
  public:
   /// How many entries of a list the controller shows; those that a list does not have are all zero.
-  static constexpr std::size_t kShown = 200;
+  static constexpr std::size_t Shown = 200;
 
   std::vector<Alarm>& List(AlarmList list) { return lists_[static_cast<std::size_t>(list)]; }
 

@@ -7,7 +7,7 @@
 namespace orif::sim {
 namespace {
 
-constexpr std::size_t kRegisterCount = 1;  // the argument that counts the registers of a call
+constexpr std::size_t RegisterCount = 1;  // the argument that counts the registers of a call
 
 bool IsNull(const OrvexValue& value) {
   switch (value.kind) {
@@ -51,7 +51,7 @@ std::int64_t Arguments::Needed(Extent extent, std::size_t index) const {
     case Extent::Next:
       return Integer(index + 1);
     case Extent::NextPerRegister:
-      return std::int64_t{std::max(Integer(index + 1), 0)} * std::max(Integer(kRegisterCount), 0);
+      return std::int64_t{std::max(Integer(index + 1), 0)} * std::max(Integer(RegisterCount), 0);
   }
   return 0;
 }

@@ -11,8 +11,8 @@ namespace orif::sim {
 namespace {
 
 bool InArea(std::int32_t address, std::size_t count) {
-  return address >= 1 && address <= kLastAddress &&
-         std::cmp_less_equal(count, kLastAddress - address + 1);
+  return address >= 1 && address <= LastAddress &&
+         std::cmp_less_equal(count, LastAddress - address + 1);
 }
 
 }  // namespace

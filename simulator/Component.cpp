@@ -92,11 +92,11 @@ std::int32_t Invoke(void* object, std::int32_t id, std::uint16_t call, const Orv
   });
 }
 
-constexpr OrvexCommLib kComponent{ORVEX_COMMLIB_VERSION, Create, Release, Lookup, Invoke};
+constexpr OrvexCommLib Component{ORVEX_COMMLIB_VERSION, Create, Release, Lookup, Invoke};
 
 }  // namespace
 }  // namespace orif::sim
 
 ORIF_COMPONENT_ENTRY const OrvexCommLib* OrvexCommLibEntry(std::uint32_t version) {
-  return version == ORVEX_COMMLIB_VERSION ? &orif::sim::kComponent : nullptr;
+  return version == ORVEX_COMMLIB_VERSION ? &orif::sim::Component : nullptr;
 }

@@ -28,9 +28,9 @@ OpenedSource Controller::Open(const Piece& piece) {
 }
 
 Status Controller::Run(std::string_view command) {
-  static constexpr std::string_view kClearAlarms = "CLRALM";
-  if (!command.starts_with(kClearAlarms)) return Status::UnknownCommand;
-  const std::string_view rest = command.substr(kClearAlarms.size());
+  static constexpr std::string_view ClearAlarms = "CLRALM";
+  if (!command.starts_with(ClearAlarms)) return Status::UnknownCommand;
+  const std::string_view rest = command.substr(ClearAlarms.size());
   if (!rest.empty()) {
     const bool number = rest.size() > 1 && rest[0] == ' ' && rest[1] != '0' &&
                         rest.find_first_not_of("0123456789", 1) == rest.npos;

@@ -6,11 +6,11 @@ namespace orif::sim {
 namespace {
 
 void AddPositions(Controller& robot) {
-  constexpr std::array<std::int16_t, Position::kConfigValues> kConfig{1, 0, 1, 0, 0, 0, 0};
+  constexpr std::array<std::int16_t, Position::ConfigValues> Config{1, 0, 1, 0, 0, 0, 0};
   robot.PositionRegister(1, 1).SetCartesian(
-      std::array{850.0f, 0.0f, 620.0f, 180.0f, 0.0f, 90.0f, 0.0f, 0.0f, 0.0f}, kConfig);
+      std::array{850.0f, 0.0f, 620.0f, 180.0f, 0.0f, 90.0f, 0.0f, 0.0f, 0.0f}, Config);
   robot.PositionRegister(1, 2).SetCartesian(
-      std::array{640.0f, -410.0f, 250.0f, 180.0f, 0.0f, 45.0f, 0.0f, 0.0f, 0.0f}, kConfig);
+      std::array{640.0f, -410.0f, 250.0f, 180.0f, 0.0f, 45.0f, 0.0f, 0.0f, 0.0f}, Config);
   robot.PositionRegister(1, 3).SetJoint(std::array{0.0f, -20.0f, 15.0f, 0.0f, -90.0f, 0.0f});
   robot.PositionRegister(2, 1).SetJoint(std::array{90.0f});
   robot.Comment(CommentKind::PositionRegister, 1) = "Home";
@@ -18,7 +18,7 @@ void AddPositions(Controller& robot) {
 
   Position& arm = robot.CurrentPosition(1);
   arm.xyzwpr = {850.0f, 0.0f, 620.0f, 180.0f, 0.0f, 90.0f};
-  arm.config = kConfig;
+  arm.config = Config;
   arm.joint = {0.0f, -12.5f, 8.0f, 0.0f, -75.5f, 0.0f};
   arm.ut = 1;
   robot.CurrentPosition(2).joint = {90.0f};
@@ -105,7 +105,7 @@ void AddTasksAndAlarms(Controller& robot) {
 
 Network DemoNetwork() {
   Network network;
-  Controller& robot = network.AddController(kDemoHost);
+  Controller& robot = network.AddController(DemoHost);
   AddRegistersAndVariables(robot);
   AddPositions(robot);
   AddSignals(robot);

@@ -7,7 +7,7 @@
 namespace orif::sim {
 
 /// The host name of the demonstration cell's only controller.
-inline constexpr const char* kDemoHost = "demo";
+inline constexpr const char* DemoHost = "demo";
 
 Network DemoNetwork();
 

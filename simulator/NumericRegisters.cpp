@@ -11,9 +11,9 @@ namespace {
 std::int32_t RoundToInteger(float value) {
   if (std::isnan(value)) return 0;
   const double rounded = std::nearbyint(static_cast<double>(value));
-  constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
-  constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int32_t>(std::clamp(rounded, kLowest, kHighest));
+  constexpr double Lowest = std::numeric_limits<std::int32_t>::min();
+  constexpr double Highest = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::clamp(rounded, Lowest, Highest));
 }
 
 template <class T>
@@ -30,17 +30,16 @@ T ValueAs(const NumericValue& value) {
 template <class T>
 class RegisterCells {
  public:
-  static constexpr std::size_t kWords = kWordsPerValue;
-  static constexpr ValueKind kKind =
-      std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
-  static constexpr bool kWritable = true;
+  static constexpr std::size_t Words = WordsPerValue;
+  static constexpr ValueKind Kind = std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
+  static constexpr bool Writable = true;
 
   explicit RegisterCells(std::span<NumericValue> values) : values_(values) {}
 
-  void Load(std::size_t index, std::span<Word, kWords> words) const {
+  void Load(std::size_t index, std::span<Word, Words> words) const {
     PutValue(ValueAs<T>(values_[index]), words);
   }
-  void Store(std::size_t index, std::span<const Word, kWords> words, Window /*written*/) {
+  void Store(std::size_t index, std::span<const Word, Words> words, Window /*written*/) {
     values_[index] = GetValue<T>(words);
   }
 

@@ -17,14 +17,14 @@ struct SimulatedCore::Handlers {
     return {};
   }
 
-  template <auto kSetting>
+  template <auto Setting>
   static OrvexValue Get(SimulatedCore& core, const Arguments&) {
-    return MakeValue(core.*kSetting);
+    return MakeValue(core.*Setting);
   }
 
-  template <auto kSetting>
+  template <auto Setting>
   static OrvexValue Put(SimulatedCore& core, const Arguments& arguments) {
-    core.*kSetting = arguments.Integer(0);
+    core.*Setting = arguments.Integer(0);
     return {};
   }
 
@@ -97,8 +97,8 @@ struct SimulatedCore::Handlers {
 
   static OrvexValue WriteText(SimulatedCore& core, const Arguments& arguments) {
     const std::string_view text = arguments.Text(1);
-    if (text.size() > kWordsPerText * kBytesPerWord) return core.Answer(Status::TextTooLong);
-    std::array<Word, kWordsPerText> words;
+    if (text.size() > WordsPerText * BytesPerWord) return core.Answer(Status::TextTooLong);
+    std::array<Word, WordsPerText> words;
     PutText(text, words);
     return core.Answer(core.map_.Write(arguments.Integer(0), words, ValueKind::Text));
   }
@@ -111,35 +111,35 @@ struct SimulatedCore::Handlers {
 
   template <class T>
   static OrvexValue WriteValues(SimulatedCore& core, const Arguments& arguments) {
-    constexpr auto kKind = std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
+    constexpr auto Kind = std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
     const auto values = RunOf<T>(arguments);
     if (values.empty()) return core.Answer(Status::WrongCount);
-    core.scratch_.resize(kWordsPerValue * values.size());
+    core.scratch_.resize(WordsPerValue * values.size());
     const std::span<Word> words(core.scratch_);
     for (std::size_t i = 0; i < values.size(); ++i) {
-      PutValue(values[i], words.subspan(kWordsPerValue * i).template first<kWordsPerValue>());
+      PutValue(values[i], words.subspan(WordsPerValue * i).template first<WordsPerValue>());
     }
-    return core.Answer(core.map_.Write(arguments.Integer(0), words, kKind));
+    return core.Answer(core.map_.Write(arguments.Integer(0), words, Kind));
   }
 
   template <class T>
   static OrvexValue FromWords(SimulatedCore&, const Arguments& arguments) {
-    const auto words = arguments.Shorts(0, kWordsPerValue);
-    return MakeValue(GetValue<T>(words.first<kWordsPerValue>()));
+    const auto words = arguments.Shorts(0, WordsPerValue);
+    return MakeValue(GetValue<T>(words.first<WordsPerValue>()));
   }
 
   // Positions.
 
   static bool IsCartesian(std::size_t values, std::size_t configValues) {
-    constexpr std::size_t kWithoutExtendedAxes = 6;
-    return values >= kWithoutExtendedAxes && values <= Position::kValues &&
-           configValues == Position::kConfigValues;
+    constexpr std::size_t WithoutExtendedAxes = 6;
+    return values >= WithoutExtendedAxes && values <= Position::Values &&
+           configValues == Position::ConfigValues;
   }
 
   static OrvexValue WriteJoint(SimulatedCore& core, const Arguments& arguments) {
     const auto values = RunOf<float>(arguments);
-    if (values.empty() || values.size() > Position::kValues) return core.Answer(Status::WrongCount);
-    const Window written{record::kJoint, kWordsPerValue * values.size()};
+    if (values.empty() || values.size() > Position::Values) return core.Answer(Status::WrongCount);
+    const Window written{record::Joint, WordsPerValue * values.size()};
     std::span<Position> found;
     const Status status = core.map_.FindPositions(arguments.Integer(0), 1, written, found);
     if (status == Status::Ok) {
@@ -155,7 +155,7 @@ struct SimulatedCore::Handlers {
     if (!IsCartesian(values.size(), config.size())) return core.Answer(Status::WrongCount);
     std::span<Position> found;
     const Status status =
-        core.map_.FindPositions(arguments.Integer(0), 1, record::kCartesianPart, found);
+        core.map_.FindPositions(arguments.Integer(0), 1, record::CartesianPart, found);
     if (status == Status::Ok) {
       found.front().SetCartesian(values, config);
       SetFrames(found.front(), arguments, 5);
@@ -181,7 +181,7 @@ struct SimulatedCore::Handlers {
     if (!IsCartesian(stride, configStride)) return core.Answer(Status::WrongCount);
     std::span<Position> found;
     const Status status =
-        core.map_.FindPositions(arguments.Integer(0), registers, record::kCartesianPart, found);
+        core.map_.FindPositions(arguments.Integer(0), registers, record::CartesianPart, found);
     for (std::size_t i = 0; i < found.size(); ++i) {
       found[i].SetCartesian(values.subspan(stride * i, stride),
                             config.subspan(configStride * i, configStride));
@@ -191,61 +191,60 @@ struct SimulatedCore::Handlers {
 
   // Signals.
 
-  template <SignalKind kKind>
-  using Element = std::conditional_t<IsGroup(kKind), std::int32_t, std::int16_t>;
+  template <SignalKind Kind>
+  using Element = std::conditional_t<IsGroup(Kind), std::int32_t, std::int16_t>;
 
-  template <SignalKind kKind>
+  template <SignalKind Kind>
   static OrvexValue ReadSignals(SimulatedCore& core, const Arguments& arguments) {
-    const auto values = RunOf<Element<kKind>>(arguments);
-    return core.Answer(core.controller_->Signals().Read(kKind, arguments.Integer(0), values));
+    const auto values = RunOf<Element<Kind>>(arguments);
+    return core.Answer(core.controller_->Signals().Read(Kind, arguments.Integer(0), values));
   }
 
-  template <SignalKind kKind>
+  template <SignalKind Kind>
   static OrvexValue WriteSignals(SimulatedCore& core, const Arguments& arguments) {
-    const std::span<const Element<kKind>> values = RunOf<Element<kKind>>(arguments);
-    return core.Answer(core.controller_->Signals().Write(kKind, arguments.Integer(0), values));
+    const std::span<const Element<Kind>> values = RunOf<Element<Kind>>(arguments);
+    return core.Answer(core.controller_->Signals().Write(Kind, arguments.Integer(0), values));
   }
 };
 
 namespace {
 
-constexpr Parameter kShort{ORVEX_I2};
-constexpr Parameter kLong{ORVEX_I4};
-constexpr Parameter kTextValue{ORVEX_TEXT, Extent::Text};
-constexpr Parameter kTextReference{ORVEX_TEXT | ORVEX_BYREF, Extent::Text};
+constexpr Parameter Short{ORVEX_I2};
+constexpr Parameter Long{ORVEX_I4};
+constexpr Parameter TextValue{ORVEX_TEXT, Extent::Text};
+constexpr Parameter TextReference{ORVEX_TEXT | ORVEX_BYREF, Extent::Text};
 constexpr Parameter Reference(int kind, Extent extent) {
   return {static_cast<std::uint16_t>(kind | ORVEX_BYREF), extent};
 }
-constexpr Parameter kShortVariable = Reference(ORVEX_I2, Extent::One);
-constexpr Parameter kLongVariable = Reference(ORVEX_I4, Extent::One);
-constexpr Parameter kShorts = Reference(ORVEX_I2, Extent::Next);
-constexpr Parameter kLongs = Reference(ORVEX_I4, Extent::Next);
-constexpr Parameter kReals = Reference(ORVEX_R4, Extent::Next);
+constexpr Parameter ShortVariable = Reference(ORVEX_I2, Extent::One);
+constexpr Parameter LongVariable = Reference(ORVEX_I4, Extent::One);
+constexpr Parameter Shorts = Reference(ORVEX_I2, Extent::Next);
+constexpr Parameter Longs = Reference(ORVEX_I4, Extent::Next);
+constexpr Parameter Reals = Reference(ORVEX_R4, Extent::Next);
 
-template <Parameter... kParameters>
-constexpr std::array<Parameter, sizeof...(kParameters)> kList{kParameters...};
+template <Parameter... Parameters>
+constexpr std::array<Parameter, sizeof...(Parameters)> List{Parameters...};
 
-constexpr std::span<const Parameter> kNone;
-constexpr auto& kText = kList<kTextValue>;
-constexpr auto& kInteger = kList<kLong>;
-constexpr auto& kKey = kList<kShortVariable>;
-constexpr auto& kLine = kList<kTextReference>;
-constexpr auto& kAddressedText = kList<kShort, kTextReference>;
-constexpr auto& kShortRun = kList<kShort, kShorts, kShort>;
-constexpr auto& kLongRun = kList<kShort, kLongs, kShort>;
-constexpr auto& kRealRun = kList<kShort, kReals, kShort>;
-constexpr auto& kNamedShortRun = kList<kLongVariable, kShorts, kLongVariable>;
-constexpr auto& kWordPair = kList<Reference(ORVEX_I2, Extent::Two)>;
-constexpr auto& kJoint = kList<kShort, kReals, kShort, kShortVariable, kShortVariable>;
-constexpr auto& kCartesian =
-    kList<kShort, kReals, kShort, kShorts, kShort, kShortVariable, kShortVariable>;
-constexpr auto& kCartesianRun = kList<kShort, kShort, Reference(ORVEX_R4, Extent::NextPerRegister),
-                                      kShort, Reference(ORVEX_I2, Extent::NextPerRegister), kShort>;
+constexpr std::span<const Parameter> None;
+constexpr auto& Text = List<TextValue>;
+constexpr auto& Integer = List<Long>;
+constexpr auto& Key = List<ShortVariable>;
+constexpr auto& Line = List<TextReference>;
+constexpr auto& AddressedText = List<Short, TextReference>;
+constexpr auto& ShortRun = List<Short, Shorts, Short>;
+constexpr auto& LongRun = List<Short, Longs, Short>;
+constexpr auto& RealRun = List<Short, Reals, Short>;
+constexpr auto& NamedShortRun = List<LongVariable, Shorts, LongVariable>;
+constexpr auto& WordPair = List<Reference(ORVEX_I2, Extent::Two)>;
+constexpr auto& Joint = List<Short, Reals, Short, ShortVariable, ShortVariable>;
+constexpr auto& Cartesian = List<Short, Reals, Short, Shorts, Short, ShortVariable, ShortVariable>;
+constexpr auto& CartesianRun = List<Short, Short, Reference(ORVEX_R4, Extent::NextPerRegister),
+                                    Short, Reference(ORVEX_I2, Extent::NextPerRegister), Short>;
 
 // Operations that clients know by name only have numbers of the simulation's own.
-constexpr DispId kWriteSI{101};
-constexpr DispId kWriteUI{102};
-constexpr std::size_t kNumbers = 103;
+constexpr DispId WriteSI{101};
+constexpr DispId WriteUI{102};
+constexpr std::size_t Numbers = 103;
 
 }  // namespace
 
@@ -256,59 +255,58 @@ struct SimulatedCore::Table {
   using H = Handlers;
   using S = SignalKind;
 
-  static constexpr auto kOperations = std::to_array<Operation>({
-      O::Property(DispId::HostName, "HostName", ORVEX_PUT, kText, H::PutHostName),
-      O::Property(DispId::TimeOutValue, "TimeOutValue", ORVEX_GET, kNone,
+  static constexpr auto Operations = std::to_array<Operation>({
+      O::Property(DispId::HostName, "HostName", ORVEX_PUT, Text, H::PutHostName),
+      O::Property(DispId::TimeOutValue, "TimeOutValue", ORVEX_GET, None,
                   H::Get<&SimulatedCore::timeOut_>),
-      O::Property(DispId::TimeOutValue, "TimeOutValue", ORVEX_PUT, kInteger,
+      O::Property(DispId::TimeOutValue, "TimeOutValue", ORVEX_PUT, Integer,
                   H::Put<&SimulatedCore::timeOut_>),
-      O::Property(DispId::PortNumber, "PortNumber", ORVEX_GET, kNone,
-                  H::Get<&SimulatedCore::port_>),
-      O::Property(DispId::PortNumber, "PortNumber", ORVEX_PUT, kInteger,
+      O::Property(DispId::PortNumber, "PortNumber", ORVEX_GET, None, H::Get<&SimulatedCore::port_>),
+      O::Property(DispId::PortNumber, "PortNumber", ORVEX_PUT, Integer,
                   H::Put<&SimulatedCore::port_>),
-      O::Property(DispId::LastErrorText, "LastErrorText", ORVEX_GET, kNone,
+      O::Property(DispId::LastErrorText, "LastErrorText", ORVEX_GET, None,
                   H::Get<&SimulatedCore::lastError_>),
-      O::Method(DispId::SetClientID, "SetClientID", Local, kKey, H::SetClientId),
-      O::Method(DispId::Reset, "Reset", Local, kNone, H::Reset),
-      O::Method(DispId::Connect, "Connect", Host, kNone, H::Connect),
-      O::Method(DispId::Disconnect, "Disconnect", Host, kNone, H::Disconnect),
-      O::Method(DispId::SendCommand, "SendCommand", Connection, kLine, H::SendCommand),
-      O::Method(DispId::ClearRAssignment, "ClearRAssignment", Local, kNone, H::ClearAssignment),
-      O::Method(DispId::SetRAssignment, "SetRAssignment", Connection, kLine, H::SetAssignment),
-      O::Method(DispId::WriteR, "WriteR", Connection, kAddressedText, H::WriteText),
-      O::Method(DispId::WriteRLong, "WriteRLong", Connection, kLongRun,
+      O::Method(DispId::SetClientID, "SetClientID", Local, Key, H::SetClientId),
+      O::Method(DispId::Reset, "Reset", Local, None, H::Reset),
+      O::Method(DispId::Connect, "Connect", Host, None, H::Connect),
+      O::Method(DispId::Disconnect, "Disconnect", Host, None, H::Disconnect),
+      O::Method(DispId::SendCommand, "SendCommand", Connection, Line, H::SendCommand),
+      O::Method(DispId::ClearRAssignment, "ClearRAssignment", Local, None, H::ClearAssignment),
+      O::Method(DispId::SetRAssignment, "SetRAssignment", Connection, Line, H::SetAssignment),
+      O::Method(DispId::WriteR, "WriteR", Connection, AddressedText, H::WriteText),
+      O::Method(DispId::WriteRLong, "WriteRLong", Connection, LongRun,
                 H::WriteValues<std::int32_t>),
-      O::Method(DispId::WriteRShort, "WriteRShort", Connection, kShortRun, H::WriteShort),
-      O::Method(DispId::WriteRFloat, "WriteRFloat", Connection, kRealRun, H::WriteValues<float>),
-      O::Method(DispId::WriteRJoint, "WriteRJoint", Connection, kJoint, H::WriteJoint),
-      O::Method(DispId::WriteRXyzwpr, "WriteRXyzwpr", Connection, kCartesian, H::WriteCartesian),
-      O::Method(DispId::WriteRXyzwprConfig, "WriteRXyzwprConfig", Connection, kCartesianRun,
+      O::Method(DispId::WriteRShort, "WriteRShort", Connection, ShortRun, H::WriteShort),
+      O::Method(DispId::WriteRFloat, "WriteRFloat", Connection, RealRun, H::WriteValues<float>),
+      O::Method(DispId::WriteRJoint, "WriteRJoint", Connection, Joint, H::WriteJoint),
+      O::Method(DispId::WriteRXyzwpr, "WriteRXyzwpr", Connection, Cartesian, H::WriteCartesian),
+      O::Method(DispId::WriteRXyzwprConfig, "WriteRXyzwprConfig", Connection, CartesianRun,
                 H::WriteCartesianRun),
-      O::Method(DispId::ReadRShort, "ReadRShort", Connection, kShortRun, H::ReadShort),
-      O::Method(DispId::ShortToLong, "ShortToLong", Local, kWordPair, H::FromWords<std::int32_t>),
-      O::Method(DispId::ShortToFloat, "ShortToFloat", Local, kWordPair, H::FromWords<float>),
-      O::Method(DispId::ReadSDO, "ReadSDO", Connection, kShortRun, H::ReadSignals<S::SDO>),
-      O::Method(DispId::WriteSDO, "WriteSDO", Connection, kShortRun, H::WriteSignals<S::SDO>),
-      O::Method(DispId::ReadSDOEx, "ReadSDOEx", Connection, kShortRun, H::ReadSignals<S::SDOEx>),
-      O::Method(DispId::WriteSDOEx, "WriteSDOEx", Connection, kShortRun, H::WriteSignals<S::SDOEx>),
-      O::Method(DispId::ReadSDI, "ReadSDI", Connection, kShortRun, H::ReadSignals<S::SDI>),
-      O::Method(DispId::WriteSDI, "WriteSDI", Connection, kShortRun, H::WriteSignals<S::SDI>),
-      O::Method(DispId::ReadRDO, "ReadRDO", Connection, kShortRun, H::ReadSignals<S::RDO>),
-      O::Method(DispId::WriteRDO, "WriteRDO", Connection, kShortRun, H::WriteSignals<S::RDO>),
-      O::Method(DispId::ReadRDI, "ReadRDI", Connection, kShortRun, H::ReadSignals<S::RDI>),
-      O::Method(DispId::WriteRDI, "WriteRDI", Connection, kShortRun, H::WriteSignals<S::RDI>),
-      O::Method(DispId::ReadSO, "ReadSO", Connection, kShortRun, H::ReadSignals<S::SO>),
-      O::Method(DispId::WriteSO, "WriteSO", Connection, kShortRun, H::WriteSignals<S::SO>),
-      O::Method(DispId::ReadSI, "ReadSI", Connection, kShortRun, H::ReadSignals<S::SI>),
-      O::Method(kWriteSI, "WriteSI", Connection, kNamedShortRun, H::WriteSignals<S::SI>),
-      O::Method(DispId::ReadUO, "ReadUO", Connection, kShortRun, H::ReadSignals<S::UO>),
-      O::Method(DispId::WriteUO, "WriteUO", Connection, kShortRun, H::WriteSignals<S::UO>),
-      O::Method(DispId::ReadUI, "ReadUI", Connection, kShortRun, H::ReadSignals<S::UI>),
-      O::Method(kWriteUI, "WriteUI", Connection, kNamedShortRun, H::WriteSignals<S::UI>),
-      O::Method(DispId::ReadGO, "ReadGO", Connection, kLongRun, H::ReadSignals<S::GO>),
-      O::Method(DispId::WriteGO, "WriteGO", Connection, kLongRun, H::WriteSignals<S::GO>),
-      O::Method(DispId::ReadGI, "ReadGI", Connection, kLongRun, H::ReadSignals<S::GI>),
-      O::Method(DispId::WriteGI, "WriteGI", Connection, kLongRun, H::WriteSignals<S::GI>),
+      O::Method(DispId::ReadRShort, "ReadRShort", Connection, ShortRun, H::ReadShort),
+      O::Method(DispId::ShortToLong, "ShortToLong", Local, WordPair, H::FromWords<std::int32_t>),
+      O::Method(DispId::ShortToFloat, "ShortToFloat", Local, WordPair, H::FromWords<float>),
+      O::Method(DispId::ReadSDO, "ReadSDO", Connection, ShortRun, H::ReadSignals<S::SDO>),
+      O::Method(DispId::WriteSDO, "WriteSDO", Connection, ShortRun, H::WriteSignals<S::SDO>),
+      O::Method(DispId::ReadSDOEx, "ReadSDOEx", Connection, ShortRun, H::ReadSignals<S::SDOEx>),
+      O::Method(DispId::WriteSDOEx, "WriteSDOEx", Connection, ShortRun, H::WriteSignals<S::SDOEx>),
+      O::Method(DispId::ReadSDI, "ReadSDI", Connection, ShortRun, H::ReadSignals<S::SDI>),
+      O::Method(DispId::WriteSDI, "WriteSDI", Connection, ShortRun, H::WriteSignals<S::SDI>),
+      O::Method(DispId::ReadRDO, "ReadRDO", Connection, ShortRun, H::ReadSignals<S::RDO>),
+      O::Method(DispId::WriteRDO, "WriteRDO", Connection, ShortRun, H::WriteSignals<S::RDO>),
+      O::Method(DispId::ReadRDI, "ReadRDI", Connection, ShortRun, H::ReadSignals<S::RDI>),
+      O::Method(DispId::WriteRDI, "WriteRDI", Connection, ShortRun, H::WriteSignals<S::RDI>),
+      O::Method(DispId::ReadSO, "ReadSO", Connection, ShortRun, H::ReadSignals<S::SO>),
+      O::Method(DispId::WriteSO, "WriteSO", Connection, ShortRun, H::WriteSignals<S::SO>),
+      O::Method(DispId::ReadSI, "ReadSI", Connection, ShortRun, H::ReadSignals<S::SI>),
+      O::Method(WriteSI, "WriteSI", Connection, NamedShortRun, H::WriteSignals<S::SI>),
+      O::Method(DispId::ReadUO, "ReadUO", Connection, ShortRun, H::ReadSignals<S::UO>),
+      O::Method(DispId::WriteUO, "WriteUO", Connection, ShortRun, H::WriteSignals<S::UO>),
+      O::Method(DispId::ReadUI, "ReadUI", Connection, ShortRun, H::ReadSignals<S::UI>),
+      O::Method(WriteUI, "WriteUI", Connection, NamedShortRun, H::WriteSignals<S::UI>),
+      O::Method(DispId::ReadGO, "ReadGO", Connection, LongRun, H::ReadSignals<S::GO>),
+      O::Method(DispId::WriteGO, "WriteGO", Connection, LongRun, H::WriteSignals<S::GO>),
+      O::Method(DispId::ReadGI, "ReadGI", Connection, LongRun, H::ReadSignals<S::GI>),
+      O::Method(DispId::WriteGI, "WriteGI", Connection, LongRun, H::WriteSignals<S::GI>),
   });
 
   static constexpr std::size_t Slot(OrvexCall call) {
@@ -316,23 +314,23 @@ struct SimulatedCore::Table {
   }
 
   // Operations by number and call, so that finding one costs no search.
-  using Index = std::array<std::array<const Operation*, 3>, kNumbers>;
+  using Index = std::array<std::array<const Operation*, 3>, Numbers>;
   static constexpr Index MakeIndex() {
     Index index{};
-    for (const Operation& operation : kOperations) {
+    for (const Operation& operation : Operations) {
       index[static_cast<std::size_t>(operation.id)][Slot(operation.call)] = &operation;
     }
     return index;
   }
 };
 
-std::span<const SimulatedCore::Operation> SimulatedCore::Operations() { return Table::kOperations; }
+std::span<const SimulatedCore::Operation> SimulatedCore::Operations() { return Table::Operations; }
 
 const SimulatedCore::Operation* SimulatedCore::Find(std::int32_t id, OrvexCall call) {
-  static constexpr Table::Index kIndex = Table::MakeIndex();
+  static constexpr Table::Index Index = Table::MakeIndex();
   const bool known = call == ORVEX_METHOD || call == ORVEX_GET || call == ORVEX_PUT;
-  if (!known || id < 0 || static_cast<std::size_t>(id) >= kIndex.size()) return nullptr;
-  return kIndex[static_cast<std::size_t>(id)][Table::Slot(call)];
+  if (!known || id < 0 || static_cast<std::size_t>(id) >= Index.size()) return nullptr;
+  return Index[static_cast<std::size_t>(id)][Table::Slot(call)];
 }
 
 }  // namespace orif::sim

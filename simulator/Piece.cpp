@@ -33,10 +33,10 @@ Status ParseFactor(std::string_view text, Factor& factor) {
     std::string_view text;
     Factor factor;
   };
-  static constexpr auto kLiterals = std::to_array<Literal>(
+  static constexpr auto Literals = std::to_array<Literal>(
       {{"0", Factor::Zero}, {"0.0", Factor::Zero}, {"1", Factor::One}, {"1.0", Factor::One}});
-  const auto literal = std::ranges::find(kLiterals, text, &Literal::text);
-  if (literal == kLiterals.end()) return Status::WrongFactor;
+  const auto literal = std::ranges::find(Literals, text, &Literal::text);
+  if (literal == Literals.end()) return Status::WrongFactor;
   factor = literal->factor;
   return Status::Ok;
 }
@@ -92,8 +92,8 @@ Status ParsePiece(std::string_view text, Piece& piece) {
   }
   if (const Status status = ParseFactor(text, piece.factor); status != Status::Ok) return status;
   if (piece.size < 1) return Status::WrongSize;
-  const bool fits = piece.start >= 1 && piece.start <= kLastAddress &&
-                    piece.size <= kLastAddress - piece.start + 1;
+  const bool fits =
+      piece.start >= 1 && piece.start <= LastAddress && piece.size <= LastAddress - piece.start + 1;
   return fits ? Status::Ok : Status::OutsideArea;
 }
 

@@ -6,17 +6,17 @@
 namespace orif::sim {
 namespace {
 
-constexpr std::int16_t kValid = 1;
+constexpr std::int16_t Valid = 1;
 
 void PutValues(std::span<const float> values, std::span<Word> words) {
   for (std::size_t i = 0; i < values.size(); ++i) {
-    PutValue(values[i], words.subspan(kWordsPerValue * i).first<kWordsPerValue>());
+    PutValue(values[i], words.subspan(WordsPerValue * i).first<WordsPerValue>());
   }
 }
 
 void GetValues(std::span<const Word> words, std::span<float> values) {
   for (std::size_t i = 0; i < values.size(); ++i) {
-    values[i] = GetValue<float>(words.subspan(kWordsPerValue * i).first<kWordsPerValue>());
+    values[i] = GetValue<float>(words.subspan(WordsPerValue * i).first<WordsPerValue>());
   }
 }
 
@@ -37,40 +37,40 @@ void Position::SetCartesian(std::span<const float> values,
                             std::span<const std::int16_t> configValues) {
   CopyLeading<float>(values, xyzwpr);
   CopyLeading<std::int16_t>(configValues, config);
-  validC = kValid;
+  validC = Valid;
   validJ = 0;
 }
 
 void Position::SetJoint(std::span<const float> values) {
   CopyLeading<float>(values, joint);
   validC = 0;
-  validJ = kValid;
+  validJ = Valid;
 }
 
-void PutPosition(const Position& position, std::span<Word, record::kWords> words) {
+void PutPosition(const Position& position, std::span<Word, record::Words> words) {
   std::ranges::fill(words, Word{0});
-  PutValues(position.xyzwpr, words.subspan<record::kXyzwpr>());
-  std::ranges::copy(position.config, words.subspan<record::kConfig>().begin());
-  words[record::kValidC] = position.validC;
-  PutValues(position.joint, words.subspan<record::kJoint>());
-  words[record::kValidJ] = position.validJ;
-  words[record::kUserFrame] = position.uf;
-  words[record::kUserTool] = position.ut;
+  PutValues(position.xyzwpr, words.subspan<record::Xyzwpr>());
+  std::ranges::copy(position.config, words.subspan<record::Config>().begin());
+  words[record::ValidC] = position.validC;
+  PutValues(position.joint, words.subspan<record::Joint>());
+  words[record::ValidJ] = position.validJ;
+  words[record::UserFrame] = position.uf;
+  words[record::UserTool] = position.ut;
 }
 
-void PositionCells::Store(std::size_t index, std::span<const Word, kWords> words, Window written) {
+void PositionCells::Store(std::size_t index, std::span<const Word, Words> words, Window written) {
   Position& position = positions_[index];
-  GetValues(words.subspan<record::kXyzwpr>(), position.xyzwpr);
-  std::ranges::copy(words.subspan<record::kConfig, Position::kConfigValues>(),
+  GetValues(words.subspan<record::Xyzwpr>(), position.xyzwpr);
+  std::ranges::copy(words.subspan<record::Config, Position::ConfigValues>(),
                     position.config.begin());
-  GetValues(words.subspan<record::kJoint>(), position.joint);
-  position.uf = words[record::kUserFrame];
-  position.ut = words[record::kUserTool];
-  const bool cartesian = Touches(written, record::kCartesianPart);
-  const bool joint = Touches(written, record::kJointPart);
+  GetValues(words.subspan<record::Joint>(), position.joint);
+  position.uf = words[record::UserFrame];
+  position.ut = words[record::UserTool];
+  const bool cartesian = Touches(written, record::CartesianPart);
+  const bool joint = Touches(written, record::JointPart);
   if (!cartesian && !joint) return;
-  position.validC = cartesian ? kValid : std::int16_t{0};
-  position.validJ = joint ? kValid : std::int16_t{0};
+  position.validC = cartesian ? Valid : std::int16_t{0};
+  position.validJ = joint ? Valid : std::int16_t{0};
 }
 
 }  // namespace orif::sim

@@ -14,12 +14,12 @@ namespace orif::sim {
 
 /// Lengths in mm, angles in degrees. The two forms are independent: there is no kinematics.
 struct Position {
-  static constexpr std::size_t kValues = 9;
-  static constexpr std::size_t kConfigValues = 7;
+  static constexpr std::size_t Values = 9;
+  static constexpr std::size_t ConfigValues = 7;
 
-  std::array<float, kValues> xyzwpr{};  // X, Y, Z, W, P, R, E1, E2, E3
-  std::array<std::int16_t, kConfigValues> config{};
-  std::array<float, kValues> joint{};
+  std::array<float, Values> xyzwpr{};  // X, Y, Z, W, P, R, E1, E2, E3
+  std::array<std::int16_t, ConfigValues> config{};
+  std::array<float, Values> joint{};
   std::int16_t uf = 0;
   std::int16_t ut = 0;
   std::int16_t validC = 0;  // 1 while the cartesian form holds, else 0
@@ -36,34 +36,34 @@ struct Position {
 
 /// Where the fields stand in the record; offsets count from 0. The last three words are reserved.
 namespace record {
-inline constexpr std::size_t kWords = 50;
-inline constexpr std::size_t kXyzwpr = 0;
-inline constexpr std::size_t kConfig = 18;
-inline constexpr std::size_t kValidC = 25;
-inline constexpr std::size_t kJoint = 26;
-inline constexpr std::size_t kValidJ = 44;
-inline constexpr std::size_t kUserFrame = 45;
-inline constexpr std::size_t kUserTool = 46;
+inline constexpr std::size_t Words = 50;
+inline constexpr std::size_t Xyzwpr = 0;
+inline constexpr std::size_t Config = 18;
+inline constexpr std::size_t ValidC = 25;
+inline constexpr std::size_t Joint = 26;
+inline constexpr std::size_t ValidJ = 44;
+inline constexpr std::size_t UserFrame = 45;
+inline constexpr std::size_t UserTool = 46;
 
-inline constexpr Window kCartesianPart{kXyzwpr, kValidC - kXyzwpr};
-inline constexpr Window kJointPart{kJoint, kValidJ - kJoint};
+inline constexpr Window CartesianPart{Xyzwpr, ValidC - Xyzwpr};
+inline constexpr Window JointPart{Joint, ValidJ - Joint};
 }  // namespace record
 
-void PutPosition(const Position& position, std::span<Word, record::kWords> words);
+void PutPosition(const Position& position, std::span<Word, record::Words> words);
 
 class PositionCells {
  public:
-  static constexpr std::size_t kWords = record::kWords;
-  static constexpr ValueKind kKind = ValueKind::Position;
-  static constexpr bool kWritable = true;
+  static constexpr std::size_t Words = record::Words;
+  static constexpr ValueKind Kind = ValueKind::Position;
+  static constexpr bool Writable = true;
 
   explicit PositionCells(std::span<Position> positions) : positions_(positions) {}
 
-  void Load(std::size_t index, std::span<Word, kWords> words) const {
+  void Load(std::size_t index, std::span<Word, Words> words) const {
     PutPosition(positions_[index], words);
   }
   /// Takes everything but the validity words: those follow from which form was written.
-  void Store(std::size_t index, std::span<const Word, kWords> words, Window written);
+  void Store(std::size_t index, std::span<const Word, Words> words, Window written);
 
   std::span<Position> From(std::size_t index, std::size_t count) const {
     return positions_.subspan(index, count);

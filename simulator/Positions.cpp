@@ -27,13 +27,13 @@ OpenedSource PositionRegisters::Open(const Piece& piece) {
 // The elements of a piece are the user frames, the world frame first.
 class CurrentPositions::Cells {
  public:
-  static constexpr std::size_t kWords = record::kWords;
-  static constexpr ValueKind kKind = ValueKind::Position;
-  static constexpr bool kWritable = false;
+  static constexpr std::size_t Words = record::Words;
+  static constexpr ValueKind Kind = ValueKind::Position;
+  static constexpr bool Writable = false;
 
   explicit Cells(const Group& group) : group_(&group) {}
 
-  void Load(std::size_t frame, std::span<Word, kWords> words) const {
+  void Load(std::size_t frame, std::span<Word, Words> words) const {
     Position seen = group_->position;
     seen.uf = static_cast<std::int16_t>(frame);
     if (frame > 0) {
@@ -58,9 +58,9 @@ OpenedSource CurrentPositions::Open(const Piece& piece) {
   std::size_t group = 0;
   const Status status = CheckPiece(piece, groups_.size(), group);
   if (status != Status::Ok) return {status, nullptr};
-  constexpr std::int32_t kWorldFrame = 0;
+  constexpr std::int32_t WorldFrame = 0;
   const Group& shown = groups_[group];
-  return OpenRecords(piece, Cells(shown), shown.origins.size() + 1, kWorldFrame);
+  return OpenRecords(piece, Cells(shown), shown.origins.size() + 1, WorldFrame);
 }
 
 }  // namespace orif::sim

@@ -2,11 +2,11 @@
 // whole or through a window. What an element's words mean is told by a small `Cells` class of each
 // kind of data:
 //
-//   static constexpr std::size_t kWords;     words of one element
-//   static constexpr ValueKind kKind;        what its words hold
-//   static constexpr bool kWritable;
-//   void Load(std::size_t index, std::span<Word, kWords> words) const;
-//   void Store(std::size_t index, std::span<const Word, kWords> words, Window written);      if
+//   static constexpr std::size_t Words;     words of one element
+//   static constexpr ValueKind Kind;        what its words hold
+//   static constexpr bool Writable;
+//   void Load(std::size_t index, std::span<Word, Words> words) const;
+//   void Store(std::size_t index, std::span<const Word, Words> words, Window written);      if
 //   writable std::span<Position> From(std::size_t index, std::size_t count);               if
 //   writable positions
 #pragma once
@@ -28,16 +28,16 @@ class RecordSource final : public WordSource {
       : cells_(std::move(cells)), first_(first), count_(count), window_(window) {}
 
   void Read(std::size_t offset, std::span<Word> words) const override {
-    if (window_.length == kWords && offset % kWords == 0 && words.size() % kWords == 0) {
+    if (window_.length == Words && offset % Words == 0 && words.size() % Words == 0) {
       // Whole elements, as nearly every bulk read has them.
-      const std::size_t index = first_ + offset / kWords;
-      for (std::size_t i = 0; i < words.size() / kWords; ++i) {
-        cells_.Load(index + i, words.subspan(kWords * i).template first<kWords>());
+      const std::size_t index = first_ + offset / Words;
+      for (std::size_t i = 0; i < words.size() / Words; ++i) {
+        cells_.Load(index + i, words.subspan(Words * i).template first<Words>());
       }
       return;
     }
     ForEachElement(offset, words.size(), [&](const Share& share) {
-      std::array<Word, kWords> record;
+      std::array<Word, Words> record;
       cells_.Load(share.index, record);
       std::copy_n(record.begin() + Signed(share.word), share.count,
                   words.begin() + Signed(share.at));
@@ -45,16 +45,16 @@ class RecordSource final : public WordSource {
   }
 
   Status CheckWrite(std::size_t offset, ValueKind kind) const override {
-    if constexpr (!Cells::kWritable) return Status::ReadOnly;
+    if constexpr (!Cells::Writable) return Status::ReadOnly;
     if (kind == ValueKind::Words) return Status::Ok;
-    if (kind != Cells::kKind || window_.length != kWords) return Status::WrongType;
-    return offset % kWords == 0 ? Status::Ok : Status::Misaligned;
+    if (kind != Cells::Kind || window_.length != Words) return Status::WrongType;
+    return offset % Words == 0 ? Status::Ok : Status::Misaligned;
   }
 
   void Write(std::size_t offset, std::span<const Word> words) override {
-    if constexpr (Cells::kWritable) {
+    if constexpr (Cells::Writable) {
       ForEachElement(offset, words.size(), [&](const Share& share) {
-        std::array<Word, kWords> record;
+        std::array<Word, Words> record;
         cells_.Load(share.index, record);
         std::copy_n(words.begin() + Signed(share.at), share.count,
                     record.begin() + Signed(share.word));
@@ -64,9 +64,9 @@ class RecordSource final : public WordSource {
   }
 
   Status FindPositions(std::size_t offset, Window wanted, std::span<Position>& run) override {
-    if constexpr (Cells::kKind != ValueKind::Position) {
+    if constexpr (Cells::Kind != ValueKind::Position) {
       return Status::WrongType;
-    } else if constexpr (!Cells::kWritable) {
+    } else if constexpr (!Cells::Writable) {
       return Status::ReadOnly;
     } else {
       if (!window_.Contains(wanted)) return Status::WrongType;
@@ -78,7 +78,7 @@ class RecordSource final : public WordSource {
   }
 
  private:
-  static constexpr std::size_t kWords = Cells::kWords;
+  static constexpr std::size_t Words = Cells::Words;
 
   // The part of a read or write that falls on one element.
   struct Share {
@@ -112,8 +112,8 @@ class RecordSource final : public WordSource {
 template <class Cells>
 OpenedSource OpenRecords(const Piece& piece, Cells cells, std::size_t available,
                          std::int32_t base = 1) {
-  const Window window = piece.window.value_or(Window{0, Cells::kWords});
-  if (window.End() > Cells::kWords) return {Status::WrongWindow, nullptr};
+  const Window window = piece.window.value_or(Window{0, Cells::Words});
+  if (window.End() > Cells::Words) return {Status::WrongWindow, nullptr};
   const auto size = static_cast<std::size_t>(piece.size);
   if (size % window.length != 0) return {Status::WrongSize, nullptr};
   if (piece.index < base) return {Status::IndexOutOfRange, nullptr};

@@ -7,15 +7,15 @@ namespace {
 
 // In the order of SignalKind. Group outputs reach beyond 4001, where clients find their second
 // block.
-constexpr std::array<std::size_t, kSignalKinds> kCounts{4096, 4096, 64,  64,   64, 64,
-                                                        64,   64,   512, 4200, 512};
+constexpr std::array<std::size_t, SignalKinds> Counts{4096, 4096, 64,  64,   64, 64,
+                                                      64,   64,   512, 4200, 512};
 
 }  // namespace
 
-std::size_t SignalCount(SignalKind kind) { return kCounts[static_cast<std::size_t>(kind)]; }
+std::size_t SignalCount(SignalKind kind) { return Counts[static_cast<std::size_t>(kind)]; }
 
 Signals::Signals() {
-  for (std::size_t kind = 0; kind < kSignalKinds; ++kind) values_[kind].resize(kCounts[kind]);
+  for (std::size_t kind = 0; kind < SignalKinds; ++kind) values_[kind].resize(Counts[kind]);
 }
 
 Status Signals::Check(SignalKind kind, std::int32_t number, std::size_t count) const {

@@ -17,7 +17,7 @@ namespace orif::sim {
 /// has its own numbers from 1 on. Bits come before groups.
 enum class SignalKind { SDO, SDI, RDO, RDI, SO, SI, UO, UI, SDOEx, GO, GI };
 
-inline constexpr std::size_t kSignalKinds = 11;
+inline constexpr std::size_t SignalKinds = 11;
 
 constexpr bool IsGroup(SignalKind kind) { return kind >= SignalKind::GO; }
 
@@ -44,7 +44,7 @@ class Signals {
   std::vector<std::int32_t>& Of(SignalKind kind) { return values_[static_cast<std::size_t>(kind)]; }
   Status Check(SignalKind kind, std::int32_t number, std::size_t count) const;
 
-  std::array<std::vector<std::int32_t>, kSignalKinds> values_;
+  std::array<std::vector<std::int32_t>, SignalKinds> values_;
 };
 
 }  // namespace orif::sim

@@ -21,8 +21,8 @@ namespace orif::sim {
 
 class SimulatedCore final : public Dispatch {
  public:
-  static constexpr std::int32_t kDefaultPort = 60008;
-  static constexpr std::int32_t kDefaultTimeOut = 10000;  // ms
+  static constexpr std::int32_t DefaultPort = 60008;
+  static constexpr std::int32_t DefaultTimeOut = 10000;  // ms
 
   explicit SimulatedCore(Network network) : network_(std::move(network)) {}
 
@@ -54,8 +54,8 @@ class SimulatedCore final : public Dispatch {
 
   Network network_;
   std::string hostName_;
-  std::int32_t port_ = kDefaultPort;
-  std::int32_t timeOut_ = kDefaultTimeOut;
+  std::int32_t port_ = DefaultPort;
+  std::int32_t timeOut_ = DefaultTimeOut;
   std::int16_t clientKey_ = 0;
   std::string lastError_;
 

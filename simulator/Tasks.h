@@ -26,7 +26,7 @@ struct Task {
 class Tasks {
  public:
   /// How many entries the controller shows; those that the list does not have are all zero.
-  static constexpr std::size_t kShown = 64;
+  static constexpr std::size_t Shown = 64;
 
   std::vector<Task>& List() { return list_; }
 

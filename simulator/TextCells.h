@@ -13,16 +13,16 @@ namespace orif::sim {
 
 class TextCells {
  public:
-  static constexpr std::size_t kWords = kWordsPerText;
-  static constexpr ValueKind kKind = ValueKind::Text;
-  static constexpr bool kWritable = true;
+  static constexpr std::size_t Words = WordsPerText;
+  static constexpr ValueKind Kind = ValueKind::Text;
+  static constexpr bool Writable = true;
 
   explicit TextCells(std::span<std::string> texts) : texts_(texts) {}
 
-  void Load(std::size_t index, std::span<Word, kWords> words) const {
+  void Load(std::size_t index, std::span<Word, Words> words) const {
     PutText(texts_[index], words);
   }
-  void Store(std::size_t index, std::span<const Word, kWords> words, Window /*written*/) {
+  void Store(std::size_t index, std::span<const Word, Words> words, Window /*written*/) {
     texts_[index] = GetText(words);
   }
 

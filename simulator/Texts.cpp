@@ -11,10 +11,10 @@ namespace orif::sim {
 namespace {
 
 // Signals that only exist as comments here: weld and analogue ones.
-constexpr std::size_t kOtherSignals = 64;
+constexpr std::size_t OtherSignals = 64;
 
 // In the order of CommentKind.
-constexpr std::array<std::string_view, kCommentKinds> kSymbols{
+constexpr std::array<std::string_view, CommentKinds> Symbols{
     "SR", "R",  "PR", "DI",  "DO",  "RI", "RO", "UI", "UO", "SI",
     "SO", "WI", "WO", "WSI", "WSO", "GI", "GO", "AI", "AO"};
 
@@ -27,7 +27,7 @@ Texts::Texts(std::size_t stringRegisters, std::size_t numericRegisters,
     CommentKind kind;
     std::size_t count;
   };
-  for (auto& texts : comments_) texts.resize(kOtherSignals);
+  for (auto& texts : comments_) texts.resize(OtherSignals);
   for (const Size& size :
        std::initializer_list<Size>{{CommentKind::StringRegister, stringRegisters},
                                    {CommentKind::NumericRegister, numericRegisters},
@@ -47,13 +47,13 @@ Texts::Texts(std::size_t stringRegisters, std::size_t numericRegisters,
 }
 
 OpenedSource Texts::Open(const Piece& piece) {
-  const auto symbol = std::ranges::find(kSymbols, piece.symbol);
-  const bool comment = piece.letters == "C" && symbol != kSymbols.end();
+  const auto symbol = std::ranges::find(Symbols, piece.symbol);
+  const bool comment = piece.letters == "C" && symbol != Symbols.end();
   const bool stringRegister = piece.letters.empty() && piece.symbol == "SR";
   if (!comment && !stringRegister) return {Status::UnknownVariable, nullptr};
   if (piece.factor != Factor::One) return {Status::WrongFactor, nullptr};
   auto& texts =
-      comment ? comments_[static_cast<std::size_t>(symbol - kSymbols.begin())] : stringRegisters_;
+      comment ? comments_[static_cast<std::size_t>(symbol - Symbols.begin())] : stringRegisters_;
   return OpenRecords(piece, TextCells(texts), texts.size());
 }
 

@@ -37,7 +37,7 @@ enum class CommentKind {
   AO
 };
 
-inline constexpr std::size_t kCommentKinds = 19;
+inline constexpr std::size_t CommentKinds = 19;
 
 class Texts {
  public:
@@ -57,7 +57,7 @@ class Texts {
 
  private:
   std::vector<std::string> stringRegisters_;
-  std::array<std::vector<std::string>, kCommentKinds> comments_;
+  std::array<std::vector<std::string>, CommentKinds> comments_;
 };
 
 }  // namespace orif::sim

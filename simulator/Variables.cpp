@@ -13,17 +13,14 @@ namespace {
 template <class T>
 class ValueCells {
  public:
-  static constexpr std::size_t kWords = kWordsPerValue;
-  static constexpr ValueKind kKind =
-      std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
-  static constexpr bool kWritable = true;
+  static constexpr std::size_t Words = WordsPerValue;
+  static constexpr ValueKind Kind = std::is_same_v<T, float> ? ValueKind::Real : ValueKind::Integer;
+  static constexpr bool Writable = true;
 
   explicit ValueCells(T& value) : value_(&value) {}
 
-  void Load(std::size_t /*index*/, std::span<Word, kWords> words) const {
-    PutValue(*value_, words);
-  }
-  void Store(std::size_t /*index*/, std::span<const Word, kWords> words, Window /*written*/) {
+  void Load(std::size_t /*index*/, std::span<Word, Words> words) const { PutValue(*value_, words); }
+  void Store(std::size_t /*index*/, std::span<const Word, Words> words, Window /*written*/) {
     *value_ = GetValue<T>(words);
   }
 
@@ -40,7 +37,7 @@ struct CellsOf {
 
 // The factor under which a value of each type is asked for.
 template <class T>
-constexpr Factor kFactor =
+constexpr Factor FactorOf =
     std::is_same_v<T, std::int32_t> || std::is_same_v<T, std::string> ? Factor::One : Factor::Zero;
 
 }  // namespace
@@ -71,8 +68,8 @@ OpenedSource Variables::Open(const Piece& piece) {
   return std::visit(
       [&piece]<class T>(T& value) -> OpenedSource {
         auto cells = CellsOf{}(value);
-        if (piece.factor != kFactor<T>) return {Status::WrongFactor, nullptr};
-        if (std::cmp_not_equal(piece.size, cells.kWords)) return {Status::WrongSize, nullptr};
+        if (piece.factor != FactorOf<T>) return {Status::WrongFactor, nullptr};
+        if (std::cmp_not_equal(piece.size, cells.Words)) return {Status::WrongSize, nullptr};
         return OpenRecords(piece, std::move(cells), 1, piece.index);
       },
       found->second);

@@ -15,23 +15,23 @@ namespace orif::sim {
 
 using Word = std::int16_t;
 
-/// The data area has the word addresses 1 to kLastAddress.
-inline constexpr std::int32_t kLastAddress = 16383;
+/// The data area has the word addresses 1 to LastAddress.
+inline constexpr std::int32_t LastAddress = 16383;
 
-inline constexpr std::size_t kWordsPerValue = 2;
-inline constexpr std::size_t kWordsPerText = 40;
-inline constexpr std::size_t kBytesPerWord = 2;
+inline constexpr std::size_t WordsPerValue = 2;
+inline constexpr std::size_t WordsPerText = 40;
+inline constexpr std::size_t BytesPerWord = 2;
 
 /// `T` is std::int32_t or float.
 template <class T>
-constexpr void PutValue(T value, std::span<Word, kWordsPerValue> words) {
+constexpr void PutValue(T value, std::span<Word, WordsPerValue> words) {
   const auto bits = std::bit_cast<std::uint32_t>(value);
   words[0] = static_cast<Word>(bits & 0xFFFFu);
   words[1] = static_cast<Word>(bits >> 16);
 }
 
 template <class T>
-constexpr T GetValue(std::span<const Word, kWordsPerValue> words) {
+constexpr T GetValue(std::span<const Word, WordsPerValue> words) {
   const std::uint32_t low = static_cast<std::uint16_t>(words[0]);
   const std::uint32_t high = static_cast<std::uint16_t>(words[1]);
   return std::bit_cast<T>(low | high << 16);
@@ -39,13 +39,13 @@ constexpr T GetValue(std::span<const Word, kWordsPerValue> words) {
 
 /// Fills all of `words`: what of `text` fits, then zeros.
 inline void PutText(std::string_view text, std::span<Word> words) {
-  text = text.substr(0, kBytesPerWord * words.size());
+  text = text.substr(0, BytesPerWord * words.size());
   std::ranges::fill(words, Word{0});
   for (std::size_t i = 0; i < text.size(); ++i) {
     const unsigned byte = static_cast<unsigned char>(text[i]);
-    Word& word = words[i / kBytesPerWord];
-    word = static_cast<Word>(i % kBytesPerWord == 0 ? byte
-                                                    : static_cast<std::uint16_t>(word) | byte << 8);
+    Word& word = words[i / BytesPerWord];
+    word = static_cast<Word>(i % BytesPerWord == 0 ? byte
+                                                   : static_cast<std::uint16_t>(word) | byte << 8);
   }
 }
 

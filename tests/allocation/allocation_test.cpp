@@ -37,7 +37,7 @@ long AllocationsOf(const Action& action) {
 class Allocation : public testing::Test {
  protected:
   Allocation() {
-    EXPECT_TRUE(core.Connect(sim::kDemoHost));
+    EXPECT_TRUE(core.Connect(sim::DemoHost));
     table = core.DataTable();
   }
 
