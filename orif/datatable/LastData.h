@@ -3,8 +3,11 @@
 // is a fault.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "orif/base/ArrayView.h"
@@ -34,6 +37,37 @@ class LastData {
     const std::size_t first = Element(address, 2);
     return {words_[first], words_[first + 1]};
   }
+
+  /// The words of one record, copied for the same reason. What of it lies behind the buffer is
+  /// missing and a fault to ask for; offsets count from 0.
+  template <std::size_t Words>
+  class Record {
+   public:
+    Record(const LastData& data, std::int32_t address) {
+      const std::span<const std::int16_t> rest =
+          std::span(data.words_).subspan(data.Element(address, 0));
+      if (rest.size() < Words) {
+        count_ = rest.size();
+        std::ranges::copy(rest, words_.begin());
+      } else {  // nearly always; copying a fixed number is much faster
+        std::ranges::copy(rest.template first<Words>(), words_.begin());
+      }
+    }
+
+    std::int16_t Word(std::size_t offset) const { return words_[Checked(offset, 1)]; }
+    std::span<std::int16_t, 2> Pair(std::size_t offset) {
+      return std::span<std::int16_t, 2>(words_.data() + Checked(offset, 2), 2);
+    }
+
+   private:
+    std::size_t Checked(std::size_t offset, std::size_t count) const {
+      if (offset + count > count_) throw Fault(Fault::SubscriptOutOfRange);
+      return offset;
+    }
+
+    std::array<std::int16_t, Words> words_;
+    std::size_t count_ = Words;
+  };
 
   /// The text of `words` words from `address` on: two characters a word, the first in its low byte,
   /// up to the first zero character, without the blanks around it. `text` is untouched on a fault.

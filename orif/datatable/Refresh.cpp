@@ -87,22 +87,19 @@ bool DataTable::GetLastDataPos(std::int32_t lngAddress, const PositionOutput& po
   return Guarded(false, [&](bool& result) {
     if (!lastData_.Refreshed()) return trail.Always(", Err Refresh=False");
     const LowerCoreRef lower = Share().Lower();
-    const auto word = [&](std::int32_t offset) { return lastData_.Word(Add(lngAddress, offset)); };
-    const auto real = [&](std::int32_t offset, std::int32_t i) {
-      auto pair = lastData_.Pair(Add(lngAddress, offset + i * PositionRecord::FloatWords));
-      return lower->ShortToFloat(pair);
-    };
+    LastData::Record<PositionRecord::Words> record(lastData_, lngAddress);
     for (std::int32_t i = 0; i < PositionRecord::FloatCount; ++i) {
-      position.Xyzwpr(i) = real(PositionRecord::Xyzwpr, i);
-      position.Joint(i) = real(PositionRecord::Joint, i);
+      const std::int32_t offset = i * PositionRecord::FloatWords;
+      position.Xyzwpr(i) = lower->ShortToFloat(record.Pair(PositionRecord::Xyzwpr + offset));
+      position.Joint(i) = lower->ShortToFloat(record.Pair(PositionRecord::Joint + offset));
     }
     for (std::int32_t i = 0; i < PositionRecord::ConfigCount; ++i) {
-      position.Config(i) = word(PositionRecord::Config + i);
+      position.Config(i) = record.Word(PositionRecord::Config + i);
     }
-    position.ValidC = word(PositionRecord::ValidC);
-    position.ValidJ = word(PositionRecord::ValidJ);
-    position.UF = word(PositionRecord::UF);
-    position.UT = word(PositionRecord::UT);
+    position.ValidC = record.Word(PositionRecord::ValidC);
+    position.ValidJ = record.Word(PositionRecord::ValidJ);
+    position.UF = record.Word(PositionRecord::UF);
+    position.UT = record.Word(PositionRecord::UT);
     result = true;
   });
 }

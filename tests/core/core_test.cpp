@@ -79,8 +79,20 @@ TEST_F(CoreTest, ClearAlarmSendsTheCommandWhileConnected) {
 TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
   RUN(core.TimeOutValue(50), core.PortNumber(-1));
   lower->On(DispId::TimeOutValue, 1234);
-  lower->On(DispId::PortNumber, [](auto) { return Text("8080"); });
-  RUN(core.TimeOutValue(), core.PortNumber());
+  RUN(core.TimeOutValue());
+  const std::array<OrvexValue, 8> results{{{},
+                                           {ORVEX_I2, 0, 0, {.i2 = -2}},
+                                           {ORVEX_R4, 0, 0, {.r4 = 2.5f}},
+                                           {ORVEX_R8, 0, 0, {.r8 = 3e9}},
+                                           {ORVEX_BOOLEAN, 0, 0, {.boolean = -1}},
+                                           Text("8080"),
+                                           Text(""),
+                                           {ORVEX_I2 | ORVEX_BYREF, 0, 1, {}}}};
+  for (const OrvexValue& result : results) {
+    Say(("the port is a result of kind " + std::to_string(result.kind)).c_str());
+    lower->On(DispId::PortNumber, [result](auto) { return result; });
+    RUN(core.PortNumber());
+  }
   lower->Throw(DispId::PortNumber, "broken");
   RUN(core.PortNumber());
 }
