@@ -31,8 +31,8 @@ class ArrayView {
     if (Count() < 0 || (Count() > 0 && first == nullptr)) throw Fault(Fault::SubscriptOutOfRange);
   }
 
-  // The forms that a C++ program has at hand; their lower bound is 0.
   // NOLINTBEGIN(google-explicit-constructor, hicpp-explicit-conversions): meant to convert
+  /// The forms that a C++ program has at hand; their lower bound is 0.
   constexpr ArrayView(std::span<T> elements) : ArrayView(elements.data(), elements.size()) {}
   template <std::size_t N>
   constexpr ArrayView(T (&elements)[N]) : ArrayView(elements, N) {}
@@ -45,11 +45,13 @@ class ArrayView {
       : ArrayView(elements.data(), elements.size()) {}
   constexpr ArrayView(const std::vector<Element>& elements) requires std::is_const_v<T>
       : ArrayView(elements.data(), elements.size()) {}
+  /// An input taken from an array that could be written; the bounds stay.
   template <std::same_as<Element> U>
   constexpr ArrayView(const ArrayView<U>& other) requires std::is_const_v<T>
       : first_(other.First()), lower_(other.LowerBound()), upper_(other.UpperBound()) {}
   // NOLINTEND(google-explicit-constructor, hicpp-explicit-conversions)
 
+  /// The index of the first element, and of the last.
   constexpr std::int32_t LowerBound() const { return lower_; }
   constexpr std::int32_t UpperBound() const { return upper_; }
 

@@ -14,6 +14,7 @@ class ORIF_EXPORT Fault : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 
+  /// The descriptions of the library's own faults, in the platform's words.
   static constexpr const char* Overflow = "Overflow";
   static constexpr const char* OutOfMemory = "Out of memory";
   static constexpr const char* SubscriptOutOfRange = "Subscript out of range";

@@ -19,14 +19,16 @@ namespace orif {
 
 class ORIF_EXPORT Variant {
  public:
+  /// An array as a value; its first element has the index `lowerBound`.
   template <class T>
   struct Array {
-    std::vector<T> elements;
-    std::int32_t lowerBound = 0;
-    bool operator==(const Array&) const = default;
+    std::vector<T> elements;                        ///< of std::int32_t or float
+    std::int32_t lowerBound = 0;                    ///< any number
+    bool operator==(const Array&) const = default;  ///< bounds and elements
   };
 
   // NOLINTBEGIN(google-explicit-constructor, hicpp-explicit-conversions): meant to convert
+  /// The empty value, and a value of exactly the type that is given; a text is copied.
   Variant() = default;
   Variant(std::same_as<bool> auto value) : value_(value) {}
   Variant(std::int16_t value) : value_(value) {}
@@ -52,8 +54,8 @@ class ORIF_EXPORT Variant {
   /// A boolean, an integer or a real; text that reads as a number is not one.
   bool IsNumeric() const;
 
-  // Conversions. They throw a Fault: "Overflow" out of range, "Type mismatch" for what does not
-  // convert.
+  /// The value converted: halves round to the even number, numeric text is read, True is -1. Throws
+  /// a Fault: "Overflow" out of range, "Type mismatch" for what does not convert.
   std::int32_t ToInt32() const;
   float ToFloat() const;
   double ToDouble() const;
@@ -71,6 +73,7 @@ class ORIF_EXPORT Variant {
             Narrow<std::int32_t>(std::int64_t{array->lowerBound} + count - 1)};
   }
 
+  /// The same type and the same value.
   bool operator==(const Variant&) const = default;
 
  private:

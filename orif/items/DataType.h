@@ -5,6 +5,8 @@
 
 namespace orif {
 
+/// The kinds, with the member of DataTable that registers each. STRREG_COMMENT to AO_COMMENT are
+/// the comments of registers and signals.
 // NOLINTNEXTLINE(performance-enum-size): 32 bits are part of the interface
 enum ORIF_DATA_TYPE : std::int32_t {
   NUMREG_INT = 0,       ///< numeric registers as 32-bit integers: DataTable::AddNumReg

@@ -11,13 +11,13 @@
 extern "C" {
 #endif
 
-/* Raised whenever anything in this header changes; library and component must agree exactly. */
+/** Raised whenever anything in this header changes; library and component must agree exactly. */
 #define ORVEX_COMMLIB_VERSION 1u
 
-/* The name under which a component exports its OrvexCommLibEntry. */
+/** The name under which a component exports its OrvexCommLibEntry. */
 #define ORVEX_COMMLIB_ENTRY "OrvexCommLibEntry"
 
-/* What an OrvexValue holds: the automation codes. ORVEX_BYREF is added to a kind for a reference.
+/** What an OrvexValue holds: the automation codes. ORVEX_BYREF is added to a kind for a reference.
  */
 enum OrvexKind {
   ORVEX_EMPTY = 0,
@@ -30,10 +30,10 @@ enum OrvexKind {
   ORVEX_BYREF = 0x4000
 };
 
-/* How an operation is invoked. */
+/** How an operation is invoked. */
 enum OrvexCall { ORVEX_METHOD = 1, ORVEX_GET = 2, ORVEX_PUT = 4 };
 
-/* One argument or result.
+/** One argument or result.
  *
  * By value: i2, i4, r4, r8, boolean (-1 true, 0 false), or text with `count` bytes (not ended by a
  * zero byte). By reference: the pointer of the kind, and in `count` how many elements may be read
@@ -41,9 +41,9 @@ enum OrvexCall { ORVEX_METHOD = 1, ORVEX_GET = 2, ORVEX_PUT = 4 };
  * reference is the caller's own variable: it is read, never written. Nothing that an argument
  * points at may be used after the call has returned. */
 typedef struct OrvexValue {
-  uint16_t kind;
-  uint16_t reserved;
-  int32_t count;
+  uint16_t kind;     /**< an OrvexKind, with ORVEX_BYREF added for a reference */
+  uint16_t reserved; /**< 0 */
+  int32_t count;     /**< bytes of a text, elements behind a reference, else 0 */
   union {
     int16_t i2;
     int32_t i4;
@@ -54,30 +54,33 @@ typedef struct OrvexValue {
     int16_t* i2Ref;
     int32_t* i4Ref;
     float* r4Ref;
-  } as;
+  } as; /**< the member of the kind */
 } OrvexValue;
 
-/* What a component offers. `object` is the component's own handle of one core object.
- *
- * create   makes a core object; null on failure, with the reason in *fault as a text.
- * release  ends it; called once per object, never during one of its calls.
- * lookup   gives the number of a named operation; 0 found, anything else unknown.
- * invoke   carries out an operation; 0 done with its result in *result (empty where it has none),
- * anything else failed with the description in *result as a text. A refusal by the controller is
- * not a failure here: it is a status in the result.
- *
- * A text in *result or *fault belongs to the component and stays as it is until the next call on
- * the object (for create: until the next create). */
+/** What a component offers. `object` is the component's own handle of one core object. A text in
+ * *result or *fault belongs to the component and stays as it is until the next call on the object
+ * (for create: until the next create). */
 typedef struct OrvexCommLib {
+  /** ORVEX_COMMLIB_VERSION */
   uint32_t version;
+
+  /** Makes a core object; null on failure, with the reason in *fault as a text. */
   void* (*create)(OrvexValue* fault);
+
+  /** Ends it; called once per object, never during one of its calls. */
   void (*release)(void* object);
+
+  /** Gives the number of a named operation; 0 found, anything else unknown. */
   int32_t (*lookup)(void* object, const char* name, int32_t* id);
+
+  /** Carries out an operation; 0 done with its result in *result (empty where it has none),
+   * anything else failed with the description in *result as a text. A refusal by the controller is
+   * not a failure here: it is a status in the result. */
   int32_t (*invoke)(void* object, int32_t id, uint16_t call, const OrvexValue* arguments,
                     int32_t count, OrvexValue* result);
 } OrvexCommLib;
 
-/* The entry point: the table for the wanted version, or null when the component cannot serve it.
+/** The entry point: the table for the wanted version, or null when the component cannot serve it.
  * The table lives as long as the component is loaded, which is until the process ends. */
 typedef const OrvexCommLib* (*OrvexCommLibEntryFunction)(uint32_t version);
 

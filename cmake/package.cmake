@@ -1,0 +1,49 @@
+# What is installed, and the Debian package. The simulated controller comes with the development files, so that a
+# program can be written and tested without a robot.
+include(CMakePackageConfigHelpers)
+
+set(cmake_files ${CMAKE_INSTALL_LIBDIR}/cmake/orif)
+
+install(TARGETS orif_shared orif_static orif_simulator EXPORT orifTargets)
+install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orif)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/orif ${PROJECT_BINARY_DIR}/generated/orif
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orif-simulator
+  FILES_MATCHING PATTERN "*.h" PATTERN "scenario" EXCLUDE)
+
+install(EXPORT orifTargets NAMESPACE orif:: DESTINATION ${cmake_files})
+configure_package_config_file(cmake/orifConfig.cmake.in orifConfig.cmake
+  INSTALL_DESTINATION ${cmake_files})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/orifConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/orifConfig.cmake ${PROJECT_BINARY_DIR}/orifConfigVersion.cmake
+  DESTINATION ${cmake_files})
+
+# The .pc files find their prefix from where they stand, so a tree that was moved or unpacked works as it is.
+file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+foreach(name orif orif-simulator)
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
+
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.cpp" PATTERN "*.json")
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_CONTACT "orif maintainers <maintainers@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Robot-controller interface library and tool")
+set(CPACK_PACKAGE_DESCRIPTION "Reads and writes the data of robot controllers: registers, positions, texts, system
+variables, tasks, alarms and signals. Contains the library with its development files, a simulated controller, and the
+command-line tool orif.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS gnuplot-nox)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+include(CPack)

@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Sets up what is missing and makes the site of the public headers and of docs/ in build/docs/html/; fails at the first
+# warning, so a public declaration without a comment is one.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh doxygen
+mkdir -p build/docs
+doxygen docs/Doxyfile
+echo "build/docs/html/index.html"
