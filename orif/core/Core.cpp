@@ -41,6 +41,7 @@ Core::Core(const DispatchFactory& factory) noexcept
   modOrif::CountCore(+1);
   if (created) {
     Guarded([&] {
+      share_.Lower()->SetClientID(clientKey_);
       const std::int32_t port = modOrif::IntegerSetting("PortNumber", -1);
       if (port > 0) share_.Lower()->PortNumber(port);
     });
@@ -62,9 +63,7 @@ Core::~Core() {
 void Core::CreateLowerCore() {
   auto object = factory_ ? factory_() : nullptr;
   if (object == nullptr) throw Fault(Fault::ObjectNotSet);
-  LowerCoreRef lowerCore(std::move(object));
-  lowerCore->SetClientID(clientKey_);
-  share_.lowerCore = std::move(lowerCore);  // only one that knows its client
+  share_.lowerCore = LowerCoreRef(std::move(object));
 }
 
 bool Core::Connect(std::string_view HostName) noexcept {
@@ -75,6 +74,7 @@ bool Core::Connect(std::string_view HostName) noexcept {
     if (connectState_ != NotConnected) return trail.Always(", Err reconnect not available");
     if (!share_.lowerCore) {
       CreateLowerCore();
+      share_.Lower()->SetClientID(clientKey_);
       trail.Always(", Create LibCore");
     }
     std::string hostName(

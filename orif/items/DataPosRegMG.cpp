@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "orif/items/ArrayChecks.h"
@@ -47,7 +48,10 @@ std::optional<std::vector<DataPosRegMG::MotionGroup>> DataPosRegMG::ParseGroups(
       std::string entry(piece.substr(1));
       const std::optional<double> axes = convert::Number(entry);
       if (!axes || *axes != std::floor(*axes)) return std::nullopt;
-      groups.push_back({.entry = std::move(entry), .axes = convert::ToInt32(*axes)});
+      using Limits = std::numeric_limits<std::int32_t>;
+      groups.push_back({.entry = std::move(entry),
+                        .axes = static_cast<std::int32_t>(
+                            std::clamp<double>(*axes, Limits::min(), Limits::max()))});
     } else {
       return std::nullopt;
     }
@@ -97,7 +101,8 @@ std::optional<std::vector<std::string>> DataPosRegMG::GetSetasg() noexcept {
       trail.Always(", ASG=", piece);
       pieces.push_back(std::move(piece));
     }
-    if (total <= MostWords) staged_.assign(Narrow<std::size_t>(total), 0);
+    // What is 0 or less is the controller's to refuse.
+    if (total <= MostWords) staged_.assign(static_cast<std::size_t>(std::max<int>(total, 0)), 0);
     result = std::move(pieces);
   });
 }

@@ -26,10 +26,10 @@ bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::in
                  ",EndIndex=", EndIndex);
     const RegisterRange range{Group, StartIndex, EndIndex};
     if (!range.Check(trail, DataType == POSREG_XYZWPR)) return;
-    const std::int64_t registers = std::int64_t{EndIndex} - StartIndex + 1;
-    if (registers <= MostWords / CartesianWords) {
-      xyzwpr_.assign(static_cast<std::size_t>(registers * FloatCount), 0);
-      config_.assign(static_cast<std::size_t>(registers * ConfigCount), 0);
+    const std::int32_t floats = Multiply(range.Length(), FloatCount);
+    if (range.Length() <= MostWords / CartesianWords) {
+      xyzwpr_.assign(static_cast<std::size_t>(floats), 0);
+      config_.assign(static_cast<std::size_t>(range.Length() * ConfigCount), 0);
     }
     SetDataType(DataType);
     range_ = range;

@@ -21,10 +21,8 @@ bool DataString::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std:
     if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
       return trail.Always(", Err invalid index ");
     }
-    const std::int64_t texts = std::int64_t{EndIndex} - StartIndex + 1;
-    if (texts <= MostWords / TextWords) {
-      words_.resize(static_cast<std::size_t>(texts * TextWords + 1));
-    }
+    const std::int32_t words = Multiply(RangeLength(StartIndex, EndIndex), TextWords);
+    if (words <= MostWords) words_.resize(static_cast<std::size_t>(words) + 1);
     dataSymbol_ = DataSymbol;
     SetDataType(DataType);
     startIndex_ = StartIndex;
