@@ -1,0 +1,35 @@
+// How values are written: for a table, for a CSV file, for JSON. A text is passed on byte by byte
+// but for JSON, where bytes that are no UTF-8 become the replacement character.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tools/orif/Readout.h"
+
+namespace orif::tool {
+
+/// For a table: "on" and "off", reals with as many digits as they need, "-" for no value. Control
+/// characters of a text become "?", so that a terminal stays as it is.
+std::string TableText(const Value& value);
+
+/// The shortest text that reads back as the same real.
+std::string RealText(float value);
+
+/// For a field of a CSV line: 1 and 0, an empty text for no value.
+std::string CsvText(const Value& value);
+
+/// A line of CSV (RFC 4180) with its line end; fields are quoted where that is needed.
+std::string CsvLine(std::span<const std::string> fields);
+
+using Json = nlohmann::ordered_json;
+
+/// Numbers as numbers, null for no value and for what is no finite number.
+Json ToJson(const Value& value);
+
+/// With line breaks and a line end.
+std::string JsonText(const Json& json);
+
+}  // namespace orif::tool
