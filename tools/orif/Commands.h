@@ -9,5 +9,8 @@ class App;
 namespace orif::tool {
 
 void AddReadCommand(CLI::App& app);
+void AddWriteCommand(CLI::App& app);
+void AddAlarmsCommand(CLI::App& app);
+void AddTasksCommand(CLI::App& app);
 
 }  // namespace orif::tool
