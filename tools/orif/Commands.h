@@ -12,5 +12,6 @@ void AddReadCommand(CLI::App& app);
 void AddWriteCommand(CLI::App& app);
 void AddAlarmsCommand(CLI::App& app);
 void AddTasksCommand(CLI::App& app);
+void AddSimulateCommand(CLI::App& app);
 
 }  // namespace orif::tool

@@ -26,6 +26,7 @@ namespace {
 constexpr std::size_t LongestText = 80;  // bytes
 
 constexpr std::size_t CartesianParts = 6;  // X to R; with E1 to E3 they are all of them
+constexpr std::size_t ArmAxes = 6;  // what a new joint form has at least: no axis moves unnamed
 constexpr auto Cartesian =
     std::to_array<std::string_view>({"X", "Y", "Z", "W", "P", "R", "E1", "E2", "E3"});
 constexpr auto Joint =
@@ -314,9 +315,9 @@ void CompletePosition(Change& change, const Readout& readout, const Item& item) 
   const bool hasCartesian = std::holds_alternative<float>(parts.At(Cartesian[0]));
   const bool hasJoint = std::holds_alternative<float>(parts.At(Joint[0]));
   if (change.NamesAny(Joint) || (framesOnly && !hasCartesian && hasJoint)) {
-    std::size_t count = 1;
+    std::size_t count = hasJoint ? 1 : ArmAxes;
     for (std::size_t i = 0; i < Joint.size(); ++i) {
-      if (named(Joint[i])) count = i + 1;
+      if (named(Joint[i])) count = std::max(count, i + 1);
     }
     position.joint = parts.Reals(std::span(Joint).first(count), count);
     return;
@@ -437,7 +438,7 @@ void AddWriteCommand(CLI::App& app) {
   const auto options = std::make_shared<WriteOptions>();
   command->add_option("assignments", options->assignments, "What to write, for example R[3]=5")
       ->required()
-      ->type_name("ITEM=VALUE");
+      ->option_text("ITEM=VALUE");
   command->add_flag("--yes", options->yes, "Write without a question");
   options->connection = AddConnectionOptions(*command);
   command->footer(
