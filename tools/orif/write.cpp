@@ -272,11 +272,12 @@ class Parts {
 
   Value At(std::string_view field) const {
     const auto named = change_.parts.find(std::string(field));
-    if (named != change_.parts.end()) return named->second;
-    for (std::size_t i = item_.first; i < item_.first + item_.count; ++i) {
-      if (readout_.Columns()[i].field == field) return readout_.Values()[i];
-    }
-    return {};
+    return named != change_.parts.end() ? named->second : Before(field);
+  }
+
+  /// Whether the controller has the form that the field belongs to.
+  bool HasForm(std::string_view field) const {
+    return std::holds_alternative<float>(Before(field));
   }
 
   std::vector<float> Reals(std::span<const std::string_view> fields, std::size_t required) const {
@@ -284,8 +285,10 @@ class Parts {
     for (const std::string_view field : fields) {
       const Value value = At(field);
       if (values.size() < required && !std::holds_alternative<float>(value)) {
-        change_.Refuse(change_.Name() + " has no such form yet; name all parts from " +
-                       std::string(fields[0]) + " to " + std::string(fields[required - 1]));
+        change_.Refuse(change_.Name() + " has no " +
+                       (fields[0] == Joint[0] ? "joint" : "cartesian") +
+                       " form yet; name all parts from " + std::string(fields[0]) + " to " +
+                       std::string(fields[required - 1]));
       }
       values.push_back(std::holds_alternative<float>(value) ? std::get<float>(value) : 0);
     }
@@ -297,6 +300,13 @@ class Parts {
   }
 
  private:
+  Value Before(std::string_view field) const {
+    for (std::size_t i = item_.first; i < item_.first + item_.count; ++i) {
+      if (readout_.Columns()[i].field == field) return readout_.Values()[i];
+    }
+    return {};
+  }
+
   const Change& change_;
   const Readout& readout_;
   const Item& item_;
@@ -312,9 +322,8 @@ void CompletePosition(Change& change, const Readout& readout, const Item& item) 
     return change.parts.contains(std::string(name));
   };
   const bool framesOnly = !change.NamesAny(Cartesian) && !change.NamesAny(Joint) && !named(Config);
-  const bool hasCartesian = std::holds_alternative<float>(parts.At(Cartesian[0]));
-  const bool hasJoint = std::holds_alternative<float>(parts.At(Joint[0]));
-  if (change.NamesAny(Joint) || (framesOnly && !hasCartesian && hasJoint)) {
+  const bool hasJoint = parts.HasForm(Joint[0]);
+  if (change.NamesAny(Joint) || (framesOnly && !parts.HasForm(Cartesian[0]) && hasJoint)) {
     std::size_t count = hasJoint ? 1 : ArmAxes;
     for (std::size_t i = 0; i < Joint.size(); ++i) {
       if (named(Joint[i])) count = std::max(count, i + 1);
