@@ -6,6 +6,7 @@
 #include <regex>
 #include <utility>
 
+#include "orif/base/Guard.h"
 #include "orif/diag/modOrif.h"
 #include "orif/lowerlayer/LowerCore.h"
 #include "simulator/Demo.h"
@@ -22,6 +23,7 @@ constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
 // second one tell where that is.
 void PrintTrail(std::ostream& out) {
   const std::string trail = std::regex_replace(modOrif::AllMessages(), std::regex("\r\n"), "\n");
+  if (trail.empty()) return;
   const std::regex lineStart(R"([0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]+ \[)");
   std::smatch second;
   const std::size_t first = trail.find('[') + 1;
