@@ -42,7 +42,8 @@ void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments
   if (std::ranges::find(commands, arguments.front()) != commands.end()) return;
   throw orif::tool::Error(Exit::Usage, "there is no command " + arguments.front() +
                                            "; nearest is " +
-                                           orif::tool::Nearest(arguments.front(), commands));
+                                           orif::tool::Nearest(arguments.front(), commands) +
+                                           " (orif --help lists them)");
 }
 
 int Run(int argc, char** argv) {
