@@ -5,7 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:-debug}
 
-scripts/setup.sh g++ cmake ninja-build libgtest-dev libgmock-dev
+scripts/setup.sh g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev nlohmann-json3-dev \
+  libsqlite3-dev gnuplot-nox
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
 ctest --preset "$preset"

@@ -1,6 +1,8 @@
 #include "simulator/Alarms.h"
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 #include "simulator/RecordSource.h"
 
@@ -38,7 +40,64 @@ class AlarmCells {
   const std::vector<Alarm>* alarms_;
 };
 
+// The simulated time begins with the year 2026.
+Alarm Dated(Alarm alarm, Time time) {
+  using std::chrono::days;
+  constexpr std::chrono::sys_days Start = std::chrono::year(2026) / 1 / 1;
+  const auto day = std::chrono::floor<days>(Start + time);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss clock(Start + time - day);
+  alarm.year = static_cast<std::int16_t>(static_cast<int>(date.year()));
+  alarm.month = static_cast<std::int16_t>(static_cast<unsigned>(date.month()));
+  alarm.day = static_cast<std::int16_t>(static_cast<unsigned>(date.day()));
+  alarm.hour = static_cast<std::int16_t>(clock.hours().count());
+  alarm.minute = static_cast<std::int16_t>(clock.minutes().count());
+  alarm.second = static_cast<std::int16_t>(clock.seconds().count());
+  return alarm;
+}
+
 }  // namespace
+
+void Alarms::Add(Alarm alarm, const Schedule& schedule, Time now) {
+  scheduled_.push_back({std::move(alarm), schedule});
+  Happen({&scheduled_.back(), 1}, BeforeStart, now);
+}
+
+void Alarms::Happen(std::span<const Scheduled> alarms, Time before, Time now) {
+  struct Event {
+    Time time;
+    Alarm alarm;
+    void (Alarms::*action)(const Alarm&);
+  };
+  std::vector<Event> events;
+  for (const auto& [alarm, schedule] : alarms) {
+    const auto dated = [&alarm = alarm, &schedule = schedule](std::int64_t number) {
+      return Dated(alarm, schedule.Begin(number));
+    };
+    for (auto i = schedule.Begun(before); i < schedule.Begun(now); ++i) {
+      events.push_back({schedule.Begin(i), dated(i), &Alarms::Come});
+    }
+    for (auto i = schedule.Ended(before); i < schedule.Ended(now); ++i) {
+      events.push_back({schedule.Begin(i) + schedule.length, dated(i), &Alarms::Go});
+    }
+  }
+  std::ranges::stable_sort(events, {}, &Event::time);
+  for (const Event& event : events) (this->*event.action)(event.alarm);
+}
+
+void Alarms::Come(const Alarm& alarm) {
+  auto& active = List(AlarmList::Active);
+  auto& history = List(AlarmList::History);
+  active.insert(active.begin(), alarm);
+  history.insert(history.begin(), alarm);
+  history.resize(std::min(history.size(), Shown));
+}
+
+void Alarms::Go(const Alarm& alarm) {
+  auto& active = List(AlarmList::Active);
+  const auto found = std::ranges::find(active, alarm);
+  if (found != active.end()) active.erase(found);
+}
 
 OpenedSource Alarms::Open(const Piece& piece) {
   struct Name {

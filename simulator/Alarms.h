@@ -6,9 +6,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "simulator/Schedule.h"
 #include "simulator/WordSource.h"
 
 namespace orif::sim {
@@ -30,6 +32,8 @@ struct Alarm {
   std::string message = {};          // the words show up to 80 bytes
   std::string causeMessage = {};     // up to 80 bytes
   std::string severityMessage = {};  // up to 18 bytes
+
+  bool operator==(const Alarm&) const = default;
 };
 
 enum class AlarmList { Active, Password, History };
@@ -41,11 +45,29 @@ class Alarms {
 
   std::vector<Alarm>& List(AlarmList list) { return lists_[static_cast<std::size_t>(list)]; }
 
+  /// An alarm that comes and goes: when it comes, it is the first of the active ones and of the
+  /// history, with the date of that time; when it goes, it is no longer active. The history keeps
+  /// the latest `Shown`.
+  void Add(Alarm alarm, const Schedule& schedule, Time now);
+
+  /// Lets come and go what does so after `before` and up to `now`, in the order of time.
+  void Advance(Time before, Time now) { Happen(scheduled_, before, now); }
+
   /// "ALM[1]" shows the active alarms, "ALM[P1]" the password alarms, "ALM[E1]" the history.
   OpenedSource Open(const Piece& piece);
 
  private:
+  struct Scheduled {
+    Alarm alarm;
+    Schedule schedule;
+  };
+
+  void Happen(std::span<const Scheduled> alarms, Time before, Time now);
+  void Come(const Alarm& alarm);
+  void Go(const Alarm& alarm);
+
   std::array<std::vector<Alarm>, 3> lists_;
+  std::vector<Scheduled> scheduled_;
 };
 
 }  // namespace orif::sim

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 
 #include "simulator/Piece.h"
 
@@ -12,6 +13,19 @@ Controller::Controller(const Layout& layout)
       positionRegisters_(layout.motionGroups, layout.positionRegisters),
       currentPositions_(layout.motionGroups, layout.userFrames),
       texts_(layout.stringRegisters, layout.numericRegisters, layout.positionRegisters) {}
+
+void Controller::Add(Behaviour behaviour) {
+  behaviour(*this, BeforeStart, now_);
+  behaviours_.push_back(std::move(behaviour));
+}
+
+void Controller::Advance(Time by) {
+  if (by < Time::zero()) throw std::invalid_argument("Time does not pass backwards");
+  const Time before = std::exchange(now_, now_ + by);
+  for (const Behaviour& behaviour : behaviours_) behaviour(*this, before, now_);
+  alarms_.Advance(before, now_);
+  misbehaviour_.Advance(now_);
+}
 
 OpenedSource Controller::Open(const Piece& piece) {
   if (piece.symbol.starts_with('$')) return variables_.Open(piece);

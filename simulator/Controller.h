@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "simulator/Alarms.h"
+#include "simulator/Behaviour.h"
 #include "simulator/Misbehaviour.h"
 #include "simulator/NumericRegisters.h"
 #include "simulator/Positions.h"
@@ -78,6 +79,15 @@ class Controller {
   /// Failing, answering late, losing connections.
   Misbehaviour& Misbehave() { return misbehaviour_; }
 
+  /// What the controller does by itself from now on, as if it had done so since its time began.
+  void Add(Behaviour behaviour);
+  void Add(Alarm alarm, const Schedule& schedule) { alarms_.Add(std::move(alarm), schedule, now_); }
+
+  /// Lets time pass; it begins with 0 and passes in no other way. Throws std::invalid_argument for
+  /// a negative time.
+  void Advance(Time by);
+  Time Now() const { return now_; }
+
   /// What core objects do with a controller: open the data that a piece names, carry out a command
   /// line ("CLRALM", or "CLRALM" with a number above 0), read and write runs of signals.
   OpenedSource Open(const Piece& piece);
@@ -95,6 +105,8 @@ class Controller {
   sim::Signals signals_;
   std::vector<std::string> commands_;
   Misbehaviour misbehaviour_;
+  std::vector<Behaviour> behaviours_;
+  Time now_{};
 };
 
 }  // namespace orif::sim

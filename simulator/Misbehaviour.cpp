@@ -20,6 +20,24 @@ void Misbehaviour::Stop() {
   delay_ = 0;
 }
 
+std::int32_t Misbehaviour::Delay() const {
+  std::int32_t delay = delay_;
+  for (const LateAnswers& late : delays_) {
+    if (late.schedule.IsOn(now_)) delay = std::max(delay, late.milliseconds);
+  }
+  return delay;
+}
+
+bool Misbehaviour::LinkIsDown() const {
+  return std::ranges::any_of(drops_, [this](const Schedule& drop) { return drop.IsOn(now_); });
+}
+
+std::int64_t Misbehaviour::Losses() const {
+  std::int64_t losses = losses_;
+  for (const Schedule& drop : drops_) losses += drop.Begun(now_);
+  return losses;
+}
+
 std::optional<Failure> Misbehaviour::Take(std::string_view operation) {
   const auto order = std::ranges::find(orders_, operation, &Order::operation);
   if (order == orders_.end()) return std::nullopt;

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/Schedule.h"
+
 namespace orif::sim {
 
 /// An answer given instead of carrying an operation out. `status` may be any number, 0 and positive
@@ -28,17 +30,29 @@ class Misbehaviour {
   /// Answers every operation but Disconnect `milliseconds` after it was asked; one that is later
   /// than the caller's time-out is refused and not carried out.
   void AnswerAfter(std::int32_t milliseconds) { delay_ = milliseconds; }
+  /// The same while `schedule` is on. The longest of several delays counts.
+  void AnswerAfter(std::int32_t milliseconds, const Schedule& schedule) {
+    delays_.push_back({milliseconds, schedule});
+  }
 
   /// Drops every connection: transfers are refused until the core object connects again.
   void LoseConnections() { ++losses_; }
 
-  /// Forgets the failures and the delay that were asked for. Lost connections stay lost.
+  /// Takes the link down while `schedule` is on: when that begins every connection is lost, and
+  /// until it ends none can be made.
+  void DropLink(const Schedule& schedule) { drops_.push_back(schedule); }
+
+  /// Forgets the failures and the delay that were asked for, not what is scheduled. Lost
+  /// connections stay lost.
   void Stop();
 
-  std::int32_t Delay() const { return delay_; }
+  void Advance(Time now) { now_ = now; }
+
+  std::int32_t Delay() const;
+  bool LinkIsDown() const;
 
   /// Changes with every loss; a connection made under another number is gone.
-  std::uint32_t Losses() const { return losses_; }
+  std::int64_t Losses() const;
 
   /// Takes the failure that the next call of `operation` is to answer, if there is one.
   std::optional<Failure> Take(std::string_view operation);
@@ -50,9 +64,17 @@ class Misbehaviour {
     int times = 0;
   };
 
+  struct LateAnswers {
+    std::int32_t milliseconds = 0;
+    Schedule schedule;
+  };
+
   std::vector<Order> orders_;
+  std::vector<LateAnswers> delays_;
+  std::vector<Schedule> drops_;
   std::int32_t delay_ = 0;
-  std::uint32_t losses_ = 0;
+  std::int64_t losses_ = 0;
+  Time now_{};
 };
 
 }  // namespace orif::sim

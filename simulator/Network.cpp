@@ -21,6 +21,7 @@ std::string LowerCase(std::string_view text) {
 
 struct Network::Hosts {
   std::map<std::string, std::shared_ptr<Controller>> byName;
+  Time now{};
 };
 
 Network::Network() : hosts_(std::make_shared<Hosts>()) {}
@@ -36,6 +37,14 @@ std::shared_ptr<Controller> Network::Find(std::string_view host) const {
   const auto found = hosts_->byName.find(LowerCase(host));
   return found == hosts_->byName.end() ? nullptr : found->second;
 }
+
+void Network::Advance(std::chrono::milliseconds by) {
+  if (by < Time::zero()) throw std::invalid_argument("Time does not pass backwards");
+  hosts_->now += by;
+  for (const auto& [host, controller] : hosts_->byName) controller->Advance(by);
+}
+
+std::chrono::milliseconds Network::Now() const { return hosts_->now; }
 
 DispatchFactory Network::Factory() const {
   return [network = *this] { return std::make_shared<SimulatedCore>(network); };

@@ -3,6 +3,7 @@
 // core objects made from it, share its controllers and keep them alive. One thread at a time.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,6 +23,11 @@ class Network {
 
   /// The controller of that name, empty when there is none.
   std::shared_ptr<Controller> Find(std::string_view host) const;
+
+  /// Lets `by` pass for all controllers; nothing else does. Throws std::invalid_argument for a
+  /// negative time.
+  void Advance(std::chrono::milliseconds by);
+  std::chrono::milliseconds Now() const;
 
   /// Makes core objects that reach these controllers.
   DispatchFactory Factory() const;

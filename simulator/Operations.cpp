@@ -44,6 +44,7 @@ struct SimulatedCore::Handlers {
     core.DropConnection();
     auto controller = core.network_.Find(core.hostName_);
     if (!controller) return core.Answer(Status::UnknownHost);
+    if (controller->Misbehave().LinkIsDown()) return core.Answer(Status::LinkDown);
     if (const auto obstacle = core.Obstacle("Connect", *controller)) return core.Answer(*obstacle);
     core.losses_ = controller->Misbehave().Losses();
     core.controller_ = std::move(controller);

@@ -60,8 +60,8 @@ class SimulatedCore final : public Dispatch {
   std::string lastError_;
 
   std::shared_ptr<Controller> controller_;  // empty while not connected
-  std::uint32_t losses_ = 0;  // the controller's number of losses when the connection was made
-  AssignmentMap map_;         // refers to the controller's data
+  std::int64_t losses_ = 0;  // the controller's number of losses when the connection was made
+  AssignmentMap map_;        // refers to the controller's data
   std::vector<Word> scratch_;
 };
 

@@ -18,6 +18,7 @@ constexpr auto Texts = std::to_array<Entry>({
     {Status::ConnectionLost, "Connection lost"},
     {Status::TimedOut, "Communication time-out"},
     {Status::UnknownCommand, "Unknown command"},
+    {Status::LinkDown, "Link to the controller is down"},
     {Status::MalformedPiece, "Malformed assignment"},
     {Status::UnknownVariable, "Unknown variable"},
     {Status::WrongFactor, "Wrong factor for the variable"},

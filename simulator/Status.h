@@ -16,6 +16,7 @@ enum class Status : std::int32_t {
   ConnectionLost = -3,
   TimedOut = -4,
   UnknownCommand = -5,
+  LinkDown = -6,
   MalformedPiece = -10,
   UnknownVariable = -11,
   WrongFactor = -12,

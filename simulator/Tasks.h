@@ -15,6 +15,8 @@ namespace orif::sim {
 struct Piece;
 
 struct Task {
+  static constexpr std::int16_t Running = 2;
+
   std::string program = {};  // the words show up to 16 bytes
   std::int16_t line = 0;
   std::int16_t state = 0;          // 0 aborted, 1 paused, 2 running

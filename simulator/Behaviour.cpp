@@ -1,0 +1,28 @@
+#include "simulator/Behaviour.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "simulator/Controller.h"
+
+namespace orif::sim {
+
+Behaviour Follow(Course course, std::function<void(Controller&, const VariableValue&)> put) {
+  return
+      [course = std::move(course), put = std::move(put)](Controller& robot, Time before, Time now) {
+        if (course.Changes(before, now)) put(robot, course.At(now));
+      };
+}
+
+Behaviour WalkLines(std::string program, std::int16_t first, std::int16_t last, Time each) {
+  return [program = std::move(program), first, last, each](Controller& robot, Time /*before*/,
+                                                           Time now) {
+    auto& tasks = robot.TaskList();
+    const auto task = std::ranges::find(tasks, program, &Task::program);
+    if (task == tasks.end()) return;
+    task->line = static_cast<std::int16_t>(first + now / each % (last - first + 1));
+    task->state = Task::Running;
+  };
+}
+
+}  // namespace orif::sim

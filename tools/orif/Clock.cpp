@@ -1,0 +1,61 @@
+#include "tools/orif/Clock.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "tools/orif/platform/platform.h"
+
+namespace orif::tool {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto FastStart = std::chrono::sys_days{std::chrono::year{2026} / 1 / 1};
+
+// The cell moves at least so often, and an interrupt is noticed so soon.
+constexpr Clock::Milliseconds LongestSleep = 20ms;
+
+}  // namespace
+
+Clock::Clock(Cell& cell) : network_(cell.Simulated()), fast_(cell.Options().fast) {}
+
+Clock::Milliseconds Clock::Now() const {
+  if (fast_) return cellTime_;
+  return std::chrono::floor<Milliseconds>(std::chrono::steady_clock::now() - start_);
+}
+
+Clock::WallTime Clock::Wall() const {
+  if (fast_) return FastStart + cellTime_;
+  return std::chrono::floor<Milliseconds>(std::chrono::system_clock::now());
+}
+
+void Clock::AdvanceCell(Milliseconds until) {
+  const Milliseconds step = std::max(until - cellTime_, 0ms);
+  if (network_ != nullptr) network_->Advance(step);
+  cellTime_ += step;
+}
+
+void Clock::SleepUntil(Milliseconds when) {
+  if (fast_) return AdvanceCell(when);
+  while (Now() < when && !platform::Interrupted()) {
+    platform::Sleep(std::min(when - Now(), LongestSleep));
+    AdvanceCell(Now());
+  }
+}
+
+std::string Iso8601(Clock::WallTime time) {
+  const auto day = std::chrono::floor<std::chrono::days>(time);
+  const std::chrono::year_month_day date{day};
+  const std::chrono::hh_mm_ss clock{time - day};
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()),
+                static_cast<int>(clock.subseconds().count()));
+  return text.data();
+}
+
+}  // namespace orif::tool

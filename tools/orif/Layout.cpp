@@ -1,0 +1,219 @@
+#include "tools/orif/Layout.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "tools/orif/Text.h"
+
+namespace orif::tool {
+namespace {
+
+constexpr std::size_t NumberWidth = 11;
+constexpr std::size_t TextWidth = 24;
+
+std::string Fixed(const Value& value) {
+  const float* real = std::get_if<float>(&value);
+  if (real == nullptr) return TableText(value);
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%.3f", static_cast<double>(*real));
+  return text.data();
+}
+
+bool IsSet(const Value& value) { return !std::holds_alternative<std::monostate>(value); }
+bool IsZero(const Value& value) {
+  const float* real = std::get_if<float>(&value);
+  return real != nullptr && *real == 0;
+}
+
+class Painter {
+ public:
+  explicit Painter(const Readout& readout) : readout_(readout) {
+    for (std::size_t i = 0; i < readout.Items().size(); ++i) {
+      labelWidth_ = std::max(labelWidth_, Label(i).size());
+    }
+  }
+
+  std::vector<Line> Paint() {
+    for (std::size_t i = 0; i < readout_.Items().size(); ++i) {
+      const Designation& designation = DesignationOf(i);
+      if (InRun(i)) {
+        if (readout_.Items()[i].name == designation.ItemName(designation.first)) PaintBits(i);
+      } else if (designation.Is() == Kind::Task) {
+        PaintTask(i);
+      } else if (designation.Is() == Kind::Alarm) {
+        PaintAlarm(i);
+      } else if (ColumnAt(i, 0).field == "X") {
+        PaintPosition(i);
+      } else {
+        PaintPlain(i);
+      }
+    }
+    return std::move(lines_);
+  }
+
+ private:
+  const Item& ItemAt(std::size_t i) const { return readout_.Items()[i]; }
+  const Column& ColumnAt(std::size_t i, std::size_t field) const {
+    return readout_.Columns()[ItemAt(i).first + field];
+  }
+  const Value& ValueAt(std::size_t i, std::size_t field) const {
+    return readout_.Values()[ItemAt(i).first + field];
+  }
+  const Designation& DesignationOf(std::size_t i) const {
+    return readout_.Designations()[ItemAt(i).designation];
+  }
+
+  // Bits without comments are shown as a run.
+  bool InRun(std::size_t i) const {
+    const Designation& designation = DesignationOf(i);
+    return designation.Is() == Kind::Bit && designation.first != designation.last &&
+           ItemAt(i).count == 1;
+  }
+  std::string Label(std::size_t i) const {
+    if (!InRun(i)) return ItemAt(i).name;
+    const Designation& run = DesignationOf(i);
+    return std::string(run.symbol->name) + "[" + std::to_string(run.first) + "-" +
+           std::to_string(run.last) + "]";
+  }
+
+  Line& Begin(const std::string& label) {
+    lines_.push_back({{Left(label, labelWidth_ + 2), {}}});
+    return lines_.back();
+  }
+  Segment Shown(std::size_t i, std::size_t field, std::string text) const {
+    return {std::move(text), ItemAt(i).first + field};
+  }
+
+  std::size_t IndexOf(std::size_t i, std::string_view field) const {
+    std::size_t index = 0;
+    while (ColumnAt(i, index).field != field) ++index;
+    return index;
+  }
+  const Value& ValueOf(std::size_t i, std::string_view field) const {
+    return ValueAt(i, IndexOf(i, field));
+  }
+  Segment ShownField(std::size_t i, std::string_view field, std::size_t width = 0) const {
+    return Shown(i, IndexOf(i, field), Left(TableText(ValueOf(i, field)), width));
+  }
+
+  void PaintPlain(std::size_t i) {
+    Line& line = Begin(Label(i));
+    const Value& value = ValueAt(i, 0);
+    const bool commented = ItemAt(i).count > 1;
+    if (std::holds_alternative<std::string>(value)) {
+      line.push_back(Shown(i, 0, Left(TableText(value), commented ? TextWidth : 0)));
+    } else {
+      line.push_back(Shown(i, 0, Right(TableText(value), NumberWidth)));
+    }
+    if (!commented) return;
+    line.push_back({"  ", {}});
+    AddComment(line, i);
+  }
+
+  void AddComment(Line& line, std::size_t i) {
+    const std::size_t last = ItemAt(i).count - 1;
+    line.push_back(Shown(i, last, TableText(ValueAt(i, last))));
+  }
+
+  void PaintBits(std::size_t i) {
+    constexpr std::size_t Tens = 10;
+    constexpr std::size_t InLine = 40;
+    const Designation& run = DesignationOf(i);
+    const auto count = static_cast<std::size_t>(run.last - run.first) + 1;
+    for (std::size_t bit = 0; bit < count; ++bit) {
+      if (bit % InLine == 0) Begin(bit == 0 ? Label(i) : "");
+      if (bit % InLine != 0 && bit % Tens == 0) lines_.back().push_back({" ", {}});
+      const bool* on = std::get_if<bool>(&ValueAt(i + bit, 0));
+      lines_.back().push_back(Shown(i + bit, 0, on == nullptr ? "-" : *on ? "1" : "0"));
+    }
+  }
+
+  void PaintTask(std::size_t i) {
+    Line& line = Begin(Label(i));
+    line.push_back(ShownField(i, "program", 16));
+    if (!IsSet(ValueOf(i, "program"))) return;
+    line.push_back({"  line ", {}});
+    line.push_back(Shown(i, IndexOf(i, "line"), Right(TableText(ValueOf(i, "line")), 5)));
+    line.push_back({"  ", {}});
+    line.push_back(Shown(i, IndexOf(i, "state"), Left(TaskStateText(ValueOf(i, "state")), 8)));
+    if (ValueOf(i, "parent") == Value(std::string())) return;
+    line.push_back({"  called by ", {}});
+    line.push_back(ShownField(i, "parent"));
+  }
+
+  void PaintAlarm(std::size_t i) {
+    Line& line = Begin(Label(i));
+    line.push_back(ShownField(i, "time"));
+    if (!IsSet(ValueOf(i, "time"))) return;
+    line.push_back({"  ", {}});
+    line.push_back(ShownField(i, "severity_text", 6));
+    line.push_back({"  ", {}});
+    line.push_back(ShownField(i, "message"));
+    if (ValueOf(i, "cause") == Value(std::string())) return;
+    line.push_back({"  because of ", {}});
+    line.push_back(ShownField(i, "cause"));
+  }
+
+  // Three parts a line. Axes that are all zero are left out where not every robot has them; what
+  // belongs to the whole position stands behind the first lines.
+  void PaintPosition(std::size_t i) {
+    struct Row {
+      std::size_t first;
+      bool extended = false;
+    };
+    static constexpr auto Rows = std::to_array<Row>({{0}, {3}, {6, true}, {10}, {13}, {16, true}});
+    bool begun = false;
+    const auto begin = [&]() -> Line& { return Begin(std::exchange(begun, true) ? "" : Label(i)); };
+    for (const Row& row : Rows) {
+      const auto values =
+          readout_.Values().begin() + static_cast<std::ptrdiff_t>(ItemAt(i).first + row.first);
+      if (!IsSet(*values)) continue;
+      if (row.extended && std::all_of(values, values + 3, IsZero)) continue;
+      const bool first = !begun;
+      Line& line = begin();
+      for (std::size_t field = row.first; field < row.first + 3; ++field) {
+        line.push_back({(field > row.first ? "  " : "") + Left(ColumnAt(i, field).field, 2), {}});
+        line.push_back(Shown(i, field, Right(Fixed(ValueAt(i, field)), NumberWidth - 1)));
+      }
+      line.push_back({" " + Left(ColumnAt(i, row.first).unit, 3), {}});
+      if (first) AddFrames(line, i);
+      if (row.first == 3) {
+        line.push_back({"  config ", {}});
+        line.push_back(ShownField(i, "config"));
+      }
+    }
+    if (!begun) {
+      Line& line = begin();
+      line.push_back({"not valid", {}});
+      AddFrames(line, i);
+    }
+    const std::size_t last = ItemAt(i).count - 1;
+    const bool commented = ColumnAt(i, last).field == "comment";
+    if (commented && ValueAt(i, last) != Value(std::string())) AddComment(Begin(""), i);
+  }
+
+  void AddFrames(Line& line, std::size_t i) {
+    line.push_back({"  UF ", {}});
+    line.push_back(ShownField(i, "UF"));
+    line.push_back({"  UT ", {}});
+    line.push_back(ShownField(i, "UT"));
+  }
+
+  const Readout& readout_;
+  std::size_t labelWidth_ = 0;
+  std::vector<Line> lines_;
+};
+
+}  // namespace
+
+std::vector<Line> Layout(const Readout& readout) { return Painter(readout).Paint(); }
+
+std::string PlainText(const Line& line) {
+  std::string text;
+  for (const Segment& segment : line) text += segment.text;
+  return WithoutBlanks(std::move(text));
+}
+
+}  // namespace orif::tool

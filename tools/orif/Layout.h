@@ -1,0 +1,27 @@
+// How a Readout looks on a screen: one line for a number, a text or a task, a block of lines for a
+// position, a run of bits in tens. read prints it once, watch paints it in place.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/orif/Readout.h"
+
+namespace orif::tool {
+
+/// A piece of a line, and the column whose value it shows, if it shows one.
+struct Segment {
+  std::string text;
+  std::optional<std::size_t> column;
+};
+
+using Line = std::vector<Segment>;
+
+std::vector<Line> Layout(const Readout& readout);
+
+/// The line as text, without blanks at its end.
+std::string PlainText(const Line& line);
+
+}  // namespace orif::tool

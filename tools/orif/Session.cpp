@@ -1,0 +1,131 @@
+#include "tools/orif/Session.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <regex>
+#include <utility>
+
+#include "orif/base/Guard.h"
+#include "orif/diag/modOrif.h"
+#include "orif/lowerlayer/LowerCore.h"
+#include "simulator/Demo.h"
+#include "simulator/scenario/Scenario.h"
+#include "tools/orif/Error.h"
+#include "tools/orif/platform/platform.h"
+
+namespace orif::tool {
+namespace {
+
+constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
+
+// The trail's text has no line end behind its first line: the time and the thread that begin the
+// second one tell where that is.
+void PrintTrail(std::ostream& out) {
+  const std::string trail = std::regex_replace(modOrif::AllMessages(), std::regex("\r\n"), "\n");
+  if (trail.empty()) return;
+  const std::regex lineStart(R"([0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]+ \[)");
+  std::smatch second;
+  const std::size_t first = trail.find('[') + 1;
+  if (std::regex_search(trail.begin() + static_cast<std::ptrdiff_t>(first), trail.end(), second,
+                        lineStart)) {
+    const auto length = first + static_cast<std::size_t>(second.position());
+    out << trail.substr(0, length) << '\n' << trail.substr(length);
+  } else {
+    out << trail << '\n';
+  }
+}
+
+// The reason behind the tag and the id of a trail line.
+std::string ReasonOf(const std::string& line) {
+  constexpr std::string_view Mark = ", Err ";
+  const auto mark = line.find(Mark);
+  return mark == std::string::npos ? line : line.substr(mark + Mark.size());
+}
+
+}  // namespace
+
+std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command) {
+  auto connection = std::make_shared<Connection>();
+  Connection& options = *connection;
+  const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
+  add(command.add_option("--host", options.host, "Name or address of the controller"))
+      ->option_text("NAME");
+  add(command.add_option("--port", options.port, "TCP port of the controller"))
+      ->option_text("NUMBER")
+      ->check(CLI::Range(1, 65535));
+  add(command.add_option("--time-out", options.timeOut,
+                         "How long to wait for an answer, 100 or more"))
+      ->option_text("MS")
+      ->check(CLI::Range(100, 3600000));
+  CLI::Option* component = add(command.add_option(
+      "--component", options.component, "The communication component, if it is not installed"));
+  component->option_text("PATH");
+  CLI::Option* simulate = add(command.add_option(
+      "--simulate", options.simulate,
+      "A simulated cell instead: a scenario file (.json), or none for the demonstration cell"));
+  simulate->option_text("[FILE]")->excludes(component);
+  add(command.add_flag("--fast", options.fast, "Simulated time passes without waiting"))
+      ->needs(simulate);
+  add(command.add_flag("--trail", options.trail,
+                       "Print the debug trail to standard error at the end"));
+  return connection;
+}
+
+Cell::Cell(Connection connection) : connection_(std::move(connection)) {
+  if (connection_.simulate) {
+    std::string host = sim::DemoHost;
+    if (*connection_.simulate == DemoCell) {
+      network_ = sim::DemoNetwork();
+    } else {
+      const sim::Scenario scenario = sim::LoadScenario(*connection_.simulate);
+      network_ = scenario.network;
+      host = scenario.hosts.front();
+    }
+    if (connection_.host.empty()) connection_.host = host;
+  }
+  if (connection_.host.empty()) {
+    throw Error(Exit::Usage,
+                "no controller named; say --host NAME, or --simulate for a simulated one");
+  }
+  if (!connection_.component.empty()) {
+    platform::SetEnvironment(ComponentVariable,
+                             std::filesystem::absolute(connection_.component).string());
+  }
+}
+
+Cell::~Cell() {
+  if (connection_.trail) PrintTrail(std::cerr);
+}
+
+Session::Session(Cell& cell)
+    : core_(cell.Simulated() != nullptr ? std::make_unique<orif::Core>(cell.Simulated()->Factory())
+                                        : std::make_unique<orif::Core>()) {
+  if (core_->GetLib() == nullptr) {
+    throw tool::Error(Exit::NoConnection,
+                      "no communication component: " + ReasonOf(core_->DebugMessage()) +
+                          "; name it with --component PATH, or try --simulate");
+  }
+  const Connection& options = cell.Options();
+  if (options.trail) core_->DebugLog(true);
+  if (options.port) core_->PortNumber(*options.port);
+  if (options.timeOut) core_->TimeOutValue(*options.timeOut);
+  if (core_->Connect(cell.Host())) table_ = core_->DataTable();
+  if (table_ == nullptr) {
+    throw tool::Error(Exit::NoConnection,
+                      "no connection to " + cell.Host() + ": " + LastError() +
+                          "; check --host and --port, and that the controller is on");
+  }
+}
+
+std::string Session::LastError() {
+  std::string text;
+  Guarded([&] { text = LowerCoreRef(core_->GetLib())->LastErrorText(); });
+  return text.empty() ? "no reason given" : text;
+}
+
+tool::Error Session::Refusal(const std::string& what) {
+  return {Exit::Refused, what + ": " + LastError()};
+}
+
+}  // namespace orif::tool

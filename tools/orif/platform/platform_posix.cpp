@@ -1,0 +1,118 @@
+#include "tools/orif/platform/platform.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <system_error>
+
+namespace orif::tool::platform {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void NoteInterrupt(int /*signal*/) { interrupted = 1; }
+
+[[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
+
+void WriteAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(file, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return;  // nobody reads any more
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+}  // namespace
+
+bool IsTerminal(Stream stream) { return isatty(static_cast<int>(stream)) != 0; }
+
+TerminalSize OutputSize() {
+  winsize size{};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) {
+    return {};
+  }
+  return {size.ws_col, size.ws_row};
+}
+
+void CatchInterrupt() {
+  struct sigaction action {};
+  action.sa_handler = NoteInterrupt;  // without SA_RESTART: a sleep ends early
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
+
+bool Interrupted() { return interrupted != 0; }
+
+void Sleep(std::chrono::milliseconds time) {
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+  const std::chrono::nanoseconds rest = time - seconds;
+  const timespec duration{seconds.count(), static_cast<long>(rest.count())};
+  nanosleep(&duration, nullptr);
+}
+
+void SetEnvironment(const std::string& name, const std::string& value) {
+  setenv(name.c_str(), value.c_str(), 1);
+}
+
+std::optional<int> RunProgram(const std::vector<std::string>& command, std::string_view input) {
+  std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
+  for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  std::array<int, 2> pipeEnds{};
+  if (pipe2(pipeEnds.data(), O_CLOEXEC) != 0) ThrowError(errno);
+  posix_spawn_file_actions_t actions{};
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, pipeEnds[0], STDIN_FILENO);
+  pid_t child = 0;
+  const int error =
+      posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(pipeEnds[0]);
+  if (error == 0) {
+    const auto before = std::signal(SIGPIPE, SIG_IGN);  // the child may end before it has read all
+    WriteAll(pipeEnds[1], input);
+    std::signal(SIGPIPE, before);
+  }
+  close(pipeEnds[1]);
+  if (error != 0) return {};
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) ThrowError(errno);
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+AppendedFile::AppendedFile(const std::string& path, bool replace)
+    : file_(
+          open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (replace ? O_TRUNC : O_EXCL), 0666)) {
+  if (file_ < 0) ThrowError(errno);
+}
+
+AppendedFile::~AppendedFile() { close(file_); }
+
+void AppendedFile::Append(std::string_view text) {
+  const ssize_t written = write(file_, text.data(), text.size());
+  if (written == static_cast<ssize_t>(text.size())) return;
+  const int error = written < 0 ? errno : ENOSPC;
+  if (written > 0) {
+    const off_t end = lseek(file_, -written, SEEK_CUR);
+    if (end < 0 || ftruncate(file_, end) != 0) ThrowError(errno);
+  }
+  ThrowError(error);
+}
+
+void AppendedFile::Sync() {
+  if (fsync(file_) != 0 && errno != EINVAL) ThrowError(errno);
+}
+
+}  // namespace orif::tool::platform
