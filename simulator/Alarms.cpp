@@ -70,15 +70,22 @@ void Alarms::Happen(std::span<const Scheduled> alarms, Time before, Time now) {
     void (Alarms::*action)(const Alarm&);
   };
   std::vector<Event> events;
-  for (const auto& [alarm, schedule] : alarms) {
-    const auto dated = [&alarm = alarm, &schedule = schedule](std::int64_t number) {
-      return Dated(alarm, schedule.Begin(number));
+  for (const Scheduled& scheduled : alarms) {
+    const Schedule& schedule = scheduled.schedule;
+    const std::int64_t begun = schedule.Begun(before);
+    const std::int64_t begins = schedule.Begun(now);
+    // Those that as many later ones push out of the history are seen by nobody.
+    const auto unseen = [=](std::int64_t number) {
+      return number >= begun && std::cmp_greater(begins - number, Shown);
     };
-    for (auto i = schedule.Begun(before); i < schedule.Begun(now); ++i) {
-      events.push_back({schedule.Begin(i), dated(i), &Alarms::Come});
-    }
+    const auto add = [&](std::int64_t number, Time after, void (Alarms::*action)(const Alarm&)) {
+      if (unseen(number)) return;
+      const Time begin = schedule.Begin(number);
+      events.push_back({begin + after, Dated(scheduled.alarm, begin), action});
+    };
+    for (auto i = begun; i < begins; ++i) add(i, Time::zero(), &Alarms::Come);
     for (auto i = schedule.Ended(before); i < schedule.Ended(now); ++i) {
-      events.push_back({schedule.Begin(i) + schedule.length, dated(i), &Alarms::Go});
+      add(i, schedule.length, &Alarms::Go);
     }
   }
   std::ranges::stable_sort(events, {}, &Event::time);
@@ -86,11 +93,11 @@ void Alarms::Happen(std::span<const Scheduled> alarms, Time before, Time now) {
 }
 
 void Alarms::Come(const Alarm& alarm) {
-  auto& active = List(AlarmList::Active);
-  auto& history = List(AlarmList::History);
-  active.insert(active.begin(), alarm);
-  history.insert(history.begin(), alarm);
-  history.resize(std::min(history.size(), Shown));
+  for (const AlarmList name : {AlarmList::Active, AlarmList::History}) {
+    auto& list = List(name);
+    list.insert(list.begin(), alarm);
+    list.resize(std::min(list.size(), Shown));
+  }
 }
 
 void Alarms::Go(const Alarm& alarm) {

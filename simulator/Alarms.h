@@ -46,8 +46,8 @@ class Alarms {
   std::vector<Alarm>& List(AlarmList list) { return lists_[static_cast<std::size_t>(list)]; }
 
   /// An alarm that comes and goes: when it comes, it is the first of the active ones and of the
-  /// history, with the date of that time; when it goes, it is no longer active. The history keeps
-  /// the latest `Shown`.
+  /// history, with the date of that time; when it goes, it is no longer active. Both lists keep the
+  /// latest `Shown`.
   void Add(Alarm alarm, const Schedule& schedule, Time now);
 
   /// Lets come and go what does so after `before` and up to `now`, in the order of time.

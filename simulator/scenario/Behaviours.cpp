@@ -37,28 +37,21 @@ std::string Words(const Node& value) {
   return value.value.is_primitive() ? value.value.dump() : "a position";
 }
 
-struct Ramp {
-  const Node* from = nullptr;
-  const Node* to = nullptr;
-  const Node* over = nullptr;
-};
-
-constexpr auto RampFields = std::to_array<Field<Ramp>>({
-    {"from", Into<&Ramp::from>, true},
-    {"to", Into<&Ramp::to>, true},
-    {"over", Into<&Ramp::over>, true},
-});
-
 Points ReadRamp(const Node& node, const Holding& item) {
-  if (item.form == Form::Text || item.form == Form::Bit)
+  static constexpr std::array<std::string_view, 3> Keys{"from", "to", "over"};
+  if (item.form == Form::Text || item.form == Form::Bit) {
     node.Fail("must be a cycle: this is not a number");
-  Ramp ramp;
-  ReadObject<Ramp>(node, ramp, RampFields);
-  const Time over = ReadTime(*ramp.over);
-  return {{{Time::zero(), ReadValue(*ramp.from, item.form, item.position)},
-           {over, ReadValue(*ramp.to, item.form, item.position)}},
-          over,
-          "goes from " + Words(*ramp.from) + " to " + Words(*ramp.to) + " in " + ramp.over->Text()};
+  }
+  node.CheckKeys(Keys);
+  const Node& from = node.At("from");
+  const Node& to = node.At("to");
+  const Node& over = node.At("over");
+  Points points;
+  points.length = ReadTime(over);
+  points.list = {{Time::zero(), ReadValue(from, item.form, item.position)},
+                 {points.length, ReadValue(to, item.form, item.position)}};
+  points.words = "goes from " + Words(from) + " to " + Words(to) + " in " + over.Text();
+  return points;
 }
 
 const std::vector<Node>& Pair(const Node& node, const char* right) {
@@ -111,7 +104,7 @@ Ending ReadThen(const Node* node, Then otherwise) {
                                                          {"bounce", Then::Bounce, " and back"}});
   if (node == nullptr) return *std::ranges::find(Endings, otherwise, &Ending::then);
   const auto ending = std::ranges::find(Endings, node->Text(), &Ending::name);
-  if (ending == Endings.end()) node->Fail("must be \"hold\", \"repeat\" or \"bounce\"");
+  if (ending == Endings.end()) node->Fail(R"(must be "hold", "repeat" or "bounce")");
   return *ending;
 }
 
@@ -169,7 +162,7 @@ Occasion ReadOccasion(const Node& node) {
 }
 
 Occasion ReadLasting(const Node& node) {
-  if (node.Find("for") == nullptr) node.Fail("must have \"for\"");
+  node.At("for");
   return ReadOccasion(node);
 }
 
@@ -190,53 +183,54 @@ std::string AddLinkDrop(const Site& site, const Parts& parts) {
 }
 
 struct Lateness {
-  const Node* by = nullptr;
+  Time by{};
 };
 
-constexpr auto LatenessFields = std::to_array<Field<Lateness>>({{"by", Into<&Lateness::by>, true}});
+constexpr auto LatenessFields = std::to_array<Field<Lateness>>({
+    {"by",
+     [](Lateness& late, const Node& node) { late.by = ReadTime(node, std::chrono::hours(1)); },
+     true},
+});
 
 std::string AddLateAnswers(const Site& site, const Parts& parts) {
   CheckKeys(*parts.done, Fields<Schedule>(ScheduleFields), Fields<Lateness>(LatenessFields));
   Lateness late;
   ReadFields<Lateness>(*parts.done, late, LatenessFields);
   const auto [schedule, words] = ReadLasting(*parts.done);
-  const auto milliseconds =
-      static_cast<std::int32_t>(ReadTime(*late.by, std::chrono::hours(1)).count());
-  site.robot.Misbehave().AnswerAfter(milliseconds, schedule);
-  return "answers are " + late.by->Text() + " late" + words;
+  site.robot.Misbehave().AnswerAfter(static_cast<std::int32_t>(late.by.count()), schedule);
+  return "answers are " + parts.done->At("by").Text() + " late" + words;
 }
 
 // A task that walks its lines.
 
 struct Walk {
-  const Node* program = nullptr;
+  std::string program;
   std::array<std::int16_t, 2> lines{};
-  const Node* each = nullptr;
+  Time each{};
 };
 
 constexpr auto WalkFields = std::to_array<Field<Walk>>({
-    {"program", Into<&Walk::program>, true},
+    {"program", Text<&Walk::program, ProgramBytes>, true},
     {"lines", Leading<&Walk::lines, 2>, true},
     {"each", Into<&Walk::each>, true},
 });
 
 std::string AddTask(const Site& site, const Parts& parts) {
+  const Node& node = *parts.done;
   Walk walk;
-  ReadObject<Walk>(*parts.done, walk, WalkFields);
-  const std::string& program = walk.program->Text();
+  ReadObject<Walk>(node, walk, WalkFields);
   const auto [first, last] = walk.lines;
-  const Time each = ReadTime(*walk.each);
-  if (std::ranges::find(site.robot.TaskList(), program, &Task::program) ==
-      site.robot.TaskList().end()) {
-    walk.program->Fail("must be among the \"tasks\" of this controller");
+  const auto& tasks = site.robot.TaskList();
+  if (std::ranges::find(tasks, walk.program, &Task::program) == tasks.end()) {
+    node.At("program").Fail("must be among the \"tasks\" of this controller");
   }
   if (first < 1 || last < first) {
-    parts.done->Find("lines")->Fail("must be the first and the last line, counted from 1");
+    node.At("lines").Fail("must be the first and the last line, counted from 1");
   }
-  if (each == Time::zero()) walk.each->Fail("must be longer than 0 ms");
-  site.robot.Add(WalkLines(program, first, last, each));
-  return "task " + program + " walks lines " + std::to_string(first) + " to " +
-         std::to_string(last) + ", " + walk.each->Text() + " each";
+  if (walk.each == Time::zero()) node.At("each").Fail("must be longer than 0 ms");
+  site.robot.Add(WalkLines(walk.program, first, last, walk.each));
+  return "task " + walk.program + " walks lines " + std::to_string(first) + " to " +
+         std::to_string(last) + ", " + node.At("each").Text() + " each";
 }
 
 template <auto Add>

@@ -44,8 +44,9 @@ Time ReadTime(const Node& node, Time longest) {
       return Time(std::llround(milliseconds));
     }
   }
-  node.Fail("must be a time up to " + std::to_string(longest / std::chrono::hours(1)) +
-            "h like \"250ms\", \"20s\", \"1.5min\" or \"2h\", not \"" + text + '"');
+  const std::string hours = std::to_string(longest / std::chrono::hours(1));
+  node.Fail("must be a time up to " + hours + R"(h like "250ms", "20s", "1.5min" or "2h", not )" +
+            node.value.dump());
 }
 
 std::string ReadText(const Node& node, std::size_t most) {

@@ -41,11 +41,8 @@ void CheckKeys(const Node& object, Fields<Targets>... tables) {
 template <class Target>
 void ReadFields(const Node& object, Target& target, Fields<Target> fields) {
   for (const auto& field : fields) {
-    if (const Node* child = object.Find(field.key)) {
-      field.read(target, *child);
-    } else if (field.required) {
-      object.Fail("must have \"" + std::string(field.key) + '"');
-    }
+    if (!field.required && object.Find(field.key) == nullptr) continue;
+    field.read(target, object.At(field.key));
   }
 }
 

@@ -55,8 +55,8 @@ const Item::Kind& Item::Kind::Of(const Node& node, std::string_view symbol) {
   });
   const auto kind = std::ranges::find(kinds, symbol, &Kind::symbol);
   if (kind != kinds.end()) return *kind;
-  std::vector<std::string_view> symbols;
-  for (const Kind& known : kinds) symbols.push_back(known.symbol);
+  std::array<std::string_view, kinds.size()> symbols;
+  std::ranges::transform(kinds, symbols.begin(), &Kind::symbol);
   node.Fail('"' + std::string(symbol) + "\" is not known" + Suggestion(symbol, symbols));
 }
 
@@ -99,6 +99,10 @@ PositionEntry ReadPosition(const Node& node, Fields<PositionEntry> fields, const
 
 bool HasForm(const Position& position) { return position.validC != 0 || position.validJ != 0; }
 
+[[noreturn]] void FailForm(const Node& node) {
+  node.Fail(R"(must have "xyzwpr", "joint" or both)");
+}
+
 struct ScalarEntry {
   const Node* value = nullptr;
   const Node* comment = nullptr;
@@ -117,8 +121,9 @@ std::int32_t ReadInteger(const Node& node) {
 
 Item::Item(const Site& site, const Node& node, const std::string& name) {
   static const std::regex shape(R"(([A-Z]+)\[(?:G([0-9]{1,4}):)?([0-9]{1,6})\](?:\.([A-Z0-9]+))?)");
+  constexpr std::size_t Longest = 32;
   std::smatch match;
-  if (!std::regex_match(name, match, shape)) {
+  if (name.size() > Longest || !std::regex_match(name, match, shape)) {
     node.Fail('"' + name + "\" must be like R[3], SR[1], PR[G2:5], POS[0], UF[1], DO[1]");
   }
   kind_ = &Kind::Of(node, match.str(1));
@@ -127,16 +132,16 @@ Item::Item(const Site& site, const Node& node, const std::string& name) {
 
   const auto check = [&node](std::int32_t number, std::size_t last, const std::string& what) {
     if (number < 1 || std::cmp_greater(number, last)) {
-      node.Fail("must be " + what + " 1 to " + std::to_string(last) + ", as many as there are");
+      node.Fail("must have " + what + " from 1 to " + std::to_string(last) + ", all that there is");
     }
   };
   if (match[2].matched) {
     if (!kind_->Grouped()) node.Fail("must not name a motion group; only PR, POS and UF do");
     group_ = std::stoi(match.str(2));
-    check(group_, site.layout.motionGroups, "motion group");
+    check(group_, site.layout.motionGroups, "a motion group");
   }
   if (!kind_->CurrentPosition()) {
-    check(index_, kind_->Count(site.layout), std::string(kind_->symbol));
+    check(index_, kind_->Count(site.layout), "an index");
   } else if (index_ != 0) {
     node.Fail("must be POS[0]: the current position is given in the world frame");
   }
@@ -174,7 +179,7 @@ Item Item::Changing(const Site& site, const Node& node) {
     item.variable_ = name;
     return item;
   } catch (const std::out_of_range&) {
-    node.Fail('"' + name + "\" must be among the \"variables\" of this controller");
+    node.Fail(node.value.dump() + R"( must be among the "variables" of this controller)");
   }
 }
 
@@ -217,6 +222,7 @@ std::string* Item::Comment(Controller& robot) const {
 VariableValue ReadValue(const Node& node, Form form, const Position& usual) {
   switch (form) {
     case Form::Number:
+      if (!node.value.is_number()) node.FailType("a number");
       return node.value.is_number_float() ? ReadValue(node, Form::Real)
                                           : ReadValue(node, Form::Integer);
     case Form::Integer:
@@ -230,7 +236,7 @@ VariableValue ReadValue(const Node& node, Form form, const Position& usual) {
     case Form::Position: {
       const auto withoutComment = Fields<PositionEntry>(PositionFields).first<5>();
       const Position position = ReadPosition(node, withoutComment, usual).position;
-      if (!HasForm(position)) node.Fail("must have \"xyzwpr\", \"joint\" or both");
+      if (!HasForm(position)) FailForm(node);
       return position;
     }
     default:
@@ -241,8 +247,9 @@ VariableValue ReadValue(const Node& node, Form form, const Position& usual) {
 Entry ReadEntry(const Node& node, Form form) {
   if (form == Form::Position) {
     const PositionEntry entry = ReadPosition(node, PositionFields, {});
-    if (!HasForm(entry.position) && entry.comment != nullptr) return {{}, entry.comment};
-    return {entry.position, entry.comment};
+    if (HasForm(entry.position)) return {entry.position, entry.comment};
+    if (entry.comment == nullptr || node.children.size() > 1) FailForm(node);
+    return {{}, entry.comment};
   }
   if (!node.value.is_object()) return {ReadValue(node, form), nullptr};
   ScalarEntry scalar;

@@ -189,6 +189,12 @@ const Node* Node::Find(std::string_view childKey) const {
   return found == children.end() ? nullptr : &*found;
 }
 
+const Node& Node::At(std::string_view childKey) const {
+  const Node* child = Find(childKey);
+  if (child == nullptr) Fail("must have \"" + std::string(childKey) + '"');
+  return *child;
+}
+
 Node ParseDocument(std::string_view text) {
   Place place;
   Builder builder(place);

@@ -35,8 +35,9 @@ struct Node {
   /// Throws a Mistake when this is no object or has a key that is not among `keys`.
   void CheckKeys(std::span<const std::string_view> keys) const;
 
-  /// The child of that key, null when there is none.
+  /// The child of that key; null when there is none, or a Mistake.
   const Node* Find(std::string_view childKey) const;
+  const Node& At(std::string_view childKey) const;
 };
 
 /// Throws a Mistake for what is not JSON, and for a key that stands twice in an object.

@@ -16,9 +16,9 @@ void ReadDate(Alarm& alarm, const Node& node) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     *fields[i] = static_cast<std::int16_t>(std::stoi(match.str(i + 1)));
   }
-  using namespace std::chrono;
-  const year_month_day date(year(alarm.year), month(static_cast<unsigned>(alarm.month)),
-                            day(static_cast<unsigned>(alarm.day)));
+  const std::chrono::year_month_day date(std::chrono::year(alarm.year),
+                                         std::chrono::month(static_cast<unsigned>(alarm.month)),
+                                         std::chrono::day(static_cast<unsigned>(alarm.day)));
   if (!date.ok()) node.Fail("must be a day that there is");
 }
 

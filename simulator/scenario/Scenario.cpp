@@ -25,10 +25,8 @@ struct Cell {
   void Tell(const std::string& what, const std::vector<std::string>& names) {
     constexpr std::size_t Told = 6;
     if (names.empty()) return;
-    std::string line = std::to_string(names.size()) + ' ' + what + ':';
-    for (std::size_t i = 0; i < names.size() && i < Told; ++i) {
-      line += (i == 0 ? " " : ", ") + names[i];
-    }
+    std::string line = what + " (" + std::to_string(names.size()) + "): " + names.front();
+    for (std::size_t i = 1; i < names.size() && i < Told; ++i) line += ", " + names[i];
     Say(names.size() > Told ? line + ", ..." : line);
   }
 };
@@ -80,7 +78,7 @@ void ReadVariables(Cell& cell, const Node& section) {
 void ReadState(Task& task, const Node& node) {
   static constexpr std::array<std::string_view, 3> States{"aborted", "paused", "running"};
   const auto state = std::ranges::find(States, node.Text());
-  if (state == States.end()) node.Fail("must be \"running\", \"paused\" or \"aborted\"");
+  if (state == States.end()) node.Fail(R"(must be "running", "paused" or "aborted")");
   task.state = static_cast<std::int16_t>(state - States.begin());
 }
 
@@ -178,15 +176,16 @@ constexpr auto ScenarioFields = std::to_array<Field<Scenario>>({
 });
 
 std::string ReadFile(const std::filesystem::path& file) {
+  std::string text;
   std::error_code error;
-  const bool directory = std::filesystem::is_directory(file, error);
-  errno = directory ? EISDIR : 0;
-  std::ifstream stream(file, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (directory || !stream.is_open() || stream.bad()) {
-    throw ScenarioError(file.string() + ": cannot be read: " +
-                        std::generic_category().message(errno == 0 ? EIO : errno));
+  if (std::filesystem::is_directory(file, error)) {
+    error = std::make_error_code(std::errc::is_a_directory);
+  } else if (std::ifstream stream(file, std::ios::binary); stream.is_open()) {
+    text.assign(std::istreambuf_iterator<char>(stream), {});
+  } else {
+    error = std::error_code(errno, std::generic_category());
   }
+  if (error) throw ScenarioError(file.string() + ": cannot be read: " + error.message());
   return text;
 }
 
