@@ -9,5 +9,6 @@ class App;
 namespace orif::tool {
 
 void AddReadCommand(CLI::App& app);
+void AddRecordCommand(CLI::App& app);
 
 }  // namespace orif::tool

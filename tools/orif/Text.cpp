@@ -46,6 +46,10 @@ std::string TableText(const Value& value) {
                     value);
 }
 
+std::string Counted(std::int64_t count, std::string_view word) {
+  return std::to_string(count) + ' ' + std::string(word) + (count == 1 ? "" : "s");
+}
+
 std::string CsvText(const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return {};
   if (const bool* on = std::get_if<bool>(&value)) return *on ? "1" : "0";
