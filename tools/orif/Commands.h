@@ -10,5 +10,6 @@ namespace orif::tool {
 
 void AddReadCommand(CLI::App& app);
 void AddRecordCommand(CLI::App& app);
+void AddPlotCommand(CLI::App& app);
 
 }  // namespace orif::tool

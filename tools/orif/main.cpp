@@ -46,6 +46,7 @@ int Run(int argc, char** argv) {
       "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
   orif::tool::AddReadCommand(app);
   orif::tool::AddRecordCommand(app);
+  orif::tool::AddPlotCommand(app);
   try {
     auto arguments = Arguments(argc, argv);
     std::ranges::reverse(arguments);  // as the parser takes them
