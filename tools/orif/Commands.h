@@ -9,6 +9,7 @@ class App;
 namespace orif::tool {
 
 void AddReadCommand(CLI::App& app);
+void AddWatchCommand(CLI::App& app);
 void AddRecordCommand(CLI::App& app);
 void AddPlotCommand(CLI::App& app);
 

@@ -45,6 +45,7 @@ int Run(int argc, char** argv) {
       "  DI DO RI RO UI UO SI SO GI GO [1] or [1-16]       ALM[1] ALM[E1]    alarms\n\n"
       "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
   orif::tool::AddReadCommand(app);
+  orif::tool::AddWatchCommand(app);
   orif::tool::AddRecordCommand(app);
   orif::tool::AddPlotCommand(app);
   try {
