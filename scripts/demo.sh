@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh g++ cmake ninja-build >&2
 {
-  cmake --preset release -DORIF_BUILD_TESTS=OFF -B build/demo
+  cmake --preset release -DORIF_BUILD_TESTS=OFF -DORIF_BUILD_TOOL=OFF -B build/demo
   cmake --build build/demo --target demo
 } >build-demo.log 2>&1 || { cat build-demo.log >&2; exit 1; }
 rm -f build-demo.log

@@ -61,7 +61,7 @@ class SimulatedCore final : public Dispatch {
 
   std::shared_ptr<Controller> controller_;  // empty while not connected
   std::int64_t losses_ = 0;  // the controller's number of losses when the connection was made
-  AssignmentMap map_;         // refers to the controller's data
+  AssignmentMap map_;        // refers to the controller's data
   std::vector<Word> scratch_;
 };
 

@@ -10,9 +10,6 @@
 namespace orif::sim {
 namespace {
 
-// Signals that only exist as comments here: weld and analogue ones.
-constexpr std::size_t OtherSignals = 64;
-
 // In the order of CommentKind.
 constexpr std::array<std::string_view, CommentKinds> Symbols{
     "SR", "R",  "PR", "DI",  "DO",  "RI", "RO", "UI", "UO", "SI",
@@ -27,7 +24,7 @@ Texts::Texts(std::size_t stringRegisters, std::size_t numericRegisters,
     CommentKind kind;
     std::size_t count;
   };
-  for (auto& texts : comments_) texts.resize(OtherSignals);
+  for (auto& texts : comments_) texts.resize(SignalsWithoutValue);
   for (const Size& size :
        std::initializer_list<Size>{{CommentKind::StringRegister, stringRegisters},
                                    {CommentKind::NumericRegister, numericRegisters},

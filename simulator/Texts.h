@@ -41,6 +41,9 @@ inline constexpr std::size_t CommentKinds = 19;
 
 class Texts {
  public:
+  /// How many of each kind of signal that only exists as comments: weld and analogue ones.
+  static constexpr std::size_t SignalsWithoutValue = 64;
+
   /// Sizes of the registers; the signals have theirs.
   Texts(std::size_t stringRegisters, std::size_t numericRegisters, std::size_t positionRegisters);
 

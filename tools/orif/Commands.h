@@ -9,8 +9,11 @@ class App;
 namespace orif::tool {
 
 void AddReadCommand(CLI::App& app);
+void AddWriteCommand(CLI::App& app);
 void AddWatchCommand(CLI::App& app);
 void AddRecordCommand(CLI::App& app);
 void AddPlotCommand(CLI::App& app);
+void AddAlarmsCommand(CLI::App& app);
+void AddTasksCommand(CLI::App& app);
 
 }  // namespace orif::tool

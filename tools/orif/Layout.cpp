@@ -13,19 +13,6 @@ namespace {
 constexpr std::size_t NumberWidth = 11;
 constexpr std::size_t TextWidth = 24;
 
-std::string Right(std::string text, std::size_t width) {
-  if (text.size() < width) text.insert(0, width - text.size(), ' ');
-  return text;
-}
-
-// By characters, not bytes, so that columns behind a name with accents still line up.
-std::string Left(std::string text, std::size_t width) {
-  const auto shown = static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
-  if (shown < width) text.append(width - shown, ' ');
-  return text;
-}
-
 std::string Fixed(const Value& value) {
   const float* real = std::get_if<float>(&value);
   if (real == nullptr) return TableText(value);
@@ -138,7 +125,7 @@ class Painter {
     line.push_back({"  line ", {}});
     line.push_back(Shown(i, 1, Right(TableText(ValueAt(i, 1)), 5)));
     line.push_back({"  ", {}});
-    line.push_back(Shown(i, 2, Left(TaskState(ValueAt(i, 2)), 8)));
+    line.push_back(Shown(i, 2, Left(TaskStateText(ValueAt(i, 2)), 8)));
     if (ValueAt(i, 3) == Value(std::string())) return;
     line.push_back({"  called by ", {}});
     line.push_back(Shown(i, 3, TableText(ValueAt(i, 3))));
@@ -205,15 +192,6 @@ class Painter {
     line.push_back(Shown(i, UT, TableText(ValueAt(i, UT))));
   }
 
-  static std::string TaskState(const Value& value) {
-    static constexpr auto States = std::to_array<const char*>({"aborted", "paused", "running"});
-    const auto* state = std::get_if<std::int64_t>(&value);
-    if (state == nullptr || *state < 0 || *state >= std::ssize(States)) {
-      return "state " + TableText(value);
-    }
-    return States[static_cast<std::size_t>(*state)];
-  }
-
   const Readout& readout_;
   std::size_t labelWidth_ = 0;
   std::vector<Line> lines_;
@@ -226,8 +204,7 @@ std::vector<Line> Layout(const Readout& readout) { return Painter(readout).Paint
 std::string PlainText(const Line& line) {
   std::string text;
   for (const Segment& segment : line) text += segment.text;
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
+  return WithoutBlanks(std::move(text));
 }
 
 }  // namespace orif::tool

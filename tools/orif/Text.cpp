@@ -50,6 +50,33 @@ std::string Counted(std::int64_t count, std::string_view word) {
   return std::to_string(count) + ' ' + std::string(word) + (count == 1 ? "" : "s");
 }
 
+std::string Right(std::string text, std::size_t width) {
+  if (text.size() < width) text.insert(0, width - text.size(), ' ');
+  return text;
+}
+
+// By characters, not bytes, so that columns behind a name with accents still line up.
+std::string Left(std::string text, std::size_t width) {
+  const auto shown = static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
+  if (shown < width) text.append(width - shown, ' ');
+  return text;
+}
+
+std::string WithoutBlanks(std::string text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+std::string TaskStateText(const Value& value) {
+  static constexpr auto States = std::to_array<const char*>({"aborted", "paused", "running"});
+  const auto* state = std::get_if<std::int64_t>(&value);
+  if (state == nullptr || *state < 0 || *state >= std::ssize(States)) {
+    return "state " + TableText(value);
+  }
+  return States[static_cast<std::size_t>(*state)];
+}
+
 std::string CsvText(const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return {};
   if (const bool* on = std::get_if<bool>(&value)) return *on ? "1" : "0";

@@ -15,6 +15,16 @@ namespace orif::tool {
 /// characters of a text become "?", so that a terminal stays as it is.
 std::string TableText(const Value& value);
 
+/// The state of a task in words, for a table.
+std::string TaskStateText(const Value& value);
+
+/// Blanks up to `width` characters, before or behind the text.
+std::string Right(std::string text, std::size_t width);
+std::string Left(std::string text, std::size_t width);
+
+/// The text without the blanks at its end.
+std::string WithoutBlanks(std::string text);
+
 /// The shortest text that reads back as the same real.
 std::string RealText(float value);
 

@@ -44,10 +44,12 @@ int Run(int argc, char** argv) {
       "  $NAME:int|real|string|pos   system variables      PRG[1] PRG[MV1]   tasks\n"
       "  DI DO RI RO UI UO SI SO GI GO [1] or [1-16]       ALM[1] ALM[E1]    alarms\n\n"
       "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
-  orif::tool::AddReadCommand(app);
-  orif::tool::AddWatchCommand(app);
-  orif::tool::AddRecordCommand(app);
-  orif::tool::AddPlotCommand(app);
+  for (const auto add :
+       {orif::tool::AddReadCommand, orif::tool::AddWriteCommand, orif::tool::AddWatchCommand,
+        orif::tool::AddRecordCommand, orif::tool::AddPlotCommand, orif::tool::AddAlarmsCommand,
+        orif::tool::AddTasksCommand}) {
+    add(app);
+  }
   try {
     auto arguments = Arguments(argc, argv);
     std::ranges::reverse(arguments);  // as the parser takes them

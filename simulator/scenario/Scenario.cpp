@@ -1,0 +1,211 @@
+#include "simulator/scenario/Scenario.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "simulator/scenario/Behaviours.h"
+#include "simulator/scenario/Records.h"
+
+namespace orif::sim {
+namespace {
+
+// A controller while its part of the file is read.
+struct Cell {
+  std::string host;
+  Layout layout{.motionGroups = 1};
+  Controller* robot = nullptr;
+  std::string summary;
+
+  Site At() const { return {*robot, layout}; }
+  void Say(const std::string& line) { summary += "  " + line + '\n'; }
+
+  // How many there are of `what`, and the first of them.
+  void Tell(const std::string& what, const std::vector<std::string>& names) {
+    constexpr std::size_t Told = 6;
+    if (names.empty()) return;
+    std::string line = std::to_string(names.size()) + ' ' + what + ':';
+    for (std::size_t i = 0; i < names.size() && i < Told; ++i) {
+      line += (i == 0 ? " " : ", ") + names[i];
+    }
+    Say(names.size() > Told ? line + ", ..." : line);
+  }
+};
+
+constexpr auto SizeFields = std::to_array<Field<Layout>>({
+    {"numericRegisters", Between<&Layout::numericRegisters, 1, 10000>},
+    {"positionRegisters", Between<&Layout::positionRegisters, 1, 10000>},
+    {"stringRegisters", Between<&Layout::stringRegisters, 1, 10000>},
+    {"userFrames", Between<&Layout::userFrames, 1, 99>},
+});
+
+// Registers, strings, positions, frames and signals, as the section's key says.
+void ReadItems(Cell& cell, const Node& section) {
+  Controller& robot = *cell.robot;
+  std::vector<std::string> names;
+  for (const Node& node : section.Object()) {
+    const Item item = Item::InSection(cell.At(), node, section.key);
+    std::string& name = names.emplace_back(node.key);
+    if (item.Holds() == Form::Origin) {
+      ReadLeading(item.Origin(robot), node, item.Origin(robot).size());
+      continue;
+    }
+    const Entry entry = ReadEntry(node, item.Holds());
+    if (entry.value) item.Put(robot, *entry.value);
+    if (entry.comment == nullptr) continue;
+    std::string* comment = item.Comment(robot);
+    if (comment == nullptr) entry.comment->Fail("is not for " + node.key + ", which has none");
+    *comment = ReadText(*entry.comment, WordsPerText * BytesPerWord);
+    name += ' ' + *comment;
+  }
+  cell.Tell(section.key, names);
+}
+
+void ReadVariables(Cell& cell, const Node& section) {
+  std::vector<std::string> names;
+  for (const Node& node : section.Object()) {
+    const bool named = node.key.starts_with('$') && node.key.size() > 1 &&
+                       node.key.find_first_of(" \t\r\n") == node.key.npos;
+    if (!named) node.Fail("must be like $OVERRIDE, without blanks");
+    const Form form = node.value.is_object()   ? Form::Position
+                      : node.value.is_string() ? Form::Text
+                                               : Form::Number;
+    cell.robot->SetVariable(node.key, ReadValue(node, form));
+    names.push_back(node.key);
+  }
+  cell.Tell(section.key, names);
+}
+
+void ReadState(Task& task, const Node& node) {
+  static constexpr std::array<std::string_view, 3> States{"aborted", "paused", "running"};
+  const auto state = std::ranges::find(States, node.Text());
+  if (state == States.end()) node.Fail("must be \"running\", \"paused\" or \"aborted\"");
+  task.state = static_cast<std::int16_t>(state - States.begin());
+}
+
+constexpr auto TaskFields = std::to_array<Field<Task>>({
+    {"program", Text<&Task::program, ProgramBytes>, true},
+    {"line", Between<&Task::line, 0, MostShort>},
+    {"state", ReadState},
+    {"parent", Text<&Task::parentProgram, ProgramBytes>},
+    {"macro", Into<&Task::macro>},
+    {"velto", Into<&Task::velto>},
+});
+
+void ReadTasks(Cell& cell, const Node& section) {
+  std::vector<std::string> names;
+  for (const Node& node : section.List()) {
+    ReadObject<Task>(node, cell.robot->TaskList().emplace_back(), TaskFields);
+    names.push_back(cell.robot->TaskList().back().program);
+  }
+  if (names.size() > Tasks::Shown) section.Fail("must have at most 64 tasks");
+  cell.Tell(section.key, names);
+}
+
+template <AlarmList List>
+void ReadAlarms(Cell& cell, const Node& section) {
+  std::vector<std::string> messages;
+  for (const Node& node : section.List()) {
+    Alarm& alarm = cell.robot->Alarms(List).emplace_back();
+    ReadObject<Alarm>(node, alarm, ListedAlarmFields);
+    messages.push_back(alarm.message);
+  }
+  if (messages.size() > Alarms::Shown) section.Fail("must have at most 200 alarms");
+  cell.Tell(section.key + " alarms", messages);
+}
+
+constexpr auto AlarmListFields = std::to_array<Field<Cell>>({
+    {"active", ReadAlarms<AlarmList::Active>},
+    {"history", ReadAlarms<AlarmList::History>},
+    {"password", ReadAlarms<AlarmList::Password>},
+});
+
+// The first ones make the controller, the others fill it.
+constexpr std::size_t MakingFields = 3;
+constexpr auto ControllerFields = std::to_array<Field<Cell>>({
+    {"host", Text<&Cell::host, 255>, true},
+    {"groups",
+     [](Cell& cell, const Node& node) {
+       cell.layout.motionGroups = static_cast<std::size_t>(ReadWhole(node, 1, 8));
+     }},
+    {"sizes",
+     [](Cell& cell, const Node& node) { ReadObject<Layout>(node, cell.layout, SizeFields); }},
+    {"registers", ReadItems},
+    {"strings", ReadItems},
+    {"positions", ReadItems},
+    {"frames", ReadItems},
+    {"signals", ReadItems},
+    {"variables", ReadVariables},
+    {"tasks", ReadTasks},
+    {"alarms", [](Cell& cell, const Node& node) { ReadObject<Cell>(node, cell, AlarmListFields); }},
+    {"behaviour",
+     [](Cell& cell, const Node& node) {
+       for (const std::string& words : AddBehaviours(cell.At(), node)) cell.Say(words);
+     }},
+});
+
+void ReadController(Scenario& scenario, const Node& node) {
+  const Fields<Cell> fields(ControllerFields);
+  Cell cell;
+  CheckKeys(node, fields);
+  ReadFields(node, cell, fields.first(MakingFields));
+  const Node& host = *node.Find("host");
+  if (cell.host.empty()) host.Fail("must not be empty");
+  if (scenario.network.Find(cell.host)) host.Fail("must differ from the other controllers' hosts");
+  cell.robot = &scenario.network.AddController(cell.host, cell.layout);
+  const auto& [numeric, positions, strings, groups, frames] = cell.layout;
+  cell.summary = cell.host + ": " + std::to_string(groups) + " motion group" +
+                 (groups == 1 ? "" : "s") + ", " + std::to_string(numeric) + " numeric, " +
+                 std::to_string(positions) + " position and " + std::to_string(strings) +
+                 " string registers, " + std::to_string(frames) + " user frames\n";
+  ReadFields(node, cell, fields.subspan(MakingFields));
+  scenario.hosts.push_back(cell.host);
+  scenario.summary += cell.summary;
+}
+
+constexpr auto ScenarioFields = std::to_array<Field<Scenario>>({
+    {"$schema", [](Scenario&, const Node& node) { node.Text(); }},  // for editors
+    {"name", [](Scenario& scenario, const Node& node) { scenario.name = node.Text(); }, true},
+    {"description",
+     [](Scenario& scenario, const Node& node) { scenario.description = node.Text(); }},
+    {"controllers",
+     [](Scenario& scenario, const Node& node) {
+       if (node.List().empty()) node.Fail("must have a controller");
+       for (const Node& controller : node.children) ReadController(scenario, controller);
+     },
+     true},
+});
+
+std::string ReadFile(const std::filesystem::path& file) {
+  std::error_code error;
+  const bool directory = std::filesystem::is_directory(file, error);
+  errno = directory ? EISDIR : 0;
+  std::ifstream stream(file, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(stream), {}};
+  if (directory || !stream.is_open() || stream.bad()) {
+    throw ScenarioError(file.string() + ": cannot be read: " +
+                        std::generic_category().message(errno == 0 ? EIO : errno));
+  }
+  return text;
+}
+
+}  // namespace
+
+Scenario LoadScenario(const std::filesystem::path& file) {
+  const std::string text = ReadFile(file);
+  try {
+    Scenario scenario;
+    ReadObject<Scenario>(ParseDocument(text), scenario, ScenarioFields);
+    return scenario;
+  } catch (const Mistake& mistake) {
+    throw ScenarioError(file.string() + ':' + mistake.what());
+  }
+}
+
+std::string Describe(const Scenario& scenario) {
+  const std::string& description = scenario.description;
+  return scenario.name + '\n' + description + (description.empty() ? "" : "\n") + scenario.summary;
+}
+
+}  // namespace orif::sim

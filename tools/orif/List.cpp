@@ -1,0 +1,97 @@
+#include "tools/orif/List.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "tools/orif/Text.h"
+
+namespace orif::tool {
+namespace {
+
+using Cells = std::vector<std::string>;
+
+/// One entry: its values by field.
+class Entry {
+ public:
+  Entry(const Readout& readout, const Item& item)
+      : columns_(std::span(readout.Columns()).subspan(item.first, item.count)),
+        values_(std::span(readout.Values()).subspan(item.first, item.count)) {}
+
+  bool IsThere() const {
+    return std::ranges::any_of(
+        values_, [](const Value& value) { return !std::holds_alternative<std::monostate>(value); });
+  }
+
+  std::string Text(std::string_view field) const {
+    const auto column = std::ranges::find(columns_, field, &Column::field);
+    const Value& value = values_[static_cast<std::size_t>(column - columns_.begin())];
+    return field == "state" ? TaskStateText(value) : TableText(value);
+  }
+
+  Cells Titles() const {
+    Cells titles;
+    std::ranges::transform(columns_, std::back_inserter(titles), &Column::field);
+    return titles;
+  }
+
+  Cells CsvTexts() const {
+    Cells texts;
+    std::ranges::transform(values_, std::back_inserter(texts), CsvText);
+    return texts;
+  }
+
+  Json ToJson() const {
+    Json json = Json::object();
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      json[columns_[i].field] = tool::ToJson(values_[i]);
+    }
+    return json;
+  }
+
+ private:
+  std::span<const Column> columns_;
+  std::span<const Value> values_;
+};
+
+void PrintTable(const std::vector<Entry>& entries, std::span<const ListColumn> columns) {
+  std::vector<Cells> rows(entries.size() + 1);
+  std::vector<std::size_t> widths;
+  for (const ListColumn& column : columns) {
+    rows[0].emplace_back(column.title);
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      rows[i + 1].push_back(entries[i].Text(column.field));
+    }
+    widths.push_back(std::ranges::max(rows, {}, [](const Cells& row) { return row.back().size(); })
+                         .back()
+                         .size());
+  }
+  for (const Cells& row : rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) line += Left(row[i], widths[i]) + "  ";
+    std::cout << WithoutBlanks(line) << '\n';
+  }
+}
+
+}  // namespace
+
+void PrintList(const Readout& readout, const std::string& format,
+               std::span<const ListColumn> columns, const std::string& none) {
+  std::vector<Entry> entries;
+  for (const Item& item : readout.Items()) {
+    if (const Entry entry(readout, item); entry.IsThere()) entries.push_back(entry);
+  }
+  if (format == "csv") {
+    std::cout << CsvLine(Entry(readout, readout.Items().front()).Titles());
+    for (const Entry& entry : entries) std::cout << CsvLine(entry.CsvTexts());
+  } else if (format == "json") {
+    Json json = Json::array();
+    for (const Entry& entry : entries) json.push_back(entry.ToJson());
+    std::cout << JsonText(json);
+  } else if (entries.empty()) {
+    std::cout << none << '\n';
+  } else {
+    PrintTable(entries, columns);
+  }
+}
+
+}  // namespace orif::tool
