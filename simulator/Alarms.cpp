@@ -71,7 +71,9 @@ void Alarms::Happen(std::span<const Scheduled> alarms, Time before, Time now) {
   };
   std::vector<Event> events;
   for (const auto& [alarm, schedule] : alarms) {
-    const auto dated = [&](std::int64_t number) { return Dated(alarm, schedule.Begin(number)); };
+    const auto dated = [&alarm = alarm, &schedule = schedule](std::int64_t number) {
+      return Dated(alarm, schedule.Begin(number));
+    };
     for (auto i = schedule.Begun(before); i < schedule.Begun(now); ++i) {
       events.push_back({schedule.Begin(i), dated(i), &Alarms::Come});
     }

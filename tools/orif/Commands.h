@@ -15,5 +15,6 @@ void AddRecordCommand(CLI::App& app);
 void AddPlotCommand(CLI::App& app);
 void AddAlarmsCommand(CLI::App& app);
 void AddTasksCommand(CLI::App& app);
+void AddSimulateCommand(CLI::App& app);
 
 }  // namespace orif::tool

@@ -10,6 +10,9 @@
 namespace orif::tool {
 namespace {
 
+// Regular expressions take stack for each character.
+constexpr std::size_t LongestText = 200;
+
 /// A word that chooses how items are registered: a type behind the colon, a list in the brackets.
 struct Choice {
   Kind kind;
@@ -66,11 +69,11 @@ const Symbol* FindSymbol(std::string_view name) {
 // Says how the symbol is written, beginning with the argument's own number where it has one.
 [[noreturn]] void RefuseForm(const std::string& argument, const Symbol& symbol,
                              const std::string& reason) {
-  std::smatch digits;
-  std::regex_search(argument, digits, std::regex("[0-9]+"));
-  const std::string number = digits.empty() ? "1" : digits.str();
-  Refuse(argument, reason + "; nearest is " + std::string(symbol.name) + "[" + number +
-                       "] (written " + std::string(symbol.forms) + ")");
+  std::smatch number;
+  std::regex_search(argument, number, std::regex("0*([1-9][0-9]*)([^0-9:]|$)"));
+  Refuse(argument, reason + "; nearest is " + std::string(symbol.name) + "[" +
+                       (number.empty() ? "1" : number.str(1)) + "] (written " +
+                       std::string(symbol.forms) + ")");
 }
 
 [[noreturn]] void RefuseSymbol(const std::string& argument, const std::string& name) {
@@ -107,8 +110,8 @@ Designation ParseVariable(const std::string& text) {
 const std::vector<Symbol>& Symbols() {
   static const std::vector<Symbol> symbols{
       {"R", Kind::NumReg, "R[1], R[1-10], R[1]:int or R[1]:real", NUMREG_COMMENT},
-      {"PR", Kind::PosReg, "PR[1], PR[1-10] or PR[G2:1]", POSREG_COMMENT},
       {"POS", Kind::CurPos, "POS[0] or POS[G2:0], the number being the user frame", {}},
+      {"PR", Kind::PosReg, "PR[1], PR[1-10] or PR[G2:1]", POSREG_COMMENT},
       {"SR", Kind::StringReg, "SR[1] or SR[1-10]", STRREG_COMMENT},
       {"$", Kind::SysVar, "$NAME:int, $NAME:real, $NAME:string or $NAME:pos", {}},
       {"PRG", Kind::Task, "PRG[1], PRG[1-10], PRG[M1], PRG[V1] or PRG[MV1]", {}},
@@ -133,6 +136,7 @@ std::string Designation::ItemName(std::int32_t index) const {
 }
 
 Designation ParseDesignation(const std::string& text) {
+  if (text.size() > LongestText) Refuse(text.substr(0, 20) + "...", "too long for an item");
   if (text.starts_with('$')) return ParseVariable(text);
 
   static const std::regex form(

@@ -7,8 +7,8 @@ namespace orif::tool {
 void AddFormatOption(CLI::App& command, std::string& format) {
   format = "table";
   command.add_option("--format", format, "table, csv or json")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"table", "csv", "json"}).description(""));
+      ->option_text("FORMAT")
+      ->check(CLI::IsMember({"table", "csv", "json"}));
 }
 
 }  // namespace orif::tool

@@ -41,6 +41,10 @@ class Readout {
   /// readout.
   Readout(Session& session, std::vector<Designation> designations, bool comments = false);
 
+  Readout(const Readout&) = delete;
+  Readout& operator=(const Readout&) = delete;
+  ~Readout() = default;
+
   const std::vector<Designation>& Designations() const { return designations_; }
   const std::vector<Column>& Columns() const { return columns_; }
   const std::vector<Item>& Items() const { return items_; }

@@ -6,9 +6,11 @@
 #include <regex>
 #include <utility>
 
+#include "orif/base/Guard.h"
 #include "orif/diag/modOrif.h"
 #include "orif/lowerlayer/LowerCore.h"
 #include "simulator/Demo.h"
+#include "simulator/scenario/Scenario.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/platform/platform.h"
 
@@ -21,6 +23,7 @@ constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
 // second one tell where that is.
 void PrintTrail(std::ostream& out) {
   const std::string trail = std::regex_replace(modOrif::AllMessages(), std::regex("\r\n"), "\n");
+  if (trail.empty()) return;
   const std::regex lineStart(R"([0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]+ \[)");
   std::smatch second;
   const std::size_t first = trail.find('[') + 1;
@@ -47,21 +50,21 @@ std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command) {
   Connection& options = *connection;
   const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
   add(command.add_option("--host", options.host, "Name or address of the controller"))
-      ->type_name("NAME");
+      ->option_text("NAME");
   add(command.add_option("--port", options.port, "TCP port of the controller"))
-      ->type_name("NUMBER")
-      ->check(CLI::Range(1, 65535).description(""));
+      ->option_text("NUMBER")
+      ->check(CLI::Range(1, 65535));
   add(command.add_option("--time-out", options.timeOut,
                          "How long to wait for an answer, 100 or more"))
-      ->type_name("MS")
-      ->check(CLI::Range(100, 3600000).description(""));
+      ->option_text("MS")
+      ->check(CLI::Range(100, 3600000));
   CLI::Option* component = add(command.add_option(
       "--component", options.component, "The communication component, if it is not installed"));
-  component->type_name("PATH");
+  component->option_text("PATH");
   CLI::Option* simulate = add(command.add_option(
       "--simulate", options.simulate,
       "A simulated cell instead: a scenario file (.json), or none for the demonstration cell"));
-  simulate->type_name("[FILE]")->excludes(component);
+  simulate->option_text("[FILE]")->excludes(component);
   add(command.add_flag("--fast", options.fast, "Simulated time passes without waiting"))
       ->needs(simulate);
   add(command.add_flag("--trail", options.trail,
@@ -71,8 +74,15 @@ std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command) {
 
 Cell::Cell(Connection connection) : connection_(std::move(connection)) {
   if (connection_.simulate) {
-    network_ = sim::DemoNetwork();
-    if (connection_.host.empty()) connection_.host = sim::DemoHost;
+    std::string host = sim::DemoHost;
+    if (*connection_.simulate == DemoCell) {
+      network_ = sim::DemoNetwork();
+    } else {
+      const sim::Scenario scenario = sim::LoadScenario(*connection_.simulate);
+      network_ = scenario.network;
+      host = scenario.hosts.front();
+    }
+    if (connection_.host.empty()) connection_.host = host;
   }
   if (connection_.host.empty()) {
     throw Error(Exit::Usage,

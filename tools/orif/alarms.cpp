@@ -42,11 +42,11 @@ void AddAlarmsCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("alarms", "List alarms");
   const auto options = std::make_shared<AlarmOptions>();
   command->add_option("--list", options->list, "active, history or password; active by itself")
-      ->type_name("LIST")
-      ->check(CLI::IsMember({"active", "history", "password"}).description(""));
+      ->option_text("LIST")
+      ->check(CLI::IsMember({"active", "history", "password"}));
   command->add_option("--count", options->count, "How many at most, 1 to 163; 20 by itself")
-      ->type_name("N")
-      ->check(CLI::Range(1, 163).description(""));
+      ->option_text("N")
+      ->check(CLI::Range(1, 163));
   AddFormatOption(*command, options->format);
   options->connection = AddConnectionOptions(*command);
   command->footer("Example:\n  orif alarms --list history --host cell1");

@@ -8,6 +8,7 @@
 
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/Nearest.h"
 #include "tools/orif/Session.h"
 
 namespace {
@@ -33,6 +34,18 @@ int Fail(Exit code, const std::string& message) {
   return static_cast<int>(code);
 }
 
+// Says so where the first word is no command; the parser would only miss one.
+void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments) {
+  if (arguments.empty() || arguments.front().starts_with('-')) return;
+  std::vector<std::string> commands;
+  for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
+  if (std::ranges::find(commands, arguments.front()) != commands.end()) return;
+  throw orif::tool::Error(Exit::Usage, "there is no command " + arguments.front() +
+                                           "; nearest is " +
+                                           orif::tool::Nearest(arguments.front(), commands) +
+                                           " (orif --help lists them)");
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Reads, writes, watches and records the data of a robot controller.", "orif");
   app.set_version_flag("--version", "orif " ORIF_VERSION);
@@ -45,13 +58,14 @@ int Run(int argc, char** argv) {
       "  DI DO RI RO UI UO SI SO GI GO [1] or [1-16]       ALM[1] ALM[E1]    alarms\n\n"
       "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
   for (const auto add :
-       {orif::tool::AddReadCommand, orif::tool::AddWriteCommand, orif::tool::AddWatchCommand,
+       {orif::tool::AddReadCommand, orif::tool::AddWatchCommand, orif::tool::AddWriteCommand,
         orif::tool::AddRecordCommand, orif::tool::AddPlotCommand, orif::tool::AddAlarmsCommand,
-        orif::tool::AddTasksCommand}) {
+        orif::tool::AddTasksCommand, orif::tool::AddSimulateCommand}) {
     add(app);
   }
   try {
     auto arguments = Arguments(argc, argv);
+    CheckCommand(app, arguments);
     std::ranges::reverse(arguments);  // as the parser takes them
     app.parse(arguments);
   } catch (const CLI::Success& request) {

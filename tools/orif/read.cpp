@@ -63,7 +63,7 @@ void AddReadCommand(CLI::App& app) {
   const auto options = std::make_shared<ReadOptions>();
   command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
       ->required()
-      ->type_name("ITEM");
+      ->option_text("ITEM");
   command->add_flag("--comments", options->comments, "Show the comments of registers and signals");
   AddFormatOption(*command, options->format);
   options->connection = AddConnectionOptions(*command);

@@ -37,8 +37,8 @@ void AddTasksCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("tasks", "List the programs that run");
   const auto options = std::make_shared<TaskOptions>();
   command->add_option("--count", options->count, "How many at most, 1 to 64; 20 by itself")
-      ->type_name("N")
-      ->check(CLI::Range(1, 64).description(""));
+      ->option_text("N")
+      ->check(CLI::Range(1, 64));
   command->add_flag("--no-macros", options->noMacros, "Leave out macro programs");
   command->add_flag("--no-velto", options->noVelto, "Leave out VELTO programs");
   AddFormatOption(*command, options->format);

@@ -2,16 +2,11 @@
 // shows what the controller has then.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <span>
-#include <sstream>
 
-#include "orif/items/PositionRecord.h"
+#include "tools/orif/Assignment.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
@@ -23,19 +18,11 @@
 namespace orif::tool {
 namespace {
 
-constexpr std::size_t LongestText = 80;  // bytes
-
 constexpr std::size_t CartesianParts = 6;  // X to R; with E1 to E3 they are all of them
-constexpr auto Cartesian =
-    std::to_array<std::string_view>({"X", "Y", "Z", "W", "P", "R", "E1", "E2", "E3"});
-constexpr auto Joint =
-    std::to_array<std::string_view>({"J1", "J2", "J3", "J4", "J5", "J6", "J7", "J8", "J9"});
-constexpr auto Numbers = std::to_array<std::string_view>({"UF", "UT"});
-constexpr std::string_view Config = "config";
+constexpr std::size_t ArmAxes = 6;  // what a new joint form has at least: no axis moves unnamed
 
-bool Has(std::span<const std::string_view> names, std::string_view name) {
-  return std::ranges::find(names, name) != names.end();
-}
+using PositionFields::Cartesian;
+using PositionFields::Joint;
 
 /// A position as it is to be written.
 struct PositionToWrite {
@@ -46,157 +33,11 @@ struct PositionToWrite {
   std::int16_t UT = 0;
 };
 
-/// One argument of the command.
-struct Change {
-  std::string text;  ///< the argument
-  Designation item;
-  std::map<std::string, Value>
-      parts;  ///< the new values by field; that of a plain item has no name
+/// An assignment on its way to the controller.
+struct Change : Assignment {
   PositionToWrite position;
   std::function<bool(const Change&)> write;
-
-  std::string Name() const { return item.ItemName(item.first); }
-  [[noreturn]] void Refuse(const std::string& reason) const {
-    throw Error(Exit::Usage, "'" + text + "': " + reason);
-  }
-  bool NamesAny(std::span<const std::string_view> names) const {
-    return std::ranges::any_of(names, [&](auto name) { return parts.contains(std::string(name)); });
-  }
 };
-
-bool IsPosition(const Designation& item) {
-  return item.Is() == Kind::PosReg || item.type == SYSVAR_POS;
-}
-
-// The number that is the whole text; none for anything else, and for what does not fit.
-template <class T>
-std::optional<T> Parsed(std::string_view text) {
-  T number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return {};
-  if constexpr (std::is_floating_point_v<T>) {
-    if (!std::isfinite(number)) return {};
-  }
-  return number;
-}
-
-template <class T>
-T Number(const Change& change, std::string_view text, const std::string& wanted) {
-  const auto number = Parsed<T>(text);
-  if (!number) change.Refuse("'" + std::string(text) + "' is not " + wanted);
-  return *number;
-}
-
-constexpr const char* WholeNumber = "a whole number of 32 bits";
-constexpr const char* RealNumber = "a number";
-
-// A register takes the type in which its value is written, unless a type is asked for.
-Value RegisterValue(Change& change, const std::string& text) {
-  const bool digits = text.find_first_not_of("+-0123456789") == std::string::npos;
-  if (!change.item.type) change.item.type = digits ? NUMREG_INT : NUMREG_REAL;
-  if (change.item.type == NUMREG_REAL) return Number<float>(change, text, RealNumber);
-  return std::int64_t{Number<std::int32_t>(change, text, WholeNumber)};
-}
-
-Value TextValue(const Change& change, const std::string& text) {
-  if (text.size() > LongestText) {
-    change.Refuse("the text has " + std::to_string(text.size()) + " bytes; " +
-                  std::to_string(LongestText) + " is the most");
-  }
-  return text;
-}
-
-Value BitValue(const Change& change, const std::string& text) {
-  static const std::map<std::string, bool> words{
-      {"ON", true}, {"1", true}, {"OFF", false}, {"0", false}};
-  const auto word = words.find(UpperCase(text));
-  if (word == words.end()) change.Refuse("a bit signal is on, off, 1 or 0");
-  return word->second;
-}
-
-Value GroupValue(const Change& change, const std::string& text) {
-  const auto number = Number<std::int32_t>(change, text, WholeNumber);
-  if (number < 0) change.Refuse("a group signal has no negative values");
-  return std::int64_t{number};
-}
-
-std::vector<std::int16_t> ConfigNumbers(const Change& change, const std::string& text) {
-  std::vector<std::int16_t> numbers;
-  std::istringstream words(text);
-  for (std::string word; words >> word;) {
-    numbers.push_back(Number<std::int16_t>(change, word, "a configuration number"));
-  }
-  if (numbers.size() != PositionRecord::ConfigCount) {
-    change.Refuse("a configuration has seven numbers: config:1 0 1 0 0 0 0");
-  }
-  return numbers;
-}
-
-void ParsePosition(Change& change, const std::string& text) {
-  std::istringstream parts(text);
-  for (std::string part; std::getline(parts, part, ',');) {
-    const auto colon = part.find(':');
-    const std::string value = colon == std::string::npos ? "" : part.substr(colon + 1);
-    std::string name = UpperCase(part.substr(0, colon));
-    Value parsed;
-    if (name == UpperCase(Config)) {
-      name = Config;
-      ConfigNumbers(change, value);
-      parsed = value;
-    } else if (Has(Cartesian, name) || Has(Joint, name)) {
-      parsed = Number<float>(change, value, RealNumber);
-    } else if (Has(Numbers, name)) {
-      parsed = std::int64_t{Number<std::int16_t>(change, value, "a frame's number")};
-    } else {
-      change.Refuse(
-          "a position has the parts x y z w p r e1 e2 e3 config, or j1 to j9, and uf ut; "
-          "not '" +
-          part + "'");
-    }
-    if (!change.parts.emplace(name, parsed).second) change.Refuse(name + " is named twice");
-  }
-  if (change.parts.empty()) change.Refuse("name the parts of the position: x:400,y:0 or j1:10");
-  if (change.NamesAny(Joint) && (change.NamesAny(Cartesian) || change.parts.contains("config"))) {
-    change.Refuse("a position is written in cartesian or in joint form, not in both");
-  }
-}
-
-Value PlainValue(Change& change, const std::string& text) {
-  switch (change.item.Is()) {
-    case Kind::NumReg:
-      return RegisterValue(change, text);
-    case Kind::StringReg:
-      return TextValue(change, text);
-    case Kind::Bit:
-      return BitValue(change, text);
-    case Kind::Group:
-      return GroupValue(change, text);
-    case Kind::SysVar:
-      if (change.item.type == SYSVAR_STRING) return TextValue(change, text);
-      if (change.item.type == SYSVAR_REAL) return Number<float>(change, text, RealNumber);
-      return std::int64_t{Number<std::int32_t>(change, text, WholeNumber)};
-    default:
-      change.Refuse(std::string(change.item.symbol->name) + " is read only");
-  }
-}
-
-Change ParseChange(const std::string& text) {
-  Change change;
-  change.text = text;
-  const auto equals = text.find('=');
-  change.item = ParseDesignation(text.substr(0, equals));
-  if (equals == std::string::npos) change.Refuse("an assignment has a value: " + text + "=5");
-  if (change.item.first != change.item.last) {
-    change.Refuse("one item at a time: " + change.Name() + text.substr(equals));
-  }
-  const std::string value = text.substr(equals + 1);
-  if (IsPosition(change.item)) {
-    ParsePosition(change, value);
-  } else {
-    change.parts[""] = PlainValue(change, value);
-  }
-  return change;
-}
 
 Variant ToVariant(const Value& value) {
   if (const auto* number = std::get_if<std::int64_t>(&value)) {
@@ -271,11 +112,12 @@ class Parts {
 
   Value At(std::string_view field) const {
     const auto named = change_.parts.find(std::string(field));
-    if (named != change_.parts.end()) return named->second;
-    for (std::size_t i = item_.first; i < item_.first + item_.count; ++i) {
-      if (readout_.Columns()[i].field == field) return readout_.Values()[i];
-    }
-    return {};
+    return named != change_.parts.end() ? named->second : Before(field);
+  }
+
+  /// Whether the controller has the form that the field belongs to.
+  bool HasForm(std::string_view field) const {
+    return std::holds_alternative<float>(Before(field));
   }
 
   std::vector<float> Reals(std::span<const std::string_view> fields, std::size_t required) const {
@@ -283,8 +125,10 @@ class Parts {
     for (const std::string_view field : fields) {
       const Value value = At(field);
       if (values.size() < required && !std::holds_alternative<float>(value)) {
-        change_.Refuse(change_.Name() + " has no such form yet; name all parts from " +
-                       std::string(fields[0]) + " to " + std::string(fields[required - 1]));
+        change_.Refuse(change_.Name() + " has no " +
+                       (fields[0] == Joint[0] ? "joint" : "cartesian") +
+                       " form yet; name all parts from " + std::string(fields[0]) + " to " +
+                       std::string(fields[required - 1]));
       }
       values.push_back(std::holds_alternative<float>(value) ? std::get<float>(value) : 0);
     }
@@ -296,6 +140,13 @@ class Parts {
   }
 
  private:
+  Value Before(std::string_view field) const {
+    for (std::size_t i = item_.first; i < item_.first + item_.count; ++i) {
+      if (readout_.Columns()[i].field == field) return readout_.Values()[i];
+    }
+    return {};
+  }
+
   const Change& change_;
   const Readout& readout_;
   const Item& item_;
@@ -307,16 +158,13 @@ void CompletePosition(Change& change, const Readout& readout, const Item& item) 
   PositionToWrite& position = change.position;
   position.UF = parts.Number("UF");
   position.UT = parts.Number("UT");
-  const auto named = [&](std::string_view name) {
-    return change.parts.contains(std::string(name));
-  };
-  const bool framesOnly = !change.NamesAny(Cartesian) && !change.NamesAny(Joint) && !named(Config);
-  const bool hasCartesian = std::holds_alternative<float>(parts.At(Cartesian[0]));
-  const bool hasJoint = std::holds_alternative<float>(parts.At(Joint[0]));
-  if (change.NamesAny(Joint) || (framesOnly && !hasCartesian && hasJoint)) {
-    std::size_t count = 1;
+  const bool framesOnly = !change.NamesAny(Cartesian) && !change.NamesAny(Joint) &&
+                          !change.Names(PositionFields::Config);
+  const bool hasJoint = parts.HasForm(Joint[0]);
+  if (change.NamesAny(Joint) || (framesOnly && !parts.HasForm(Cartesian[0]) && hasJoint)) {
+    std::size_t count = hasJoint ? 1 : ArmAxes;
     for (std::size_t i = 0; i < Joint.size(); ++i) {
-      if (named(Joint[i])) count = i + 1;
+      if (change.Names(Joint[i])) count = std::max(count, i + 1);
     }
     position.joint = parts.Reals(std::span(Joint).first(count), count);
     return;
@@ -324,7 +172,7 @@ void CompletePosition(Change& change, const Readout& readout, const Item& item) 
   const bool extended = change.NamesAny(std::span(Cartesian).subspan(CartesianParts));
   position.xyzwpr = parts.Reals(
       std::span(Cartesian).first(extended ? Cartesian.size() : CartesianParts), CartesianParts);
-  const Value config = parts.At(Config);
+  const Value config = parts.At(PositionFields::Config);
   const auto* text = std::get_if<std::string>(&config);
   position.config = ConfigNumbers(change, text != nullptr ? *text : "0 0 0 0 0 0 0");
 }
@@ -358,12 +206,8 @@ void Print(const std::vector<Row>& rows, bool withAfter) {
     valueWidth = std::max(valueWidth, row.before.size());
   }
   for (const Row& row : rows) {
-    std::cout << "  " << Left(row.name, nameWidth) << "  ";
-    if (withAfter) {
-      std::cout << Left(row.before, valueWidth) << "  ->  " << row.after << '\n';
-    } else {
-      std::cout << row.before << '\n';
-    }
+    const std::string line = "  " + Left(row.name, nameWidth) + "  " + Left(row.before, valueWidth);
+    std::cout << WithoutBlanks(withAfter ? line + "  ->  " + row.after : line) << '\n';
   }
 }
 
@@ -398,7 +242,8 @@ struct WriteOptions {
 
 void Write(const WriteOptions& options) {
   std::vector<Change> changes;
-  std::ranges::transform(options.assignments, std::back_inserter(changes), ParseChange);
+  for (const std::string& text : options.assignments)
+    changes.push_back({ParseAssignment(text), {}, {}});
   if (!options.yes && !platform::IsTerminal(platform::Stream::Input)) {
     throw Error(Exit::Usage,
                 "nobody to ask: standard input is no terminal; add --yes to write "
@@ -415,7 +260,7 @@ void Write(const WriteOptions& options) {
   Readout readout(session, items);
   if (!readout.Read()) throw session.Refusal("the values could not be read; nothing was written");
   for (std::size_t i = 0; i < changes.size(); ++i) {
-    if (IsPosition(changes[i].item)) CompletePosition(changes[i], readout, readout.Items()[i]);
+    if (changes[i].IsPosition()) CompletePosition(changes[i], readout, readout.Items()[i]);
   }
 
   const auto rows = Rows(readout, changes);
@@ -437,7 +282,7 @@ void AddWriteCommand(CLI::App& app) {
   const auto options = std::make_shared<WriteOptions>();
   command->add_option("assignments", options->assignments, "What to write, for example R[3]=5")
       ->required()
-      ->type_name("ITEM=VALUE");
+      ->option_text("ITEM=VALUE");
   command->add_flag("--yes", options->yes, "Write without a question");
   options->connection = AddConnectionOptions(*command);
   command->footer(

@@ -65,6 +65,7 @@ void SetEnvironment(const std::string& name, const std::string& value) {
 
 std::optional<int> RunProgram(const std::vector<std::string>& command, std::string_view input) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   std::array<int, 2> pipeEnds{};

@@ -1,0 +1,51 @@
+# Completion of orif's commands, options and items for bash.
+
+_orif() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+  local connection='--host --port --time-out --component --simulate --fast --trail'
+  local -A options=(
+    [read]="--comments --format $connection"
+    [watch]="--every --for --count $connection"
+    [write]="--yes $connection"
+    [record]="--every --for --count --out --force $connection"
+    [plot]='--out'
+    [alarms]="--list --count --format $connection"
+    [tasks]="--count --no-macros --no-velto --format $connection"
+    [simulate]=''
+  )
+  COMPREPLY=()
+
+  if [[ $COMP_CWORD -eq 1 ]]; then
+    COMPREPLY=($(compgen -W "${!options[*]} --help --version" -- "$current"))
+    return
+  fi
+  case $previous in
+    --format) COMPREPLY=($(compgen -W 'table csv json' -- "$current")); return ;;
+    --list) COMPREPLY=($(compgen -W 'active history password' -- "$current")); return ;;
+    --host | --port | --time-out | --count | --every | --for) return ;;
+    --component | --out) _orif_files '*'; return ;;
+    --simulate) _orif_files '*.json'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
+  esac
+  if [[ $current == -* ]]; then
+    COMPREPLY=($(compgen -W "${options[$command]} --help" -- "$current"))
+    return
+  fi
+  case $command in
+    read | watch | write | record)
+      # An item goes on behind its bracket; a quote in front of it is the shell's.
+      compopt -o nospace 2>/dev/null
+      COMPREPLY=($(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}"))
+      ;;
+    simulate) _orif_files '*.json' ;;
+    plot) _orif_files '*' ;;
+  esac
+}
+
+# Files that match the pattern, and directories on the way to them.
+_orif_files() {
+  compopt -o filenames 2>/dev/null
+  local IFS=$'\n'
+  COMPREPLY=($(compgen -f -X "!$1" -- "$current"; compgen -d -- "$current"))
+}
+
+complete -F _orif orif
