@@ -18,12 +18,14 @@ constexpr const char* GapColour = "#dddddd";
 constexpr std::array Formats{PictureFormat{".svg", "svg", "</svg>"},
                              PictureFormat{".png", "pngcairo", "IEND"}};
 
+bool IsControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
+
 /// Text as gnuplot takes it literally. A quoted text must not go over the end of its line.
 std::string Quoted(const std::string& text) {
   std::string quoted = "'";
   for (const char c : text) {
     if (c == '\'') quoted += '\'';
-    quoted += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    quoted += IsControl(c) ? '?' : c;
   }
   return quoted + "'";
 }
@@ -70,12 +72,12 @@ class Script {
     for (const Series& series : recording_.series)
       if (HasValues(series) && !series.isText) series_.push_back(&series);
     if (!series_.empty()) return;
-    std::string names;
-    for (const Series& series : recording_.series)
-      names += (names.empty() ? "" : ", ") + series.column.name;
-    const bool isText = recording_.series.front().isText;
-    throw Error(Exit::Usage, names + (isText ? " is text, which cannot be plotted"
-                                             : " has no values in this recording"));
+    const Series& first = recording_.series.front();
+    if (recording_.series.size() > 1)
+      throw Error(Exit::Usage, "none of these columns has a number in this recording");
+    throw Error(Exit::Usage,
+                first.column.name + (first.isText ? " is text, which cannot be plotted"
+                                                  : " has no values in this recording"));
   }
 
   void ChooseUnits() {
@@ -92,7 +94,7 @@ class Script {
     out_ << "set terminal " << format.terminal << " size " << Width << ',' << Height
          << " noenhanced font 'sans,11' background '#ffffff'\n"
          << "set output " << Quoted(std::filesystem::absolute(output).string()) << '\n'
-         << "set encoding utf8\nset grid\nset key outside right top\n"
+         << "set grid\nset key outside right top\n"
          << "set offsets 0, 0, graph 0.05, graph 0.05\n"
          << "set xlabel "
          << Quoted(std::string("time (") + scale_.name + ") since " + recording_.start)
@@ -174,6 +176,8 @@ const PictureFormat& FormatOf(const std::filesystem::path& picture) {
   if (format == Formats.end())
     throw Error(Exit::Usage,
                 "--out " + picture.string() + ": the name has to end in .svg or in .png");
+  if (std::ranges::any_of(picture.string(), IsControl))
+    throw Error(Exit::Usage, "--out: a picture's name has no control characters");
   return *format;
 }
 
