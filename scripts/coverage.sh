@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev nlohmann-json3-dev \
-  libsqlite3-dev gnuplot-nox gcovr
+  libsqlite3-dev sqlite3 gnuplot-nox gcovr
 cmake --preset debug -B build/coverage -DCMAKE_CXX_FLAGS=--coverage -DCMAKE_C_FLAGS=--coverage >/dev/null
 cmake --build build/coverage
 # One test lets no file grow; what the measuring itself says to that is not the program's output.

@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 preset=${1:-debug}
 
 scripts/setup.sh g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev nlohmann-json3-dev \
-  libsqlite3-dev gnuplot-nox
+  libsqlite3-dev sqlite3 gnuplot-nox
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
 ctest --preset "$preset"

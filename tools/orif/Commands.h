@@ -10,6 +10,9 @@ namespace orif::tool {
 
 void AddReadCommand(CLI::App& app);
 void AddWriteCommand(CLI::App& app);
+void AddWatchCommand(CLI::App& app);
+void AddRecordCommand(CLI::App& app);
+void AddPlotCommand(CLI::App& app);
 void AddAlarmsCommand(CLI::App& app);
 void AddTasksCommand(CLI::App& app);
 void AddSimulateCommand(CLI::App& app);

@@ -46,6 +46,10 @@ std::string TableText(const Value& value) {
                     value);
 }
 
+std::string Counted(std::int64_t count, std::string_view word) {
+  return std::to_string(count) + ' ' + std::string(word) + (count == 1 ? "" : "s");
+}
+
 std::string Right(std::string text, std::size_t width) {
   if (text.size() < width) text.insert(0, width - text.size(), ' ');
   return text;

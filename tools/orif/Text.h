@@ -28,6 +28,9 @@ std::string WithoutBlanks(std::string text);
 /// The shortest text that reads back as the same real.
 std::string RealText(float value);
 
+/// "1 row", "2 rows".
+std::string Counted(std::int64_t count, std::string_view word);
+
 /// For a field of a CSV line: 1 and 0, an empty text for no value.
 std::string CsvText(const Value& value);
 

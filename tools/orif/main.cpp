@@ -58,7 +58,8 @@ int Run(int argc, char** argv) {
       "  DI DO RI RO UI UO SI SO GI GO [1] or [1-16]       ALM[1] ALM[E1]    alarms\n\n"
       "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
   for (const auto add :
-       {orif::tool::AddReadCommand, orif::tool::AddWriteCommand, orif::tool::AddAlarmsCommand,
+       {orif::tool::AddReadCommand, orif::tool::AddWatchCommand, orif::tool::AddWriteCommand,
+        orif::tool::AddRecordCommand, orif::tool::AddPlotCommand, orif::tool::AddAlarmsCommand,
         orif::tool::AddTasksCommand, orif::tool::AddSimulateCommand}) {
     add(app);
   }

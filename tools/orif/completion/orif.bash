@@ -7,7 +7,7 @@ _orif() {
     [read]="--comments --format $connection"
     [watch]="--every --for --count $connection"
     [write]="--yes $connection"
-    [record]="--every --for --out --force $connection"
+    [record]="--every --for --count --out --force $connection"
     [plot]='--out'
     [alarms]="--list --count --format $connection"
     [tasks]="--count --no-macros --no-velto --format $connection"

@@ -1,0 +1,88 @@
+// Refreshes named items at a steady pace, and goes on when the link to the controller is lost: it
+// connects anew and registers everything again until the values are back. watch and record show and
+// write down what it brings.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "tools/orif/Clock.h"
+#include "tools/orif/Designation.h"
+#include "tools/orif/Link.h"
+#include "tools/orif/Readout.h"
+#include "tools/orif/Session.h"
+
+namespace CLI {
+class App;
+}
+
+namespace orif::tool {
+
+/// When to refresh, and how long: for a time, for so many refreshes, or until the user interrupts.
+struct Pace {
+  using Milliseconds = std::chrono::milliseconds;
+
+  Milliseconds every{500};
+  std::optional<Milliseconds> length;
+  std::optional<std::int64_t> count;
+};
+
+/// Adds --every, --for and --count.
+void AddPaceOptions(CLI::App& command, Pace& pace);
+
+class Poll {
+ public:
+  /// Connects and registers the items. Throws an Error as Session and Readout do.
+  Poll(Cell& cell, std::vector<Designation> designations, const Pace& pace);
+
+  /// Waits until the next refresh is due, which is a whole number of periods after the first, and
+  /// refreshes. Those that a late one leaves no time for are skipped. Empty at the end. Throws an
+  /// Error when the first refresh of all is refused; later that is a lost link.
+  std::optional<Link> Next();
+
+  /// The values of the last refresh that brought some.
+  const Readout& Values() const { return live_->readout; }
+
+  /// When the last refresh began, since the first one and by the calendar, and how long it took.
+  Pace::Milliseconds SinceStart() const { return began_ - start_; }
+  Clock::WallTime Wall() const { return wall_; }
+  Pace::Milliseconds Took() const { return took_; }
+
+  std::int64_t Skipped() const { return skipped_; }
+  std::int64_t Gaps() const { return gaps_; }
+
+ private:
+  bool WaitUntilDue();
+  Link Refresh();
+  Link ConnectAnew();
+
+  /// A connection with everything registered.
+  struct Live {
+    Live(Cell& cell, const std::vector<Designation>& designations)
+        : session(cell), readout(session, designations) {}
+
+    Session session;
+    Readout readout;
+  };
+
+  Cell& cell_;
+  Clock clock_;
+  std::vector<Designation> designations_;
+  Pace pace_;
+  std::unique_ptr<Live> live_;
+  bool lost_ = false;
+  Pace::Milliseconds start_{};
+  Pace::Milliseconds began_{};
+  Pace::Milliseconds took_{};
+  Pace::Milliseconds retryAt_{};
+  Clock::WallTime wall_;
+  std::int64_t turn_ = -1;  // which period the last refresh belongs to
+  std::int64_t refreshes_ = 0;
+  std::int64_t skipped_ = 0;
+  std::int64_t gaps_ = 0;
+};
+
+}  // namespace orif::tool

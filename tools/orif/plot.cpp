@@ -1,0 +1,92 @@
+// "orif plot": draws a picture of what record wrote down.
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "tools/orif/Commands.h"
+#include "tools/orif/Error.h"
+#include "tools/orif/platform/platform.h"
+#include "tools/orif/plot/Picture.h"
+#include "tools/orif/recording/Recording.h"
+
+namespace orif::tool {
+namespace {
+
+struct Options {
+  std::filesystem::path recording;
+  std::vector<std::string> names;
+  std::filesystem::path picture;
+};
+
+/// The picture while it is drawn, beside where it belongs; gone unless it is Kept.
+class Draft {
+ public:
+  explicit Draft(const std::filesystem::path& picture)
+      : picture_(picture), path_(picture.string() + ".part") {
+    try {
+      const platform::AppendedFile made(path_.string(), true);
+    } catch (const std::system_error& error) {
+      throw Error(Exit::Usage, "cannot write " + picture.string() + ": " + error.code().message());
+    }
+  }
+  Draft(const Draft&) = delete;
+  Draft& operator=(const Draft&) = delete;
+  ~Draft() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+
+  const std::filesystem::path& Path() const { return path_; }
+
+  /// gnuplot does not tell that the disk was full: a picture is whole when its end is there.
+  bool IsWhole(std::string_view last) const {
+    std::ifstream file(path_, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return text.rfind(last) != std::string::npos;
+  }
+
+  void Keep() const { std::filesystem::rename(path_, picture_); }
+
+ private:
+  std::filesystem::path picture_;
+  std::filesystem::path path_;
+};
+
+void Plot(const Options& options) {
+  const PictureFormat& format = FormatOf(options.picture);
+  const Recording recording = ReadRecording(options.recording, options.names);
+  const Draft draft(options.picture);
+  const std::optional<int> code =
+      platform::RunProgram({"gnuplot"}, GnuplotScript(recording, format, draft.Path()));
+  if (!code)
+    throw Error(Exit::Usage, "gnuplot draws the pictures and is not here; install gnuplot-nox");
+  if (*code != 0 || !draft.IsWhole(format.last))
+    throw Error(Exit::Usage, "gnuplot could not draw " + options.picture.string());
+  draft.Keep();
+}
+
+}  // namespace
+
+void AddPlotCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("plot", "Draw a picture of what was recorded");
+  const auto options = std::make_shared<Options>();
+  command->add_option("recording", options->recording, "A file that record wrote")
+      ->type_name("FILE")
+      ->required();
+  command->add_option("names", options->names, "Columns, or items for all of their columns")
+      ->type_name("NAME")
+      ->required();
+  command->add_option("--out", options->picture, "The picture, .svg or .png")
+      ->type_name("FILE")
+      ->required();
+  command->footer("Example:\n  orif plot run.csv 'R[1]' 'POS[0].X' --out run.svg");
+  command->callback([options] { Plot(*options); });
+}
+
+}  // namespace orif::tool

@@ -1,0 +1,67 @@
+// An SQLite database and its prepared statements, as far as recordings need them. Every failure is
+// a std::runtime_error with SQLite's reason and, where there is one, the system's.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace orif::tool {
+
+class Statement;
+
+class Database {
+ public:
+  /// `flags` as sqlite3_open_v2 takes them.
+  Database(const std::filesystem::path& path, int flags);
+
+  void Execute(const std::string& sql);
+  Statement Prepare(const std::string& sql);
+
+ private:
+  friend class Statement;
+  [[noreturn]] void Fail() const;
+  void Check(int result) const;
+
+  struct Close {
+    void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+  };
+  std::unique_ptr<sqlite3, Close> handle_;
+};
+
+class Statement {
+ public:
+  /// Parameters and columns count from 0 on. Text is bound by reference: it has to live until Run.
+  void Bind(int parameter, const std::string& text);
+  void Bind(int parameter, double number);
+  void Bind(int parameter, std::int64_t number);
+  void BindNull(int parameter);
+
+  /// Runs a statement that answers nothing, and makes it ready for the next run.
+  void Run();
+
+  /// Goes to the next row of the answer; false behind the last one.
+  bool Next();
+  int Parameters() const { return sqlite3_bind_parameter_count(handle_.get()); }
+  int Columns() const { return sqlite3_column_count(handle_.get()); }
+  std::string Name(int column) const { return sqlite3_column_name(handle_.get(), column); }
+  std::optional<std::string> Text(int column) const;
+
+ private:
+  friend class Database;
+  Statement(Database& database, const std::string& sql);
+
+  struct Finalize {
+    void operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
+  };
+  Database* database_;
+  std::unique_ptr<sqlite3_stmt, Finalize> handle_;
+};
+
+/// `name` as SQL takes it for the name of a column, whatever is in it.
+std::string QuotedName(const std::string& name);
+
+}  // namespace orif::tool

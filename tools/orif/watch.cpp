@@ -1,0 +1,100 @@
+// "orif watch": shows items again and again, in place in a terminal, elsewhere a line a refresh.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/orif/Commands.h"
+#include "tools/orif/Layout.h"
+#include "tools/orif/Poll.h"
+#include "tools/orif/Text.h"
+#include "tools/orif/platform/platform.h"
+#include "tools/orif/terminal/Screen.h"
+
+namespace orif::tool {
+namespace {
+
+struct Options {
+  std::shared_ptr<Connection> connection;
+  std::vector<std::string> items;
+  Pace pace;
+};
+
+/// Which values are others than they were at the refresh before.
+class Changes {
+ public:
+  /// `atFirst`: whether all values count as changed when there were none before.
+  explicit Changes(bool atFirst) : atFirst_(atFirst) {}
+
+  std::vector<bool> Note(const std::vector<Value>& values) {
+    std::vector<bool> changed(values.size(), atFirst_);
+    for (std::size_t i = 0; i < before_.size(); ++i) changed[i] = values[i] != before_[i];
+    before_ = values;
+    return changed;
+  }
+
+ private:
+  bool atFirst_;
+  std::vector<Value> before_;
+};
+
+bool IsLost(Link link) { return link == Link::Lost || link == Link::StillLost; }
+
+std::string Status(const Cell& cell, const Poll& poll, Link link) {
+  std::string text = cell.Host() + "  " + Iso8601(poll.Wall()) + "  ";
+  text += IsLost(link) ? "link lost, trying again"
+                       : "link up  refreshed in " + std::to_string(poll.Took().count()) + " ms";
+  if (poll.Skipped() > 0) text += "  " + std::to_string(poll.Skipped()) + " skipped";
+  return text + "  (Ctrl-C ends)";
+}
+
+void PrintLine(const Poll& poll, Link link, const std::vector<bool>& changed) {
+  if (link == Link::StillLost) return;
+  std::cout << Iso8601(poll.Wall());
+  if (link == Link::Lost) std::cout << " link lost, trying again";
+  if (link == Link::Back) std::cout << " link back";
+  for (std::size_t i = 0; i < changed.size(); ++i)
+    if (changed[i])
+      std::cout << ' ' << poll.Values().Columns()[i].name << '='
+                << TableText(poll.Values().Values()[i]);
+  std::cout << std::endl;
+}
+
+void Watch(const Options& options) {
+  const std::vector<Designation> items = ParseDesignations(options.items);
+  Cell cell(*options.connection);
+  Poll poll(cell, items, options.pace);
+  std::optional<Screen> screen;
+  if (platform::IsTerminal(platform::Stream::Output)) screen.emplace();
+  Changes changes(!screen);
+  while (const std::optional<Link> link = poll.Next()) {
+    std::vector<bool> changed(poll.Values().Columns().size());
+    if (!IsLost(*link)) changed = changes.Note(poll.Values().Values());
+    if (screen)
+      screen->Paint(Layout(poll.Values()), changed, Status(cell, poll, *link));
+    else
+      PrintLine(poll, *link, changed);
+  }
+  if (!screen) return;
+  // What was seen last stays in sight.
+  screen.reset();
+  for (const Line& line : Layout(poll.Values())) std::cout << PlainText(line) << '\n';
+}
+
+}  // namespace
+
+void AddWatchCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("watch", "Show items again and again, as they change");
+  const auto options = std::make_shared<Options>();
+  command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
+      ->required()
+      ->type_name("ITEM");
+  AddPaceOptions(*command, options->pace);
+  options->connection = AddConnectionOptions(*command);
+  command->footer("Example:\n  orif watch 'R[1-10]' 'POS[0]' --every 250ms --host cell1");
+  command->callback([options] { Watch(*options); });
+}
+
+}  // namespace orif::tool
