@@ -35,6 +35,8 @@ bool IsSignal(const Column& column) {
   return std::regex_match(column.name, Signal);
 }
 
+bool IsBit(const Column& column) { return IsSignal(column) && column.name[0] != 'G'; }
+
 bool HasValues(const Series& series) {
   return std::any_of(series.values.begin(), series.values.end(),
                      [](double value) { return !std::isnan(value); });
@@ -97,14 +99,24 @@ class Script {
          << "set grid\nset key outside right top\n"
          << "set offsets 0, 0, graph 0.05, graph 0.05\n"
          << "set xlabel "
-         << Quoted(std::string("time (") + scale_.name + ") since " + recording_.start)
-         << "\nset ylabel " << Quoted(AxisTitle(0)) << '\n';
-    if (units_.size() > 1)
-      out_ << "set ytics nomirror\nset y2tics\nset y2label " << Quoted(AxisTitle(1)) << '\n';
+         << Quoted(std::string("time (") + scale_.name + ") since " + recording_.start) << '\n';
+    SetUpAxis("y", units_.front());
+    if (units_.size() < 2) return;
+    out_ << "set ytics nomirror\nset y2tics\n";
+    SetUpAxis("y2", units_.back());
   }
 
-  std::string AxisTitle(std::size_t axis) const {
-    return units_[axis].empty() ? "value" : units_[axis];
+  void SetUpAxis(const char* axis, const std::string& unit) {
+    const bool bits = std::ranges::all_of(series_, [&](const Series* series) {
+      return series->column.unit != unit || IsBit(series->column);
+    });
+    out_ << "set " << axis << "label "
+         << Quoted(!unit.empty() ? unit
+                   : bits        ? "signal"
+                                 : "value")
+         << '\n';
+    if (bits)
+      out_ << "set " << axis << "range [-0.1:1.1]\nset " << axis << "tics ('off' 0, 'on' 1)\n";
   }
 
   void ShadeGaps() {
