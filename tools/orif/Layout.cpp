@@ -86,6 +86,18 @@ class Painter {
     return {std::move(text), ItemAt(i).first + field};
   }
 
+  std::size_t IndexOf(std::size_t i, std::string_view field) const {
+    std::size_t index = 0;
+    while (ColumnAt(i, index).field != field) ++index;
+    return index;
+  }
+  const Value& ValueOf(std::size_t i, std::string_view field) const {
+    return ValueAt(i, IndexOf(i, field));
+  }
+  Segment ShownField(std::size_t i, std::string_view field, std::size_t width = 0) const {
+    return Shown(i, IndexOf(i, field), Left(TableText(ValueOf(i, field)), width));
+  }
+
   void PaintPlain(std::size_t i) {
     Line& line = Begin(Label(i));
     const Value& value = ValueAt(i, 0);
@@ -120,28 +132,28 @@ class Painter {
 
   void PaintTask(std::size_t i) {
     Line& line = Begin(Label(i));
-    line.push_back(Shown(i, 0, Left(TableText(ValueAt(i, 0)), 16)));
-    if (!IsSet(ValueAt(i, 0))) return;
+    line.push_back(ShownField(i, "program", 16));
+    if (!IsSet(ValueOf(i, "program"))) return;
     line.push_back({"  line ", {}});
-    line.push_back(Shown(i, 1, Right(TableText(ValueAt(i, 1)), 5)));
+    line.push_back(Shown(i, IndexOf(i, "line"), Right(TableText(ValueOf(i, "line")), 5)));
     line.push_back({"  ", {}});
-    line.push_back(Shown(i, 2, Left(TaskStateText(ValueAt(i, 2)), 8)));
-    if (ValueAt(i, 3) == Value(std::string())) return;
+    line.push_back(Shown(i, IndexOf(i, "state"), Left(TaskStateText(ValueOf(i, "state")), 8)));
+    if (ValueOf(i, "parent") == Value(std::string())) return;
     line.push_back({"  called by ", {}});
-    line.push_back(Shown(i, 3, TableText(ValueAt(i, 3))));
+    line.push_back(ShownField(i, "parent"));
   }
 
   void PaintAlarm(std::size_t i) {
     Line& line = Begin(Label(i));
-    line.push_back(Shown(i, 0, TableText(ValueAt(i, 0))));
-    if (!IsSet(ValueAt(i, 0))) return;
+    line.push_back(ShownField(i, "time"));
+    if (!IsSet(ValueOf(i, "time"))) return;
     line.push_back({"  ", {}});
-    line.push_back(Shown(i, 4, Left(TableText(ValueAt(i, 4)), 6)));
+    line.push_back(ShownField(i, "severity_text", 6));
     line.push_back({"  ", {}});
-    line.push_back(Shown(i, 5, TableText(ValueAt(i, 5))));
-    if (ValueAt(i, 8) == Value(std::string())) return;
+    line.push_back(ShownField(i, "message"));
+    if (ValueOf(i, "cause") == Value(std::string())) return;
     line.push_back({"  because of ", {}});
-    line.push_back(Shown(i, 8, TableText(ValueAt(i, 8))));
+    line.push_back(ShownField(i, "cause"));
   }
 
   // Three parts a line. Axes that are all zero are left out where not every robot has them; what
@@ -152,9 +164,6 @@ class Painter {
       bool extended = false;
     };
     static constexpr auto Rows = std::to_array<Row>({{0}, {3}, {6, true}, {10}, {13}, {16, true}});
-    constexpr std::size_t Config = 9;
-    constexpr std::size_t UF = 19;
-    constexpr std::size_t UT = 20;
     bool begun = false;
     const auto begin = [&]() -> Line& { return Begin(std::exchange(begun, true) ? "" : Label(i)); };
     for (const Row& row : Rows) {
@@ -169,27 +178,27 @@ class Painter {
         line.push_back(Shown(i, field, Right(Fixed(ValueAt(i, field)), NumberWidth - 1)));
       }
       line.push_back({" " + Left(ColumnAt(i, row.first).unit, 3), {}});
-      if (first) AddFrames(line, i, UF, UT);
+      if (first) AddFrames(line, i);
       if (row.first == 3) {
         line.push_back({"  config ", {}});
-        line.push_back(Shown(i, Config, TableText(ValueAt(i, Config))));
+        line.push_back(ShownField(i, "config"));
       }
     }
     if (!begun) {
       Line& line = begin();
       line.push_back({"not valid", {}});
-      AddFrames(line, i, UF, UT);
+      AddFrames(line, i);
     }
-    if (ItemAt(i).count > UT + 1 && ValueAt(i, UT + 1) != Value(std::string())) {
-      AddComment(Begin(""), i);
-    }
+    const std::size_t last = ItemAt(i).count - 1;
+    const bool commented = ColumnAt(i, last).field == "comment";
+    if (commented && ValueAt(i, last) != Value(std::string())) AddComment(Begin(""), i);
   }
 
-  void AddFrames(Line& line, std::size_t i, std::size_t UF, std::size_t UT) {
+  void AddFrames(Line& line, std::size_t i) {
     line.push_back({"  UF ", {}});
-    line.push_back(Shown(i, UF, TableText(ValueAt(i, UF))));
+    line.push_back(ShownField(i, "UF"));
     line.push_back({"  UT ", {}});
-    line.push_back(Shown(i, UT, TableText(ValueAt(i, UT))));
+    line.push_back(ShownField(i, "UT"));
   }
 
   const Readout& readout_;

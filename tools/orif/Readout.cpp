@@ -120,10 +120,7 @@ bool DecodeTask(DataTask& task, Value* column) {
   if (!task.GetValue(program, line, state, parent)) return false;
   if (program.size() > LongestName) program.resize(LongestName);
   if (parent.size() > LongestName) parent.resize(LongestName);
-  if (program.empty()) {
-    std::fill_n(column, 4, Value());
-    return true;
-  }
+  if (program.empty()) return true;
   *column++ = program;
   *column++ = int64_t{line};
   *column++ = int64_t{state};
@@ -139,10 +136,7 @@ bool DecodeAlarm(DataAlarm& alarms, std::int32_t index, Value* column) {
                        minute, second, message, cause, severityText)) {
     return false;
   }
-  if (id == 0 && number == 0 && message.empty()) {
-    std::fill_n(column, 9, Value());
-    return true;
-  }
+  if (id == 0 && number == 0 && message.empty()) return true;
   std::array<char, 64> time{};
   std::snprintf(time.data(), time.size(), "%04d-%02d-%02d %02d:%02d:%02d", year, month, day, hour,
                 minute, second);

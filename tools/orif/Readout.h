@@ -57,7 +57,7 @@ class Readout {
   const std::vector<Value>& Values() const { return values_; }
 
  private:
-  /// Writes an item's values to the columns from `column` on.
+  /// Writes an item's values to the columns from `column` on, which are empty before.
   using Decode = std::function<bool(std::int32_t index, Value* column)>;
   struct Source {
     Decode decode;
