@@ -24,17 +24,18 @@ namespace orif::sim {
 
 /// How much of each kind of data a controller has.
 struct Layout {
-  std::size_t numericRegisters = 10000;
-  std::size_t positionRegisters = 500;  // of each motion group
-  std::size_t stringRegisters = 500;
-  std::size_t motionGroups = 8;
-  std::size_t userFrames = 9;  // of each motion group, the world frame not counted
+  std::size_t numericRegisters = 10000;  ///< R[1] and up
+  std::size_t positionRegisters = 500;   ///< of each motion group
+  std::size_t stringRegisters = 500;     ///< SR[1] and up
+  std::size_t motionGroups = 8;          ///< 1 and up
+  std::size_t userFrames = 9;            ///< of each motion group, the world frame not counted
 };
 
 /// Indices, groups and signal numbers count from 1; one that the controller does not have throws
 /// std::out_of_range.
 class Controller {
  public:
+  /// With all registers 0 and empty, no variables, tasks or alarms.
   explicit Controller(const Layout& layout = {});
   Controller(const Controller&) = delete;
   Controller& operator=(const Controller&) = delete;
@@ -43,6 +44,7 @@ class Controller {
   /// Integer or real: `NumericRegister(1) = 5` or `= 2.5f`.
   NumericValue& NumericRegister(std::int32_t index) { return numericRegisters_.At(index); }
 
+  /// In both forms, of which the register holds one.
   Position& PositionRegister(std::int32_t group, std::int32_t index) {
     return positionRegisters_.At(group, index);
   }
@@ -62,12 +64,14 @@ class Controller {
   }
   const VariableValue& Variable(std::string_view name) const { return variables_.At(name); }
 
+  /// Texts, of which the words show up to 80 bytes.
   std::string& StringRegister(std::int32_t index) { return texts_.StringRegister(index); }
   std::string& Comment(CommentKind kind, std::int32_t index) { return texts_.Comment(kind, index); }
 
   /// 0 or 1 for a bit signal.
   std::int32_t& Signal(SignalKind kind, std::int32_t number) { return signals_.At(kind, number); }
 
+  /// In the order in which the controller lists them.
   std::vector<Task>& TaskList() { return tasks_.List(); }
 
   /// "CLRALM" empties the active alarms.

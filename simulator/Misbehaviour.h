@@ -16,8 +16,8 @@ namespace orif::sim {
 /// An answer given instead of carrying an operation out. `status` may be any number, 0 and positive
 /// ones included.
 struct Failure {
-  std::int32_t status = 0;
-  std::string text;  // the last error text from then on
+  std::int32_t status = 0;  ///< any number
+  std::string text;         ///< the last error text from then on
 };
 
 class Misbehaviour {
@@ -46,8 +46,10 @@ class Misbehaviour {
   /// connections stay lost.
   void Stop();
 
+  /// What is scheduled goes by this time.
   void Advance(Time now) { now_ = now; }
 
+  /// How late answers come at this time, in milliseconds, and whether a connection can be made.
   std::int32_t Delay() const;
   bool LinkIsDown() const;
 

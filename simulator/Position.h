@@ -14,17 +14,18 @@ namespace orif::sim {
 
 /// Lengths in mm, angles in degrees. The two forms are independent: there is no kinematics.
 struct Position {
-  static constexpr std::size_t Values = 9;
-  static constexpr std::size_t ConfigValues = 7;
+  static constexpr std::size_t Values = 9;        ///< of each form
+  static constexpr std::size_t ConfigValues = 7;  ///< of the cartesian form
 
-  std::array<float, Values> xyzwpr{};  // X, Y, Z, W, P, R, E1, E2, E3
-  std::array<std::int16_t, ConfigValues> config{};
-  std::array<float, Values> joint{};
-  std::int16_t uf = 0;
-  std::int16_t ut = 0;
-  std::int16_t validC = 0;  // 1 while the cartesian form holds, else 0
-  std::int16_t validJ = 0;  // 1 while the joint form holds, else 0
+  std::array<float, Values> xyzwpr{};               ///< X, Y, Z, W, P, R, E1, E2, E3
+  std::array<std::int16_t, ConfigValues> config{};  ///< C1 to C7
+  std::array<float, Values> joint{};                ///< J1 to J9
+  std::int16_t uf = 0;                              ///< user frame
+  std::int16_t ut = 0;                              ///< tool
+  std::int16_t validC = 0;                          ///< 1 while the cartesian form holds, else 0
+  std::int16_t validJ = 0;                          ///< 1 while the joint form holds, else 0
 
+  /// The same in every field.
   bool operator==(const Position&) const = default;
 
   /// Stores the leading values of the cartesian form, which alone is valid from then on. Like

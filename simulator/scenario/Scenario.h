@@ -13,11 +13,11 @@
 namespace orif::sim {
 
 struct Scenario {
-  std::string name;
-  std::string description;
-  Network network;
-  std::vector<std::string> hosts;  // in the order of the file
-  std::string summary;             // of the controllers, for Describe
+  std::string name;                ///< of the cell, for people
+  std::string description;         ///< a sentence or two, or nothing
+  Network network;                 ///< its controllers, and their time
+  std::vector<std::string> hosts;  ///< their names, in the order of the file
+  std::string summary;             ///< of the controllers, for Describe
 };
 
 /// Tells file, line, field, what is wrong with it and what is right:
