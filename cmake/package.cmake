@@ -1,11 +1,16 @@
-# What is installed, and the Debian package. The simulated controller comes with the development files, so that a
+# What is installed, and the packages: Debian's, and a zip archive for Windows. The simulated controller comes with the development files, so that a
 # program can be written and tested without a robot.
 include(CMakePackageConfigHelpers)
 
 set(cmake_files ${CMAKE_INSTALL_LIBDIR}/cmake/orif)
 
 install(TARGETS orif_shared orif_static orif_simulator EXPORT orifTargets)
-install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orif)
+if(WIN32)
+  set(component_directory ${CMAKE_INSTALL_BINDIR})
+else()
+  set(component_directory ${CMAKE_INSTALL_LIBDIR}/orif)
+endif()
+install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/orif ${PROJECT_BINARY_DIR}/generated/orif
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator
@@ -32,18 +37,23 @@ install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
   FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.cpp" PATTERN "*.json")
 
-set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "orif maintainers <maintainers@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Robot-controller interface library and tool")
 set(CPACK_PACKAGE_DESCRIPTION "Reads and writes the data of robot controllers: registers, positions, texts, system
 variables, tasks, alarms and signals. Contains the library with its development files, a simulated controller, and the
 command-line tool orif.")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS gnuplot-nox)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME orif-${PROJECT_VERSION}-windows-x86_64)
+else()
+  set(CPACK_GENERATOR DEB)
+  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS gnuplot-nox)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+endif()
 include(CPack)

@@ -3,6 +3,7 @@ execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE output RESULT_VARIABLE result
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "exit code ${result}\n${output}")
 endif()
+string(REPLACE "\r" "" output "${output}")
 file(READ ${EXPECTED} expected)
 if(NOT output STREQUAL expected)
   message(FATAL_ERROR "expected:\n${expected}\nprinted:\n${output}")

@@ -1,6 +1,7 @@
-// The main job, on the simulated controller: connect, register every kind of item, refresh, print,
-// write, see that the old values stand until the next refresh, refresh, print, clear the alarms,
-// disconnect, and show the trail. Everything printed is what the library answers.
+// The main job, on the simulated controller, or over the component that ORVEX_COMMLIB names, such
+// as the simulator's: connect, register every kind of item, refresh, print, write, see that the old
+// values stand until the next refresh, refresh, print, clear the alarms, disconnect, and show the
+// trail. Everything printed is what the library answers.
 #include <array>
 #include <cstdlib>
 #include <iostream>
@@ -190,10 +191,7 @@ void ChangeAllSignals(orif::Core& core) {
   ChangeSignals<Group>("GI", core, &Core::ReadGI, &Core::WriteGI);
 }
 
-}  // namespace
-
-int main() {
-  orif::Core core(orif::sim::DemoNetwork().Factory());
+void Demonstrate(orif::Core& core) {
   Expect(core.Connect("demo"), "Connect", core);
   std::cout << "Connected to the simulated controller, state " << core.ConnectState() << '\n';
 
@@ -228,4 +226,17 @@ int main() {
   std::cout << "Disconnected, state " << core.ConnectState()
             << "\n\nThe trail of the writes, the refresh and the end:\n"
             << core.GetDebugMessages();
+}
+
+}  // namespace
+
+int main() {
+  const char* component = std::getenv("ORVEX_COMMLIB");
+  if (component != nullptr && *component != '\0') {
+    orif::Core core;
+    Demonstrate(core);
+  } else {
+    orif::Core core(orif::sim::DemoNetwork().Factory());
+    Demonstrate(core);
+  }
 }

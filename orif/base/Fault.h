@@ -10,7 +10,7 @@
 
 namespace orif {
 
-class ORIF_EXPORT Fault : public std::runtime_error {
+class ORIF_HEADER_TYPE Fault : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <system_error>
+#include <utility>
 
 #include "orif/base/Fault.h"
 #include "orif/base/Guard.h"
@@ -22,6 +23,7 @@ struct State {
   bool fileFlag = false;
   std::uint32_t objectCounter = 0;
   std::int32_t liveCores = 0;
+  std::string startUpError;  // until it is shown
   std::string logPath;
   std::string lastMessage;
   std::string line;                            // the one being built
@@ -83,6 +85,13 @@ Variant Setting(std::string_view key) {
 // still, so the counter starts it too.
 [[maybe_unused]] const bool loaded = (Main(), true);
 
+// Not by Main: while a library is loaded, a system may not be able to show anything.
+void ShowStartUpError() noexcept {
+  State& module = Module();
+  if (module.startUpError.empty()) return;
+  platform::ErrorBox(std::exchange(module.startUpError, {}));
+}
+
 }  // namespace
 
 void Main() noexcept {
@@ -93,8 +102,8 @@ void Main() noexcept {
   if (!module.fileFlag) return;
   Guarded(
       [] { CreateLogFile(); },
-      [](const char* description) {
-        Guarded([&] { platform::ErrorBox(std::string("[Main] Make debug out ") + description); });
+      [&](const char* description) {
+        Guarded([&] { module.startUpError = std::string("[Main] Make debug out ") + description; });
       });
 }
 
@@ -117,6 +126,7 @@ void TrailFlag(bool value) noexcept { Module().trailFlag = value; }
 
 std::int32_t NextObjectId() noexcept {
   Main();
+  ShowStartUpError();
   return static_cast<std::int32_t>(++Module().objectCounter);
 }
 

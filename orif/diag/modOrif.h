@@ -16,7 +16,8 @@ namespace orif::modOrif {
 constexpr std::size_t TrailLength = 100;
 
 /// Reads the settings and, when file logging is on, creates this run's log file. Runs when the
-/// library is loaded, at the latest when the first object takes its id; later calls do nothing.
+/// library is loaded, at the latest when the first object takes its id; later calls do nothing. An
+/// error of it is shown to the user when the first object takes its id.
 void Main() noexcept;
 
 /// Makes a line of a message: time of day, thread number, message. The line becomes the last

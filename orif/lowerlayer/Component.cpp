@@ -10,9 +10,6 @@
 namespace orif {
 namespace {
 
-constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
-constexpr const char* ComponentName = "OrvexCommLib";
-
 // The component's own words for what went wrong.
 std::string Description(const OrvexValue& fault) {
   if (fault.kind != ORVEX_TEXT || fault.as.text == nullptr || fault.count <= 0) {
@@ -51,21 +48,6 @@ class ComponentCore final : public Dispatch {
   Object object_;
 };
 
-std::string ComponentPath() {
-  std::string named = platform::Environment(ComponentVariable);
-  if (!named.empty()) {
-    if (!platform::IsAbsolutePath(named)) {
-      throw Fault(std::string(ComponentVariable) + " is not an absolute path: " + named);
-    }
-    return named;
-  }
-  for (std::string& path : platform::SystemLibraryPaths(ComponentName)) {
-    if (platform::FileExists(path)) return path;
-  }
-  throw Fault(std::string(ComponentName) + " is not installed and " + ComponentVariable +
-              " is not set");
-}
-
 const OrvexCommLib& LoadComponent(const std::string& path) {
   void* module = platform::LoadModule(path);
   const auto entry = reinterpret_cast<OrvexCommLibEntryFunction>(
@@ -84,12 +66,17 @@ const OrvexCommLib& LoadComponent(const std::string& path) {
 
 }  // namespace
 
-std::shared_ptr<Dispatch> CreateComponentCore() {
-  const OrvexCommLib& component = LoadComponent(ComponentPath());
+std::shared_ptr<Dispatch> CreateLoadedCore(const std::string& path) {
+  const OrvexCommLib& component = LoadComponent(path);
   OrvexValue fault{};
   ComponentCore::Object object(component.create(&fault), component.release);
   if (object == nullptr) throw Fault(Description(fault));
   return std::make_shared<ComponentCore>(component, std::move(object));
+}
+
+std::shared_ptr<Dispatch> CreateComponentCore() {
+  const std::string named = platform::Environment(ComponentVariable);
+  return platform::IsAbsolutePath(named) ? CreateLoadedCore(named) : CreateInstalledCore(named);
 }
 
 }  // namespace orif

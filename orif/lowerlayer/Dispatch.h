@@ -15,7 +15,7 @@
 
 namespace orif {
 
-class ORIF_EXPORT Dispatch {
+class ORIF_HEADER_TYPE Dispatch {
  public:
   Dispatch() = default;
   Dispatch(const Dispatch&) = delete;

@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace orif::platform {
 
@@ -46,10 +45,6 @@ void ErrorBox(const std::string& text) noexcept;
 std::string Environment(const char* name);
 
 bool IsAbsolutePath(std::string_view path);
-
-/// Where the system keeps a library of this name, the likeliest place first; absolute paths only.
-std::vector<std::string> SystemLibraryPaths(std::string_view name);
-bool FileExists(const std::string& path) noexcept;
 
 /// Loads a shared object, which stays loaded until the process ends, and finds a symbol in it.
 /// Throw a Fault with the system's reason.

@@ -113,20 +113,6 @@ std::string Environment(const char* name) {
 
 bool IsAbsolutePath(std::string_view path) { return path.starts_with(PathSeparator); }
 
-std::vector<std::string> SystemLibraryPaths(std::string_view name) {
-  std::vector<std::string> paths;
-  for (const std::string directory : {"/usr/local/lib/", "/usr/lib/", "/lib/"}) {
-    for (const std::string architecture : {ORIF_LIBRARY_ARCHITECTURE "/", ""}) {
-      std::string path = directory;
-      path.append(architecture).append("lib").append(name).append(".so");
-      paths.push_back(std::move(path));
-    }
-  }
-  return paths;
-}
-
-bool FileExists(const std::string& path) noexcept { return access(path.c_str(), F_OK) == 0; }
-
 void* LoadModule(const std::string& path) {
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (module == nullptr) ThrowLoaderError();

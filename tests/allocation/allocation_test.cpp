@@ -21,8 +21,10 @@ void* operator new(std::size_t size) {
   if (void* memory = std::malloc(size)) return memory;
   throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+// Not inline: where it is, g++ takes the pair of free and new for a mistake.
+[[gnu::noinline]] void Free(void* memory) { std::free(memory); }
+void operator delete(void* memory) noexcept { Free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { Free(memory); }
 
 namespace orif {
 namespace {

@@ -64,7 +64,7 @@ TEST_F(SignalIo, BlocksIndicesAndCounts) {
   RUN(core.WriteGO(10000, groups, 4), core.WriteGO(10001, groups, 4));
   std::vector<std::int32_t> sent;
   lower->On(DispId::WriteGO, [&](auto arguments) {
-    sent.assign(arguments[1].as.i4Ref, arguments[1].as.i4Ref + arguments[1].count);
+    sent.assign(arguments[1].as.i4Ref, arguments[1].as.i4Ref + arguments[2].as.i2);
     return Long(0);
   });
   RUN(core.WriteGO(1, groups, 6));

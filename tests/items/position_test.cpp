@@ -258,7 +258,8 @@ TEST_F(Positions, AVariableIsReadAndWritten) {
 TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
   std::vector<float> floats;
   lower->On(DispId::WriteRXyzwprConfig, [&](auto arguments) {
-    floats.assign(arguments[2].as.r4Ref, arguments[2].as.r4Ref + arguments[2].count);
+    floats.assign(arguments[2].as.r4Ref,
+                  arguments[2].as.r4Ref + arguments[1].as.i2 * arguments[3].as.i2);
     return Long(0);
   });
   const auto sent = [&] {
@@ -354,7 +355,7 @@ TEST_F(MultiGroup, IsRead) {
 TEST_F(MultiGroup, IsStagedAndSentAsOneBlock) {
   std::vector<std::int16_t> words;
   lower->On(DispId::WriteRShort, [&](auto arguments) {
-    words.assign(arguments[1].as.i2Ref, arguments[1].as.i2Ref + arguments[1].count);
+    words.assign(arguments[1].as.i2Ref, arguments[1].as.i2Ref + arguments[2].as.i2);
     return Long(0);
   });
   const auto sent = [&] {

@@ -2,8 +2,6 @@
 #include <orif/lowerlayer/orvex_commlib.h>
 #include <stddef.h>
 
-#define EXPORT __attribute__((visibility("default")))
-
 #ifndef NO_ENTRY
 static void* Create(OrvexValue* fault) {
   static const char reason[] = "out of licences";
@@ -37,7 +35,7 @@ static const OrvexCommLib component = {
 #endif
 };
 
-EXPORT const OrvexCommLib* OrvexCommLibEntry(uint32_t version) {
+const OrvexCommLib* OrvexCommLibEntry(uint32_t version) {
   (void)version;
 #ifdef NO_INTERFACE
   return NULL;
@@ -47,5 +45,5 @@ EXPORT const OrvexCommLib* OrvexCommLibEntry(uint32_t version) {
 }
 #endif
 
-EXPORT extern const int unused;
+extern const int unused;
 const int unused = 0;

@@ -1,22 +1,21 @@
 // The component is found and loaded, or refused with a reason that reaches the trail.
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
 #include "orif/orif.h"
+#include "tests/support/System.h"
 
-namespace orif {
+namespace orif::test {
 namespace {
 
-using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-// What a new Core's trail tells of the component at `path`.
-std::string Refusal(const std::string& path) {
-  setenv("ORVEX_COMMLIB", path.c_str(), 1);
+// What a new Core's trail tells of the component that is named.
+std::string Refusal(const std::string& named) {
+  SetEnvironment("ORVEX_COMMLIB", named);
   Core core;
   EXPECT_EQ(core.GetLib(), nullptr);
   EXPECT_FALSE(core.Connect("demo"));
@@ -26,20 +25,12 @@ std::string Refusal(const std::string& path) {
 
 TEST(Component, IsRefusedWithAReason) {
   const std::string directory = BAD_COMPONENT_DIRECTORY "/";
-  EXPECT_THAT(Refusal(""),
-              EndsWith("[Core.Class_initialize] ID=1, Err OrvexCommLib is not installed and "
-                       "ORVEX_COMMLIB is not set"));
-  EXPECT_THAT(Refusal("libOrvexCommLib.so"),
-              EndsWith("Err ORVEX_COMMLIB is not an absolute path: libOrvexCommLib.so"));
-  EXPECT_THAT(Refusal("/no/such/libOrvexCommLib.so"),
-              AllOf(HasSubstr(", Err /no/such/libOrvexCommLib.so"), HasSubstr("No such file")));
-  EXPECT_THAT(Refusal(directory + "no_entry.so"), HasSubstr("undefined symbol: OrvexCommLibEntry"));
-  EXPECT_THAT(Refusal(directory + "other_version.so"),
-              EndsWith("does not serve interface version 1"));
-  EXPECT_THAT(Refusal(directory + "no_interface.so"),
-              EndsWith("does not serve interface version 1"));
-  EXPECT_THAT(Refusal(directory + "incomplete.so"), EndsWith("offers an incomplete interface"));
-  EXPECT_THAT(Refusal(directory + "no_object.so"), EndsWith(", Err out of licences"));
+  auto unusable = UnusableComponents(directory);
+  unusable.emplace_back(directory + "other_version.so", "does not serve interface version 1");
+  unusable.emplace_back(directory + "no_interface.so", "does not serve interface version 1");
+  unusable.emplace_back(directory + "incomplete.so", "offers an incomplete interface");
+  unusable.emplace_back(directory + "no_object.so", ", Err out of licences");
+  for (const auto& [named, reason] : unusable) EXPECT_THAT(Refusal(named), HasSubstr(reason));
 }
 
 TEST(Component, IsNeverLookedUpInTheCurrentDirectory) {
@@ -48,13 +39,13 @@ TEST(Component, IsNeverLookedUpInTheCurrentDirectory) {
   std::filesystem::copy_file(ORIF_SIMULATOR_COMPONENT, directory / "libOrvexCommLib.so",
                              std::filesystem::copy_options::overwrite_existing);
   std::filesystem::current_path(directory);
-  EXPECT_THAT(Refusal(""), HasSubstr("is not installed"));
+  EXPECT_THAT(Refusal(""), HasSubstr("OrvexCommLib"));
   std::filesystem::current_path("/");
   std::filesystem::remove_all(directory);
 }
 
 TEST(Component, IsRefusedWhenTheFileIsDamaged) {
-  const std::string path = std::filesystem::temp_directory_path() / "orif-damaged.so";
+  const auto path = (std::filesystem::temp_directory_path() / "orif-damaged.so").string();
   for (const std::uintmax_t size : {0U, 10U, 300U}) {
     std::filesystem::copy_file(ORIF_SIMULATOR_COMPONENT, path,
                                std::filesystem::copy_options::overwrite_existing);
@@ -67,7 +58,7 @@ TEST(Component, IsRefusedWhenTheFileIsDamaged) {
 }
 
 TEST(Component, TheLoadedSimulatorServesACore) {
-  setenv("ORVEX_COMMLIB", ORIF_SIMULATOR_COMPONENT, 1);
+  SetEnvironment("ORVEX_COMMLIB", ORIF_SIMULATOR_COMPONENT);
   Core core;
   ASSERT_NE(core.GetLib(), nullptr);
   ASSERT_TRUE(core.Connect("demo"));
@@ -90,4 +81,4 @@ TEST(Component, TheLoadedSimulatorServesACore) {
 }
 
 }  // namespace
-}  // namespace orif
+}  // namespace orif::test

@@ -7,6 +7,7 @@
 #include <optional>
 #include <regex>
 
+#include "Boundary.h"
 #include "orif/orif.h"
 #include "tests/support/RecordingDispatch.h"
 
@@ -52,7 +53,7 @@ class RecordedCore : public testing::Test {
   Core watcher_{NoLowerCore};
 
  protected:
-  Core core{[this] { return lower; }};
+  Core core{[this] { return Boundary(lower); }};
 };
 
 }  // namespace orif::test

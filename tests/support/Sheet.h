@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "Boundary.h"
 #include "orif/base/Convert.h"
 
 #define SHOW(value) (sheet_ << "    " << #value << " = " << Show(value) << '\n')
@@ -43,7 +44,7 @@ class Sheet : public Fixture {
     if (std::getenv("ORIF_WRITE_TRANSCRIPTS") != nullptr) std::ofstream(path) << sheet_.str();
     std::stringstream expected;
     expected << std::ifstream(path).rdbuf();
-    EXPECT_EQ(sheet_.str(), expected.str()) << path;
+    EXPECT_EQ(Comparable(sheet_.str()), Comparable(expected.str())) << path;
   }
 
   static std::string Show(bool value) { return value ? "true" : "false"; }

@@ -1,0 +1,15 @@
+#include "orif/lowerlayer/Automation.h"
+#include "orif/lowerlayer/Component.h"
+
+namespace orif {
+namespace {
+
+constexpr const char* RegisteredClass = "OrvexCommLib.Core";
+
+}  // namespace
+
+std::shared_ptr<Dispatch> CreateInstalledCore(const std::string& named) {
+  return CreateAutomationCore(named.empty() ? RegisteredClass : named);
+}
+
+}  // namespace orif

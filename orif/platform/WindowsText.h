@@ -1,0 +1,65 @@
+// Texts on Windows: the system's words for an error, and conversion between the narrow code page,
+// in which the library keeps its texts, and the wide texts of automation. Header-only, because the
+// simulated controller's component uses it without the library.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <array>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "orif/base/Fault.h"
+
+namespace orif::platform {
+
+/// The system's description of an error code or of a failed call, as a fault is worded: without a
+/// full stop and without a line end.
+inline std::string SystemText(DWORD code) {
+  std::array<char, 512> text{};
+  const DWORD length = FormatMessageA(
+      FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+      nullptr, code, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+  std::string words(text.data(), length);
+  words.erase(words.find_last_not_of(" .\r\n") + 1);
+  if (!words.empty()) return words;
+  std::snprintf(text.data(), text.size(), "%s 0x%08lX", Fault::AutomationError, code);
+  return text.data();
+}
+
+struct FreeText {
+  void operator()(OLECHAR* text) const { SysFreeString(text); }
+};
+/// A text of automation; null is the empty one.
+using AutomationText = std::unique_ptr<OLECHAR, FreeText>;
+
+inline AutomationText Wide(std::string_view text) {
+  if (text.size() > std::numeric_limits<int>::max()) throw Fault(Fault::OutOfMemory);
+  const auto bytes = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, nullptr, 0);
+  AutomationText wide(SysAllocStringLen(nullptr, static_cast<UINT>(length)));
+  if (wide == nullptr) throw Fault(Fault::OutOfMemory);
+  MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, wide.get(), length);
+  return wide;
+}
+
+inline std::string Narrow(const OLECHAR* text, UINT length) {
+  const auto count = static_cast<int>(length);
+  const int bytes = WideCharToMultiByte(CP_ACP, 0, text, count, nullptr, 0, nullptr, nullptr);
+  std::string narrow(static_cast<std::size_t>(bytes), '\0');
+  WideCharToMultiByte(CP_ACP, 0, text, count, narrow.data(), bytes, nullptr, nullptr);
+  return narrow;
+}
+
+/// The text of an automation value, embedded zeros included.
+inline std::string Narrow(const OLECHAR* text) {
+  // The length stands before the text; the system's function takes no constant one.
+  return Narrow(text, SysStringLen(const_cast<OLECHAR*>(text)));
+}
+
+}  // namespace orif::platform

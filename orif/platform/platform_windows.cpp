@@ -1,0 +1,134 @@
+#include <windows.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "orif/base/Fault.h"
+#include "orif/platform/WindowsText.h"
+#include "orif/platform/platform.h"
+
+namespace orif::platform {
+namespace {
+
+std::string SystemError() { return SystemText(GetLastError()); }
+
+bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+
+// A service and a program without a logon have a window station that nobody sees.
+bool HasDesktop() {
+  USEROBJECTFLAGS flags{};
+  return GetUserObjectInformationA(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
+                                   nullptr) != 0 &&
+         (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
+// While it stands, a module that cannot be loaded is an error code and not a box.
+class QuietErrors {
+ public:
+  QuietErrors() { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
+  QuietErrors(const QuietErrors&) = delete;
+  QuietErrors& operator=(const QuietErrors&) = delete;
+  ~QuietErrors() { SetThreadErrorMode(before_, nullptr); }
+
+ private:
+  DWORD before_ = 0;
+};
+
+}  // namespace
+
+const char PathSeparator = '\\';
+
+std::string ModuleDirectory() {
+  HMODULE module = nullptr;
+  if (GetModuleHandleExA(
+          GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+          reinterpret_cast<LPCSTR>(&ModuleDirectory), &module) == 0) {
+    throw Fault(SystemError());
+  }
+  std::string file(MAX_PATH, '\0');
+  DWORD length = 0;
+  while ((length = GetModuleFileNameA(module, file.data(), static_cast<DWORD>(file.size()))) >=
+         file.size()) {
+    file.resize(2 * file.size());
+  }
+  if (length == 0) throw Fault(SystemError());
+  file.resize(length);
+  return file.substr(0, file.rfind(PathSeparator));
+}
+
+std::int32_t ThreadNumber() noexcept { return static_cast<std::int32_t>(GetCurrentThreadId()); }
+
+std::int64_t PerformanceCounter() noexcept {
+  LARGE_INTEGER counter{};
+  QueryPerformanceCounter(&counter);
+  return counter.QuadPart;
+}
+
+std::int64_t PerformanceFrequency() noexcept {
+  LARGE_INTEGER frequency{};
+  QueryPerformanceFrequency(&frequency);
+  return frequency.QuadPart;
+}
+
+LocalTime Now() {
+  SYSTEMTIME now{};
+  GetLocalTime(&now);
+  std::array<char, 128> text{};
+  if (GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &now, nullptr, text.data(),
+                     static_cast<int>(text.size())) == 0) {
+    throw Fault(SystemError());
+  }
+  return {now.wYear, now.wMonth, now.wDay, text.data()};
+}
+
+std::optional<std::string> Setting(std::string_view application, std::string_view section,
+                                   std::string_view key) {
+  std::string path = "Software\\";
+  path.append(application).append("\\").append(section);
+  const std::string name(key);
+  std::string text(64, '\0');
+  for (;;) {
+    auto bytes = static_cast<DWORD>(text.size());
+    const LSTATUS status = RegGetValueA(HKEY_CURRENT_USER, path.c_str(), name.c_str(),
+                                        RRF_RT_REG_SZ, nullptr, text.data(), &bytes);
+    if (status == ERROR_SUCCESS) return text.c_str();
+    if (status != ERROR_MORE_DATA) return std::nullopt;
+    text.resize(2 * text.size());
+  }
+}
+
+void ErrorBox(const std::string& text) noexcept {
+  if (HasDesktop() &&
+      MessageBoxA(nullptr, text.c_str(), "orif", MB_OK | MB_ICONERROR | MB_SETFOREGROUND) > 0) {
+    return;
+  }
+  std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+bool IsAbsolutePath(std::string_view path) {
+  if (path.size() < 3) return false;
+  return path.starts_with("\\\\") || (path[1] == ':' && IsSeparator(path[2]));
+}
+
+// What a module needs in its turn is found beside it.
+void* LoadModule(const std::string& path) {
+  const QuietErrors quiet;
+  HMODULE module = LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  if (module == nullptr) throw Fault(path + ": " + SystemError());
+  return module;
+}
+
+void* ModuleSymbol(void* module, const char* name) {
+  const FARPROC symbol = GetProcAddress(static_cast<HMODULE>(module), name);
+  if (symbol == nullptr) throw Fault(std::string(name) + ": " + SystemError());
+  return reinterpret_cast<void*>(symbol);
+}
+
+}  // namespace orif::platform

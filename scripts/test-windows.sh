@@ -1,0 +1,67 @@
+#!/usr/bin/env bash
+# Sets up what is missing, builds for Windows, registers the simulated controller's component in a Windows of the
+# build's own under Wine, and runs there all tests and the demo, in the process and through the component. Leaves a
+# package in build/windows.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64
+cmake --preset windows >/dev/null
+cmake --build --preset windows
+
+export WINEPREFIX=$PWD/build/wine
+component=Z:$PWD/build/windows/simulator/OrvexCommLibSimulator.dll
+simulator=OrvexCommLibSimulator.Core
+wine() { scripts/wine.sh "$@"; }
+fail() { echo "$*" >&2; exit 1; }
+
+wineserver -k 2>/dev/null || true
+rm -rf "$WINEPREFIX"
+mkdir -p "$WINEPREFIX"
+trap 'wineserver -k' EXIT
+wineserver -p # stays, so that a program starts in a fraction of a second
+wine wineboot -i >/dev/null 2>&1
+
+# Times are written as the tests expect them. Wine creates objects of the machine's classes only, so what the component
+# registers for the user is copied there.
+wine reg add 'HKCU\Control Panel\International' /v sTimeFormat /d HH:mm:ss /f >/dev/null
+wine regsvr32 /s "$component"
+wine reg copy 'HKCU\Software\Classes' 'HKLM\Software\Classes' /s /f >/dev/null
+
+ctest --preset windows
+
+# The demo prints the same whichever way it goes, but for time and thread.
+demo() { wine build/windows/bin/demo.exe | sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]+ //g'; }
+diff <(demo) <(ORVEX_COMMLIB=$simulator demo) || fail "The demo differs through the component"
+
+# A script, which knows nothing of the library, can use the component.
+cat >build/windows/script.vbs <<VBS
+Set core = CreateObject("$simulator")
+core.HostName = "nowhere"
+core.PortNumber = CLng(8193)
+WScript.Echo core.PortNumber & " " & core.Connect() & " " & core.LastErrorText
+VBS
+answer=$(wine cscript //nologo build/windows/script.vbs)
+[[ $answer == "8193 -"*"Unknown host"* ]] || fail "The script was answered: $answer"
+
+# The log file is switched on in the registry and lies beside the library. A time that makes no file name of it is told,
+# here on standard error; a later line finds no file either.
+logged() {
+  rm -f build/windows/bin/log*.txt
+  wine reg add 'HKCU\Control Panel\International' /v sTimeFormat /d "$1" /f >/dev/null
+  wine build/windows/bin/"log_probe_$2.exe" 2>&1 | grep -c 'Make debug out' || true
+  wine reg add 'HKCU\Control Panel\International' /v sTimeFormat /d HH:mm:ss /f >/dev/null
+  cat build/windows/bin/log*.txt 2>/dev/null | tr -d '\r' | sed 's/.*\[/[/'
+}
+wine reg add 'HKCU\Software\ORVEX\Setting' /v DebugOut /d True /f >/dev/null
+for linkage in static shared; do
+  [[ $(logged HH:mm:ss $linkage) == $'0\nORVEX Debug Out V'*$'\n[Core.AddUserMessage] ID=1, after' ]] ||
+    fail "No log file, or not a good one"
+  [[ $(logged HH/mm/ss $linkage) == 1 ]] || fail "A log file that cannot be made is not told of"
+done
+wine reg delete 'HKCU\Software\ORVEX' /f >/dev/null
+
+wine regsvr32 /s /u "$component"
+wine reg query "HKCU\\Software\\Classes\\$simulator" >/dev/null 2>&1 && fail "The component is still registered"
+
+cmake --build --preset windows --target package

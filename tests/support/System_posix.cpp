@@ -1,0 +1,28 @@
+#include "tests/support/System.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace orif::test {
+
+void SetEnvironment(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }
+
+void StoreSetting(const std::string& key, const std::string& value) {
+  namespace fs = std::filesystem;
+  const fs::path directory = fs::temp_directory_path() / "orif-settings";
+  fs::create_directories(directory / "ORVEX");
+  SetEnvironment("XDG_CONFIG_HOME", directory);
+  std::ofstream(directory / "ORVEX/Setting.ini") << key << '=' << value << '\n';
+}
+
+Refusals UnusableComponents(const std::string& directory) {
+  return {{"",
+           "[Core.Class_initialize] ID=1, Err OrvexCommLib is not installed and ORVEX_COMMLIB is "
+           "not set"},
+          {"lib.so", "Err ORVEX_COMMLIB is not an absolute path: lib.so"},
+          {"/no/such.so", ", Err /no/such.so: cannot open shared object file: No such file"},
+          {directory + "no_entry.so", "undefined symbol: OrvexCommLibEntry"}};
+}
+
+}  // namespace orif::test

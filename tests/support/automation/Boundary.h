@@ -1,0 +1,27 @@
+// See the header of the other directory.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <regex>
+
+#include "orif/lowerlayer/Automation.h"
+#include "simulator/automation/AutomationObject.h"
+
+namespace orif::test {
+
+inline std::shared_ptr<Dispatch> Boundary(std::shared_ptr<Dispatch> lower) {
+  IDispatch* object = sim::MakeAutomationObject(std::move(lower));
+  auto core = AdaptAutomation(*object);
+  object->Release();
+  return core;
+}
+
+/// Without how far a reference reaches.
+inline std::string Comparable(const std::string& sheet) {
+  return std::regex_replace(sheet, std::regex("(& [^,)]*) x[0-9]+"), "$1");
+}
+
+}  // namespace orif::test
