@@ -29,7 +29,7 @@ bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::in
     const std::int32_t floats = Multiply(range.Length(), FloatCount);
     if (range.Length() <= MostWords / CartesianWords) {
       xyzwpr_.assign(static_cast<std::size_t>(floats), 0);
-      config_.assign(static_cast<std::size_t>(range.Length() * ConfigCount), 0);
+      config_.assign(static_cast<std::size_t>(range.Length()) * ConfigCount, 0);
     }
     SetDataType(DataType);
     range_ = range;
