@@ -54,15 +54,16 @@ class LastData {
       }
     }
 
-    std::int16_t Word(std::size_t offset) const { return words_[Checked(offset, 1)]; }
-    std::span<std::int16_t, 2> Pair(std::size_t offset) {
+    std::int16_t Word(std::int32_t offset) const { return words_[Checked(offset, 1)]; }
+    std::span<std::int16_t, 2> Pair(std::int32_t offset) {
       return std::span<std::int16_t, 2>(words_.data() + Checked(offset, 2), 2);
     }
 
    private:
-    std::size_t Checked(std::size_t offset, std::size_t count) const {
-      if (offset + count > count_) throw Fault(Fault::SubscriptOutOfRange);
-      return offset;
+    std::size_t Checked(std::int32_t offset, std::size_t count) const {
+      const auto first = static_cast<std::size_t>(offset);
+      if (offset < 0 || first + count > count_) throw Fault(Fault::SubscriptOutOfRange);
+      return first;
     }
 
     std::array<std::int16_t, Words> words_;

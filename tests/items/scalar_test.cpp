@@ -158,7 +158,7 @@ TEST_F(Scalars, TextsAreStagedAndSentAtOnce) {
       item->SetValue(4, std::string(83, 'z')), item->Update());
   Say("refused, and repeated");
   RUN(item->SetValue(2, "again"));
-  const auto accept = [this](auto) { return Long(0); };
+  const auto accept = [](auto) { return Long(0); };
   lower->On(DispId::WriteRShort, -9);
   RUN(item->Update());
   lower->On(DispId::WriteRShort, accept);
