@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds for Windows, registers the simulated controller's component in a Windows of the
-# build's own under Wine, and runs there all tests and the demo, in the process and through the component. Leaves a
-# package in build/windows.
+# build's own under Wine, and runs there all tests, the demo and the tool, in the process and through the
+# component. Leaves a package in build/windows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64
+scripts/setup.sh cmake ninja-build g++-mingw-w64-x86-64-posix googletest libcli11-dev nlohmann-json3-dev unzip wine wine64
 cmake --preset windows >/dev/null
 cmake --build --preset windows
 
@@ -44,6 +44,30 @@ VBS
 answer=$(wine cscript //nologo build/windows/script.vbs)
 [[ $answer == "8193 -"*"Unknown host"* ]] || fail "The script was answered: $answer"
 
+# The tool out of the package, in which it stands alone, answers as elsewhere.
+cmake --build --preset windows --target package
+tool=$PWD/build/windows/tool
+rm -rf "$tool"
+unzip -q build/windows/orif-*-windows-x86_64.zip -d "$tool"
+printf '#!/bin/sh\nexec "%s" "%s"/orif-*/bin/orif.exe "$@"\n' "$PWD/scripts/wine.sh" "$tool" >"$tool/orif"
+chmod +x "$tool/orif"
+sheets=tests/tool/sheets
+for sheet in help items lists read simulate write; do
+  PATH=$tool:$PATH PROJECT=$PWD tests/tool/run_sheet.sh "$sheets/$sheet.txt" || fail "The tool differs in $sheet"
+done
+"$tool/orif" record 'R[1-2]' 'SR[1]' 'DI[1]' 'PR[2]' --every 500ms --for 8s --out "$tool/run.csv" --fast \
+  --simulate tests/tool/dropping_link.json
+diff <(cut -d, -f1-9 "$tool/run.csv") <(sed -n '/^time,.*PR/,/^!/p' "$sheets/record.txt" | grep -v '^!') ||
+  fail "The tool records something else"
+code=0
+"$tool/orif" record 'R[1]' --simulate --fast --count 1 --out "$tool/run.db" || code=$?
+[[ $code == 2 && ! -e $tool/run.db ]] || fail "A database is not refused"
+for named in "$component" "$simulator"; do
+  answer=$("$tool/orif" read 'R[1]' --host demo --component "$named" --format csv)
+  [[ $answer == $'R[1]\r\n120\r' ]] || fail "The tool read through $named: $answer"
+done
+ORVEX_COMMLIB=$simulator "$tool/orif" read 'R[1]' --host demo >/dev/null
+
 # The log file is switched on in the registry and lies beside the library. A time that makes no file name of it is told,
 # here on standard error; a later line finds no file either.
 logged() {
@@ -63,5 +87,3 @@ wine reg delete 'HKCU\Software\ORVEX' /f >/dev/null
 
 wine regsvr32 /s /u "$component"
 wine reg query "HKCU\\Software\\Classes\\$simulator" >/dev/null 2>&1 && fail "The component is still registered"
-
-cmake --build --preset windows --target package

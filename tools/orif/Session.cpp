@@ -1,7 +1,6 @@
 #include "tools/orif/Session.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <iostream>
 #include <regex>
 #include <utility>
@@ -24,7 +23,7 @@ constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
 void PrintTrail(std::ostream& out) {
   const std::string trail = std::regex_replace(modOrif::AllMessages(), std::regex("\r\n"), "\n");
   if (trail.empty()) return;
-  const std::regex lineStart(R"([0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]+ \[)");
+  const std::regex lineStart(R"([0-9]{1,2}[^0-9][0-9]{2}[^0-9][0-9]{2}( [^ ]+)? [0-9]+ \[)");
   std::smatch second;
   const std::size_t first = trail.find('[') + 1;
   if (std::regex_search(trail.begin() + static_cast<std::ptrdiff_t>(first), trail.end(), second,
@@ -89,8 +88,7 @@ Cell::Cell(Connection connection) : connection_(std::move(connection)) {
                 "no controller named; say --host NAME, or --simulate for a simulated one");
   }
   if (!connection_.component.empty()) {
-    platform::SetEnvironment(ComponentVariable,
-                             std::filesystem::absolute(connection_.component).string());
+    platform::SetEnvironment(ComponentVariable, platform::ComponentName(connection_.component));
   }
 }
 

@@ -10,6 +10,7 @@
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
 #include "tools/orif/Session.h"
+#include "tools/orif/platform/platform.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments
 int Run(int argc, char** argv) {
   CLI::App app("Reads, writes, watches and records the data of a robot controller.", "orif");
   app.set_version_flag("--version", "orif " ORIF_VERSION);
+  app.allow_windows_style_options(false);  // a file's name may begin with a slash anywhere
   app.require_subcommand(1);
   app.footer(
       "Items:\n"
@@ -82,6 +84,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  orif::tool::platform::PrepareStreams();
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {

@@ -13,6 +13,10 @@ namespace orif::tool::platform {
 
 enum class Stream { Input = 0, Output = 1, Error = 2 };
 
+/// Called before any output: the standard streams take bytes as they are, and a terminal UTF-8 and
+/// the sequences that steer it.
+void PrepareStreams();
+
 bool IsTerminal(Stream stream);
 
 /// The terminal behind the standard output in characters, 80 by 24 where that cannot be told.
@@ -31,6 +35,10 @@ void Sleep(std::chrono::milliseconds time);
 
 /// Sets a variable of this program's environment.
 void SetEnvironment(const std::string& name, const std::string& value);
+
+/// What names a communication component to the library, of what the user said: a path as an
+/// absolute one, and where components can be registered their names as they are.
+std::string ComponentName(const std::string& said);
 
 /// Runs a program found by the system's search path, `input` on its standard input; its outputs are
 /// those of this program. Returns its exit code, none when it could not be started.

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <system_error>
 
 namespace orif::tool::platform {
@@ -33,6 +34,8 @@ void WriteAll(int file, std::string_view text) {
 }
 
 }  // namespace
+
+void PrepareStreams() {}
 
 bool IsTerminal(Stream stream) { return isatty(static_cast<int>(stream)) != 0; }
 
@@ -61,6 +64,10 @@ void Sleep(std::chrono::milliseconds time) {
 
 void SetEnvironment(const std::string& name, const std::string& value) {
   setenv(name.c_str(), value.c_str(), 1);
+}
+
+std::string ComponentName(const std::string& said) {
+  return std::filesystem::absolute(said).string();
 }
 
 std::optional<int> RunProgram(const std::vector<std::string>& command, std::string_view input) {

@@ -15,24 +15,14 @@
 
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
+#include "tools/orif/recording/DatabaseRecording.h"
 #include "tools/orif/recording/RecordingFile.h"
-#include "tools/orif/recording/Sqlite.h"
+#include "tools/orif/recording/RowSource.h"
 
 namespace orif::tool {
 namespace {
 
-using Cells = std::vector<std::string>;
 constexpr std::array RowColumns{"time", "seconds", "link"};
-
-/// The rows of a file as text, the names of the columns first.
-class RowSource {
- public:
-  RowSource() = default;
-  RowSource(const RowSource&) = delete;
-  RowSource& operator=(const RowSource&) = delete;
-  virtual ~RowSource() = default;
-  virtual bool Next(Cells& cells) = 0;
-};
 
 class CsvRows : public RowSource {
  public:
@@ -66,30 +56,6 @@ class CsvRows : public RowSource {
  private:
   std::ifstream file_;
   bool closed_ = false;  // the character before was a quote that closed
-};
-
-class DatabaseRows : public RowSource {
- public:
-  explicit DatabaseRows(const std::filesystem::path& path)
-      : database_(path, SQLITE_OPEN_READWRITE), rows_(database_.Prepare("SELECT * FROM row")) {}
-
-  bool Next(Cells& cells) override {
-    if (!named_) {
-      named_ = true;
-      cells.clear();
-      for (int i = 0; i < rows_.Columns(); ++i) cells.push_back(rows_.Name(i));
-      return true;
-    }
-    if (!rows_.Next()) return false;
-    for (int i = 0; i < rows_.Columns(); ++i)
-      cells[static_cast<std::size_t>(i)] = rows_.Text(i).value_or("");
-    return true;
-  }
-
- private:
-  Database database_;
-  Statement rows_;
-  bool named_ = false;
 };
 
 /// A file names its columns; what they belong to and their unit, the names tell.
@@ -182,7 +148,7 @@ Recording ReadRecording(const std::filesystem::path& path, const std::vector<std
   try {
     std::unique_ptr<RowSource> rows;
     if (IsDatabase(path))
-      rows = std::make_unique<DatabaseRows>(path);
+      rows = OpenDatabase(path);
     else
       rows = std::make_unique<CsvRows>(path);
     return Read(*rows, names);

@@ -3,17 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
-#include <optional>
 #include <stdexcept>
 #include <system_error>
-#include <variant>
 
 #include "tools/orif/Error.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
-#include "tools/orif/recording/Sqlite.h"
+#include "tools/orif/recording/DatabaseRecording.h"
 
 namespace orif::tool {
 namespace {
@@ -22,9 +19,6 @@ constexpr std::array Endings{".csv", ".db"};
 
 /// The columns that a database table has room for besides time, seconds and link.
 constexpr std::size_t MostColumns = 2000 - 3;
-
-/// The double that reads like the shortest text of `value`: 0.1 and not 0.100000001490116.
-double Widened(float value) { return std::strtod(RealText(value).c_str(), nullptr); }
 
 std::string Seconds(std::chrono::milliseconds time) {
   std::array<char, 32> text{};
@@ -53,65 +47,6 @@ class CsvFile : public RecordingFile {
 
   platform::AppendedFile file_;
   std::size_t columns_;
-};
-
-class DatabaseFile : public RecordingFile {
- public:
-  DatabaseFile(const std::filesystem::path& path, const std::vector<Column>& columns,
-               const RunInfo& run)
-      : database_(path, SQLITE_OPEN_READWRITE) {
-    database_.Execute(
-        "PRAGMA journal_mode = WAL;"
-        "PRAGMA synchronous = NORMAL;"
-        "BEGIN;"
-        "CREATE TABLE run (host TEXT, items TEXT, every_ms INTEGER);"
-        "CREATE TABLE column (name TEXT PRIMARY KEY, item TEXT, field TEXT, unit TEXT);");
-    Statement addRun = database_.Prepare("INSERT INTO run VALUES (?, ?, ?)");
-    addRun.Bind(0, run.host);
-    addRun.Bind(1, run.items);
-    addRun.Bind(2, std::int64_t{run.every.count()});
-    addRun.Run();
-
-    std::string table = "CREATE TABLE row (time TEXT, seconds REAL, link TEXT";
-    std::string insert = "INSERT INTO row VALUES (?, ?, ?";
-    Statement addColumn = database_.Prepare("INSERT INTO column VALUES (?, ?, ?, ?)");
-    for (const Column& column : columns) {
-      int parameter = 0;
-      for (const std::string* text : {&column.name, &column.item, &column.field, &column.unit})
-        addColumn.Bind(parameter++, *text);
-      addColumn.Run();
-      table += ", " + QuotedName(column.name);
-      insert += ", ?";
-    }
-    database_.Execute(table + "); COMMIT;");
-    addRow_.emplace(database_.Prepare(insert + ")"));
-  }
-
- private:
-  void Write(const RecordedRow& row) override {
-    const std::string link = ToText(row.link);
-    addRow_->Bind(0, row.time);
-    addRow_->Bind(1, static_cast<double>(row.sinceStart.count()) / 1000);
-    addRow_->Bind(2, link);
-    for (int column = 3; column < addRow_->Parameters(); ++column) addRow_->BindNull(column);
-    int parameter = 3;
-    for (const Value& value : row.values) std::visit(Binder{*addRow_, parameter++}, value);
-    addRow_->Run();
-  }
-
-  struct Binder {
-    void operator()(std::monostate /*none*/) const { row.BindNull(parameter); }
-    void operator()(bool value) const { row.Bind(parameter, std::int64_t{value}); }
-    void operator()(std::int64_t value) const { row.Bind(parameter, value); }
-    void operator()(float value) const { row.Bind(parameter, Widened(value)); }
-    void operator()(const std::string& value) const { row.Bind(parameter, value); }
-
-    Statement& row;
-    int parameter;
-  };
-
-  Database database_;
-  std::optional<Statement> addRow_;
 };
 
 /// A file without its columns is no recording.
@@ -146,6 +81,7 @@ void CheckRecordingPath(const std::filesystem::path& path, bool replace) {
     throw Error(Exit::Usage, "--out " + path.string() +
                                  ": the name has to end in .csv for a CSV file or in .db for an "
                                  "SQLite database");
+  if (IsDatabase(path)) RequireDatabases(path);
   if (!replace && std::filesystem::exists(path))
     throw Error(Exit::Usage,
                 path.string() + " exists; name another file, or replace it with --force");
@@ -165,7 +101,7 @@ std::unique_ptr<RecordingFile> CreateRecording(const std::filesystem::path& path
     made = true;
     std::unique_ptr<RecordingFile> file;
     if (IsDatabase(path))
-      file = std::make_unique<DatabaseFile>(path, columns, run);
+      file = CreateDatabase(path, columns, run);
     else
       file = std::make_unique<CsvFile>(path, columns);
     file->path_ = path;

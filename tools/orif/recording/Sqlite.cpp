@@ -7,7 +7,7 @@ namespace orif::tool {
 
 Database::Database(const std::filesystem::path& path, int flags) {
   sqlite3* handle = nullptr;
-  const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+  const int result = sqlite3_open_v2(path.string().c_str(), &handle, flags, nullptr);
   handle_.reset(handle);
   Check(result);
 }

@@ -1,0 +1,218 @@
+#include "tools/orif/platform/platform.h"
+
+#include <windows.h>
+// The system's header comes before what builds on it.
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+#include <timeapi.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+namespace orif::tool::platform {
+namespace {
+
+std::atomic<bool> interrupted = false;
+
+BOOL WINAPI NoteInterrupt(DWORD event) {
+  interrupted = true;
+  // With the return from a close of the window the process would be over: it gets the time to end.
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) ::Sleep(INFINITE);
+  return TRUE;
+}
+
+[[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
+
+[[noreturn]] void ThrowSystemError() {
+  throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+}
+
+HANDLE StandardHandle(Stream stream) {
+  constexpr std::array Numbers{STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+  return GetStdHandle(Numbers[static_cast<std::size_t>(stream)]);
+}
+
+/// The console as the tool writes to it. It outlives the tool, and so is put back at the end.
+class Console {
+ public:
+  Console() {
+    SetConsoleOutputCP(CP_UTF8);
+    for (const Stream stream : {Stream::Output, Stream::Error}) {
+      const HANDLE handle = StandardHandle(stream);
+      DWORD& mode = modes_[static_cast<std::size_t>(stream)];
+      if (GetConsoleMode(handle, &mode) != 0) {
+        SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+      }
+    }
+  }
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+  ~Console() {
+    for (const Stream stream : {Stream::Error, Stream::Output}) {
+      const DWORD mode = modes_[static_cast<std::size_t>(stream)];
+      if (mode != 0) SetConsoleMode(StandardHandle(stream), mode);
+    }
+    SetConsoleOutputCP(codePage_);
+  }
+
+ private:
+  UINT codePage_ = GetConsoleOutputCP();
+  std::array<DWORD, 3> modes_{};
+};
+
+struct CloseHandleOf {
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using Handle = std::unique_ptr<void, CloseHandleOf>;
+
+/// The file of a program on the search path; not the one that lies in the current directory.
+std::optional<std::string> Find(const std::string& program) {
+  const char* searchPath = std::getenv("PATH");
+  std::array<char, 32768> file{};
+  const DWORD length = SearchPathA(searchPath == nullptr ? "" : searchPath, program.c_str(), ".exe",
+                                   static_cast<DWORD>(file.size()), file.data(), nullptr);
+  if (length == 0 || length >= file.size()) return {};
+  return file.data();
+}
+
+/// A word of a command line as the program that gets it takes it apart: a backslash is one itself,
+/// but for those before a quote.
+std::string Quoted(const std::string& word) {
+  std::string quoted = "\"";
+  std::size_t backslashes = 0;
+  for (const char c : word) {
+    if (c == '"') quoted.append(backslashes + 1, '\\');
+    backslashes = c == '\\' ? backslashes + 1 : 0;
+    quoted += c;
+  }
+  return quoted.append(backslashes, '\\') + '"';
+}
+
+std::string CommandLine(const std::vector<std::string>& command) {
+  std::string line;
+  for (const std::string& word : command) line += (line.empty() ? "" : " ") + Quoted(word);
+  return line;
+}
+
+void WriteAll(HANDLE file, std::string_view text) {
+  while (!text.empty()) {
+    DWORD written = 0;
+    const auto size = static_cast<DWORD>(text.size());
+    if (WriteFile(file, text.data(), size, &written, nullptr) == 0)
+      return;  // nobody reads any more
+    text.remove_prefix(written);
+  }
+}
+
+}  // namespace
+
+void PrepareStreams() {
+  for (FILE* stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+  static const Console console;
+}
+
+// A console that does not know the sequences is none for the tool.
+bool IsTerminal(Stream stream) {
+  DWORD mode = 0;
+  if (GetConsoleMode(StandardHandle(stream), &mode) == 0) return false;
+  return stream == Stream::Input || (mode & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+TerminalSize OutputSize() {
+  CONSOLE_SCREEN_BUFFER_INFO info{};
+  if (GetConsoleScreenBufferInfo(StandardHandle(Stream::Output), &info) == 0) return {};
+  const SMALL_RECT& window = info.srWindow;
+  return {window.Right - window.Left + 1, window.Bottom - window.Top + 1};
+}
+
+void CatchInterrupt() { SetConsoleCtrlHandler(NoteInterrupt, TRUE); }
+
+bool Interrupted() { return interrupted; }
+
+// By itself the system wakes a program every 16 ms only.
+void Sleep(std::chrono::milliseconds time) {
+  timeBeginPeriod(1);
+  ::Sleep(static_cast<DWORD>(time.count()));
+  timeEndPeriod(1);
+}
+
+void SetEnvironment(const std::string& name, const std::string& value) {
+  _putenv_s(name.c_str(), value.c_str());
+}
+
+std::string ComponentName(const std::string& said) {
+  const std::filesystem::path path(said);
+  std::error_code ignored;
+  const bool registered = !path.has_parent_path() && !std::filesystem::exists(path, ignored);
+  return registered ? said : std::filesystem::absolute(path).string();
+}
+
+std::optional<int> RunProgram(const std::vector<std::string>& command, std::string_view input) {
+  const std::optional<std::string> program = Find(command.front());
+  if (!program) return {};
+  HANDLE readEnd = nullptr;
+  HANDLE writeEnd = nullptr;
+  if (CreatePipe(&readEnd, &writeEnd, nullptr, 0) == 0) ThrowSystemError();
+  Handle reader(readEnd);
+  Handle writer(writeEnd);
+  STARTUPINFOA start{};
+  start.cb = sizeof start;
+  start.dwFlags = STARTF_USESTDHANDLES;
+  start.hStdInput = readEnd;
+  start.hStdOutput = StandardHandle(Stream::Output);
+  start.hStdError = StandardHandle(Stream::Error);
+  for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
+    SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  }
+  std::string line = CommandLine(command);
+  PROCESS_INFORMATION child{};
+  if (CreateProcessA(program->c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                     &start, &child) == 0) {
+    return {};
+  }
+  const Handle process(child.hProcess);
+  const Handle thread(child.hThread);
+  reader.reset();
+  WriteAll(writeEnd, input);
+  writer.reset();
+  DWORD code = 0;
+  if (WaitForSingleObject(child.hProcess, INFINITE) != WAIT_OBJECT_0 ||
+      GetExitCodeProcess(child.hProcess, &code) == 0) {
+    ThrowSystemError();
+  }
+  return static_cast<int>(code);
+}
+
+AppendedFile::AppendedFile(const std::string& path, bool replace) : file_(-1) {
+  const int mode = _O_WRONLY | _O_CREAT | _O_BINARY | _O_NOINHERIT | (replace ? _O_TRUNC : _O_EXCL);
+  const int error = _sopen_s(&file_, path.c_str(), mode, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+  if (error != 0) ThrowError(error);
+}
+
+AppendedFile::~AppendedFile() { _close(file_); }
+
+void AppendedFile::Append(std::string_view text) {
+  const int written = _write(file_, text.data(), static_cast<unsigned>(text.size()));
+  if (written == static_cast<int>(text.size())) return;
+  const int error = written < 0 ? errno : ENOSPC;
+  if (written > 0) {
+    const std::int64_t end = _lseeki64(file_, -written, SEEK_CUR);
+    if (end < 0) ThrowError(errno);
+    if (const int failed = _chsize_s(file_, end); failed != 0) ThrowError(failed);
+  }
+  ThrowError(error);
+}
+
+void AppendedFile::Sync() {
+  if (_commit(file_) != 0) ThrowError(errno);
+}
+
+}  // namespace orif::tool::platform
