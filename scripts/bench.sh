@@ -5,11 +5,10 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 repetitions=${1:-9}
-build=build/bench
+build=build/run
 
 scripts/setup.sh g++ cmake ninja-build libbenchmark-dev >&2
-cmake -S . -B $build -G Ninja -DCMAKE_BUILD_TYPE=Release -DORIF_WERROR=ON -DORIF_BUILD_BENCH=ON \
-  -DORIF_BUILD_TESTS=OFF -DORIF_BUILD_EXAMPLES=OFF -DORIF_BUILD_TOOL=OFF >/dev/null
+scripts/configure.sh -DORIF_BUILD_BENCH=ON >/dev/null
 cmake --build $build >&2
 
 # No settings and no component of the machine are seen; ratios are of figures of one run of one program.

@@ -5,8 +5,8 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh g++ cmake ninja-build >&2
 {
-  cmake --preset release -DORIF_BUILD_TESTS=OFF -DORIF_BUILD_TOOL=OFF -B build/demo
-  cmake --build build/demo --target demo
+  scripts/configure.sh -DORIF_BUILD_EXAMPLES=ON
+  cmake --build build/run --target demo
 } >build-demo.log 2>&1 || { cat build-demo.log >&2; exit 1; }
 rm -f build-demo.log
-build/demo/examples/demo
+build/run/examples/demo

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds the Debian package into build/package/, and tries it and a plain installation: each is
+# Sets up what is missing, builds the Debian package into build/run/, and tries it and a plain installation: each is
 # put into an empty prefix, the first example is built against it from outside the tree, once by CMake and once by
 # pkg-config, and what it prints is compared; the installed tool has to answer, and its manual page to be there.
 set -euo pipefail
@@ -8,13 +8,13 @@ root=$PWD
 
 scripts/setup.sh g++ cmake ninja-build pkg-config dpkg-dev file \
   libcli11-dev nlohmann-json3-dev libsqlite3-dev
-cmake --preset release -B build/package -DORIF_BUILD_TESTS=OFF -DORIF_BUILD_EXAMPLES=OFF \
-  -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
-cmake --build build/package
-(cd build/package && rm -f ./*.deb && cpack)
+scripts/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
+cmake --build build/run
+rm -rf build/package
+cpack --config build/run/CPackConfig.cmake -B build/package
 rm -rf build/installed
 mkdir -p build/installed
-cmake --install build/package --prefix build/installed/plain >/dev/null
+cmake --install build/run --prefix build/installed/plain >/dev/null
 dpkg-deb -x build/package/orif_*.deb build/installed/unpacked
 
 outside=$(mktemp -d)
