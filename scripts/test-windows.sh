@@ -5,7 +5,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh cmake ninja-build g++-mingw-w64-x86-64-posix googletest libcli11-dev nlohmann-json3-dev unzip wine wine64
+scripts/setup.sh cmake ninja-build g++-mingw-w64-x86-64-posix googletest libcli11-dev \
+  nlohmann-json3-dev unzip wine wine64
 cmake --preset windows >/dev/null
 cmake --build --preset windows
 

@@ -55,7 +55,7 @@ class Sheet : public Fixture {
     std::string text = "\"";
     for (const char c : value) {
       const auto byte = static_cast<unsigned char>(c);
-      text += byte < 127 ? std::string(1, c) : "<" + std::to_string(byte) + ">";
+      text += byte < 127 ? std::string(1, c) : '<' + std::to_string(byte) + '>';
     }
     return text + '"';
   }
