@@ -7,7 +7,7 @@ BEGIN { name = ARGV[1]; sub(/.*\//, "", name); sub(/\.h$/, "", name) }
 NR == FNR && /^\/\/ / && !opened { about = about " " substr($0, 4); print ""; next }
 { opened = 1 }
 /^ *(protected|private):/ { flush_group(); sub(/protected/, "private"); print; next }
-$0 ~ "^(class|struct|enum)( ORIF_EXPORT)? " name "[ {]" {
+$0 ~ "^(class|struct|enum)( ORIF_[A-Z_]+)? " name "[ {]" {
   printf "/** %s */ ", about
   told = 1
 }
