@@ -70,22 +70,12 @@ void Register(State& state, Lower lower) {
   if (session.table->Count() != last) state.SkipWithError("not registered");
 }
 
-BENCHMARK_CAPTURE(Register, direct, Lower::Direct)
-    ->Name("Register/direct")
-    ->Arg(100)
-    ->Arg(1000)
-    ->Arg(4000)
-    ->Arg(8000)
-    ->UseManualTime()
-    ->Iterations(10);
-BENCHMARK_CAPTURE(Register, sim, Lower::Simulator)
-    ->Name("Register/simulator")
-    ->Arg(100)
-    ->Arg(1000)
-    ->Arg(4000)
-    ->Arg(8000)
-    ->UseManualTime()
-    ->Iterations(10);
+void Numbers(benchmark::internal::Benchmark* registered) {
+  registered->Arg(100)->Arg(1000)->Arg(4000)->Arg(8000)->UseManualTime()->Iterations(10);
+}
+
+BENCHMARK_CAPTURE(Register, direct, Lower::Direct)->Name("Register/direct")->Apply(Numbers);
+BENCHMARK_CAPTURE(Register, sim, Lower::Simulator)->Name("Register/simulator")->Apply(Numbers);
 
 }  // namespace
 }  // namespace orif::bench

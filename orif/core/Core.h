@@ -113,8 +113,8 @@ class ORIF_EXPORT Core : private TableOwner {
                std::int32_t Count) noexcept;
 
   /// Group outputs and inputs. WriteGO tests nothing: a `Buffer` with fewer than `Count` elements
-  /// is sent with zeros
-  /// behind them, but for an empty one. Its `Index` from 10001 on means 4001 and up.
+  /// is sent with zeros behind them, but for an empty one. Its `Index` from 10001 on means 4001 and
+  /// up.
   bool ReadGO(std::int32_t Index, ArrayView<std::int32_t> Buffer, std::int32_t Count) noexcept;
   bool WriteGO(std::int32_t Index, ArrayView<const std::int32_t> Buffer,
                std::int32_t Count) noexcept;

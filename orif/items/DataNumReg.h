@@ -33,8 +33,8 @@ class ORIF_EXPORT DataNumReg : public BlockItem {
   bool SetValues(std::int32_t Index, const Variant& Value, std::int32_t Count) noexcept;
 
   /// Writes `Count` registers from `Index` on with the first elements of `Value`, `Count` or more.
-  /// Each serves its own kind of item only. A `Count` of 0 or
-  /// less is handed on for the controller to refuse. False as for SetValue.
+  /// Each serves its own kind of item only. A `Count` of 0 or less is handed on for the controller
+  /// to refuse. False as for SetValue.
   bool SetValuesInt(std::int32_t Index, ArrayView<const std::int32_t> Value,
                     std::int32_t Count) noexcept;
   bool SetValuesReal(std::int32_t Index, ArrayView<const float> Value, std::int32_t Count) noexcept;

@@ -172,23 +172,15 @@ class AutomationCore final : public Dispatch {
         value.count = Narrow<std::int32_t>(text_.size());
         value.as.text = text_.data();
         return value;
-      // Kinds that the library does not know: as a real, which holds every number of 32 bits.
-      case VT_I1:
-      case VT_UI1:
-      case VT_UI2:
-      case VT_UI4:
-      case VT_INT:
-      case VT_UINT:
-      case VT_I8:
-      case VT_UI8:
-        if (FAILED(VariantChangeType(&result, &result, 0, VT_R8))) break;
-        value.kind = ORVEX_R8;
-        value.as.r8 = result.dblVal;
-        return value;
       default:
-        break;
+        // A kind that the library does not know: as a real, which holds every number of 32 bits.
+        // What is no number becomes a fault when it is used, and not where it is ignored.
+        if (SUCCEEDED(VariantChangeType(&result, &result, VARIANT_NOVALUEPROP, VT_R8))) {
+          value.kind = ORVEX_R8;
+          value.as.r8 = result.dblVal;
+        }
+        return value;
     }
-    throw Fault(Fault::TypeMismatch);
   }
 
   Apartment apartment_;  // left when the object is gone

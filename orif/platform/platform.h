@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,7 +43,10 @@ std::optional<std::string> Setting(std::string_view application, std::string_vie
 void ErrorBox(const std::string& text) noexcept;
 
 /// The value of an environment variable, empty when it is not set or empty.
-std::string Environment(const char* name);
+inline std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
 
 bool IsAbsolutePath(std::string_view path);
 

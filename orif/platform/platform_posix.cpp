@@ -8,7 +8,6 @@
 #include <chrono>
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <system_error>
@@ -105,11 +104,6 @@ std::optional<std::string> Setting(std::string_view application, std::string_vie
 }
 
 void ErrorBox(const std::string& text) noexcept { std::fprintf(stderr, "%s\n", text.c_str()); }
-
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
 
 bool IsAbsolutePath(std::string_view path) { return path.starts_with(PathSeparator); }
 

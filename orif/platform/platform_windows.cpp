@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "orif/base/Fault.h"
@@ -105,11 +104,6 @@ void ErrorBox(const std::string& text) noexcept {
     return;
   }
   std::fprintf(stderr, "%s\n", text.c_str());
-}
-
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
 }
 
 bool IsAbsolutePath(std::string_view path) {

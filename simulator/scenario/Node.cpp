@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <set>
 #include <utility>
+
+#include "simulator/scenario/EditDistance.h"
 
 namespace orif::sim {
 namespace {
@@ -145,21 +146,6 @@ class Builder final : public nlohmann::json_sax<json> {
   std::vector<Opened> open_;  // from the document down to what is being read
 };
 
-// How many characters must be put in, left out or replaced to make one word the other.
-std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
 }  // namespace
 
 void Node::Fail(const std::string& what) const {
@@ -203,7 +189,7 @@ Node ParseDocument(std::string_view text) {
 }
 
 std::string Suggestion(std::string_view wrong, std::span<const std::string_view> words) {
-  const auto distance = [wrong](std::string_view word) { return Distance(wrong, word); };
+  const auto distance = [wrong](std::string_view word) { return EditDistance(wrong, word); };
   const auto nearest = std::ranges::min_element(words, {}, distance);
   const bool similar = nearest != words.end() && distance(*nearest) * 2 <= nearest->size();
   if (similar) return ", did you mean \"" + std::string(*nearest) + "\"?";

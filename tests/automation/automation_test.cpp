@@ -7,6 +7,7 @@
 #include <oleauto.h>
 
 #include "orif/lowerlayer/Automation.h"
+#include "orif/lowerlayer/LowerCore.h"
 #include "orif/orif.h"
 #include "tests/support/System.h"
 
@@ -77,11 +78,19 @@ TEST_F(Automation, FailuresBecomeFaultsWithTheirReason) {
     return DISP_E_EXCEPTION;
   };
   EXPECT_THAT(call, ThrowsMessage<Fault>(HasSubstr("cable")));
-  VARTYPE type = VT_DISPATCH;
+}
+
+TEST_F(Automation, ResultsOfUnknownTypesAreNumbersOrFaultsWhereTheyAreUsed) {
+  VARTYPE type = VT_EMPTY;
   probe.answer = [&](auto, VARIANT* result, auto) {
     return result->vt = type, result->llVal = type == VT_DISPATCH ? 0 : 42, S_OK;
   };
-  EXPECT_THAT(call, ThrowsMessage<Fault>(HasSubstr("Type mismatch")));
+  const LowerCoreRef lower(core);
+  for (const int unusable : {VT_DISPATCH, VT_NULL, VT_ERROR}) {
+    type = static_cast<VARTYPE>(unusable);
+    EXPECT_NO_THROW(lower->Reset());
+    EXPECT_THAT([&] { lower->Connect(); }, ThrowsMessage<Fault>(HasSubstr("Type mismatch")));
+  }
   for (const int number : {VT_I1, VT_UI1, VT_UI2, VT_UI4, VT_I8, VT_UI8, VT_INT, VT_UINT}) {
     type = static_cast<VARTYPE>(number);
     EXPECT_EQ(core->Invoke(1, ORVEX_METHOD, {}).as.r8, 42) << type;

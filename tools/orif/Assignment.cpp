@@ -7,6 +7,7 @@
 #include <sstream>
 #include <type_traits>
 
+#include "orif/base/Convert.h"
 #include "orif/items/PositionRecord.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
@@ -61,7 +62,7 @@ Value TextValue(const Assignment& assignment, const std::string& text) {
 Value BitValue(const Assignment& assignment, const std::string& text) {
   static const std::map<std::string, bool> words{
       {"ON", true}, {"1", true}, {"OFF", false}, {"0", false}};
-  const auto word = words.find(UpperCase(text));
+  const auto word = words.find(convert::UpperCase(text));
   if (word == words.end()) assignment.Refuse("a bit signal is on, off, 1 or 0");
   return word->second;
 }
@@ -77,9 +78,9 @@ void ParsePosition(Assignment& assignment, const std::string& text) {
   for (std::string part; std::getline(parts, part, ',');) {
     const auto colon = part.find(':');
     const std::string value = colon == std::string::npos ? "" : part.substr(colon + 1);
-    std::string name = UpperCase(part.substr(0, colon));
+    std::string name = convert::UpperCase(part.substr(0, colon));
     Value parsed;
-    if (name == UpperCase(PositionFields::Config)) {
+    if (name == convert::UpperCase(PositionFields::Config)) {
       name = PositionFields::Config;
       ConfigNumbers(assignment, value);
       parsed = value;

@@ -8,4 +8,6 @@ namespace orif::tool {
 
 enum class Link : std::uint8_t { Up, Lost, StillLost, Back };
 
+inline bool IsLost(Link link) { return link == Link::Lost || link == Link::StillLost; }
+
 }  // namespace orif::tool

@@ -15,6 +15,4 @@ std::string Nearest(std::string_view word, std::span<const std::string> names);
 /// "A, B or C".
 std::string AnyOf(std::span<const std::string> names);
 
-std::string UpperCase(std::string_view text);
-
 }  // namespace orif::tool

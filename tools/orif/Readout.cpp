@@ -11,6 +11,7 @@
 
 #include "orif/items/PositionRecord.h"
 #include "orif/items/Staging.h"
+#include "orif/items/TextBlock.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Signals.h"
 
@@ -25,31 +26,33 @@ namespace {
 
 using std::int64_t;
 
-// How many words an item takes, by its kind.
+// How many words an item takes. A numeric register without a type is registered in both forms.
+constexpr std::int64_t NumberWords = 2;
+constexpr std::int64_t TaskWords = 18;
+constexpr std::int64_t AlarmWords = 100;
+
 std::int64_t WordsOf(const Designation& designation) {
   const std::int64_t count = std::int64_t{designation.last} - designation.first + 1;
   switch (designation.Is()) {
     case Kind::NumReg:
-      return count * (designation.type ? 2 : 4);
+      return count * (designation.type ? NumberWords : 2 * NumberWords);
     case Kind::PosReg:
     case Kind::CurPos:
       return count * PositionRecord::Words;
     case Kind::StringReg:
-      return count * 40;
+      return count * TextWords;
     case Kind::SysVar:
       return designation.type == SYSVAR_POS      ? PositionRecord::Words
-             : designation.type == SYSVAR_STRING ? 40
-                                                 : 2;
+             : designation.type == SYSVAR_STRING ? TextWords
+                                                 : NumberWords;
     case Kind::Task:
-      return count * 18;
+      return count * TaskWords;
     case Kind::Alarm:
-      return std::int64_t{designation.last} * 100;
+      return std::int64_t{designation.last} * AlarmWords;
     default:
       return 0;
   }
 }
-
-constexpr std::int32_t CommentWords = 40;
 
 // The bit blocks and groups are addressed with 16 bits.
 constexpr std::int64_t MostSignals = 32767;
@@ -58,15 +61,6 @@ Value Plain(const Variant& value) {
   if (value.Is<std::int32_t>()) return int64_t{value.ToInt32()};
   if (value.Is<float>()) return value.ToFloat();
   return value.ToText();
-}
-
-// Decodes an item of the table that answers single variants.
-template <class Get>
-bool DecodeVariant(Value& value, const Get& get) {
-  Variant variant;
-  if (!get(variant)) return false;
-  value = Plain(variant);
-  return true;
 }
 
 struct Position {
@@ -107,6 +101,13 @@ bool DecodePosition(Item& item, Value* column, Index... index) {
     return false;
   }
   ShowPosition(position, column);
+  return true;
+}
+
+bool DecodeText(DataString& item, Value* column, std::int32_t index) {
+  std::string text;
+  if (!item.GetValue(index, text)) return false;
+  *column = text;
   return true;
 }
 
@@ -165,7 +166,7 @@ Readout::Readout(Session& session, std::vector<Designation> designations, bool c
                   "'" + designation.text + "': signals end at " + std::to_string(MostSignals));
     }
     words += WordsOf(designation);
-    if (comments && designation.symbol->comment) words += count * CommentWords;
+    if (comments && designation.symbol->comment) words += count * TextWords;
   }
   if (words > MostWords) {
     throw Error(Exit::Usage, "these items take " + std::to_string(words) +
@@ -273,13 +274,8 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
       };
     }
     case Kind::StringReg:
-      return
-          [item = accepted(table.AddString(type, first, last))](std::int32_t index, Value* column) {
-            std::string text;
-            if (!item->GetValue(index, text)) return false;
-            *column = text;
-            return true;
-          };
+      return [item = accepted(table.AddString(type, first, last))](
+                 std::int32_t index, Value* column) { return DecodeText(*item, column, index); };
     case Kind::SysVar:
       if (type == SYSVAR_POS) {
         return [item = accepted(table.AddSysVarPos(type, designation.name))](
@@ -287,7 +283,10 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
       }
       return [item = accepted(table.AddSysVar(type, designation.name))](std::int32_t /*index*/,
                                                                         Value* column) {
-        return DecodeVariant(*column, [&](Variant& value) { return item->GetValue(value); });
+        Variant value;
+        if (!item->GetValue(value)) return false;
+        *column = Plain(value);
+        return true;
       };
     case Kind::Task: {
       std::vector<std::shared_ptr<DataTask>> tasks;
@@ -323,12 +322,7 @@ Readout::Decode Readout::RegisterComments(const Designation& designation) {
       session_.Table().AddString(*designation.symbol->comment, designation.first, designation.last);
   if (item == nullptr)
     throw session_.Refusal("the controller refuses the comments of " + designation.text);
-  return [item](std::int32_t index, Value* column) {
-    std::string text;
-    if (!item->GetValue(index, text)) return false;
-    *column = text;
-    return true;
-  };
+  return [item](std::int32_t index, Value* column) { return DecodeText(*item, column, index); };
 }
 
 bool Readout::Read() {

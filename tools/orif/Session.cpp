@@ -7,6 +7,7 @@
 
 #include "orif/base/Guard.h"
 #include "orif/diag/modOrif.h"
+#include "orif/lowerlayer/Component.h"
 #include "orif/lowerlayer/LowerCore.h"
 #include "simulator/Demo.h"
 #include "simulator/scenario/Scenario.h"
@@ -15,8 +16,6 @@
 
 namespace orif::tool {
 namespace {
-
-constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
 
 // The trail's text has no line end behind its first line: the time and the thread that begin the
 // second one tell where that is.

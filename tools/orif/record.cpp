@@ -72,7 +72,7 @@ void Record(const Options& options) {
         file = CreateRecording(options.out, options.force, poll.Values().Columns(),
                                {cell.Host(), Joined(options.items), options.pace.every});
       RecordedRow row{Iso8601(poll.Wall()), poll.SinceStart(), *link, {}};
-      const bool lost = *link == Link::Lost || *link == Link::StillLost;
+      const bool lost = IsLost(*link);
       if (!lost) row.values = poll.Values().Values();
       if (*link != Link::StillLost) file->Add(row);
       progress.Show(

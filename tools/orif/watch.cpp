@@ -40,8 +40,6 @@ class Changes {
   std::vector<Value> before_;
 };
 
-bool IsLost(Link link) { return link == Link::Lost || link == Link::StillLost; }
-
 std::string Status(const Cell& cell, const Poll& poll, Link link) {
   std::string text = cell.Host() + "  " + Iso8601(poll.Wall()) + "  ";
   text += IsLost(link) ? "link lost, trying again"

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <span>
 
+#include "orif/base/Convert.h"
 #include "tools/orif/Assignment.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
@@ -155,7 +156,7 @@ class Parts {
 // What is not named stays: the values behind the last named one are not sent at all.
 void CompletePosition(Change& change, const Readout& readout, const Item& item) {
   const Parts parts(change, readout, item);
-  PositionToWrite& position = change.position;
+  PositionToWrite& position = change.position = {};
   position.UF = parts.Number("UF");
   position.UT = parts.Number("UT");
   const bool framesOnly = !change.NamesAny(Cartesian) && !change.NamesAny(Joint) &&
@@ -175,6 +176,14 @@ void CompletePosition(Change& change, const Readout& readout, const Item& item) 
   const Value config = parts.At(PositionFields::Config);
   const auto* text = std::get_if<std::string>(&config);
   position.config = ConfigNumbers(change, text != nullptr ? *text : "0 0 0 0 0 0 0");
+}
+
+// Reads what the controller has, and with it completes what is to be written.
+void ReadAndComplete(Session& session, Readout& readout, std::vector<Change>& changes) {
+  if (!readout.Read()) throw session.Refusal("the values could not be read; nothing was written");
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    if (changes[i].IsPosition()) CompletePosition(changes[i], readout, readout.Items()[i]);
+  }
 }
 
 /// One line of what is shown: a value by name, what it is, and what it shall be.
@@ -216,7 +225,7 @@ bool Confirmed(const std::string& host, std::size_t count) {
             << std::flush;
   std::string answer;
   std::getline(std::cin, answer);
-  return UpperCase(answer) == "Y" || UpperCase(answer) == "YES";
+  return convert::UpperCase(answer) == "Y" || convert::UpperCase(answer) == "YES";
 }
 
 std::string Names(std::span<const Change> changes) {
@@ -258,16 +267,16 @@ void Write(const WriteOptions& options) {
     if (change.item.Is() == Kind::NumReg) items.back().type = {};  // as it is, not as it will be
   }
   Readout readout(session, items);
-  if (!readout.Read()) throw session.Refusal("the values could not be read; nothing was written");
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    if (changes[i].IsPosition()) CompletePosition(changes[i], readout, readout.Items()[i]);
-  }
+  ReadAndComplete(session, readout, changes);
 
   const auto rows = Rows(readout, changes);
   Print(rows, true);
-  if (!options.yes && !Confirmed(cell.Host(), rows.size())) {
-    std::cout << "Nothing was written.\n";
-    return;
+  if (!options.yes) {
+    if (!Confirmed(cell.Host(), rows.size())) {
+      std::cout << "Nothing was written.\n";
+      return;
+    }
+    ReadAndComplete(session, readout, changes);  // the controller went on while the user thought
   }
   WriteAll(session, changes);
   if (!readout.Read()) throw session.Refusal("all was written, but could not be read again");

@@ -56,8 +56,6 @@ class AppendedFile {
   ~AppendedFile();
 
   void Append(std::string_view text);
-  /// Returns when the disk has what was appended.
-  void Sync();
 
  private:
   int file_;

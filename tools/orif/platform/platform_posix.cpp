@@ -118,8 +118,4 @@ void AppendedFile::Append(std::string_view text) {
   ThrowError(error);
 }
 
-void AppendedFile::Sync() {
-  if (fsync(file_) != 0 && errno != EINVAL) ThrowError(errno);
-}
-
 }  // namespace orif::tool::platform

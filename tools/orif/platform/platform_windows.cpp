@@ -211,8 +211,4 @@ void AppendedFile::Append(std::string_view text) {
   ThrowError(error);
 }
 
-void AppendedFile::Sync() {
-  if (_commit(file_) != 0) ThrowError(errno);
-}
-
 }  // namespace orif::tool::platform
