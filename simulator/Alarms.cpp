@@ -13,11 +13,11 @@ namespace {
 constexpr std::size_t Message = 11;
 constexpr std::size_t CauseMessage = Message + WordsPerText;
 constexpr std::size_t SeverityMessage = CauseMessage + WordsPerText;
-constexpr std::size_t RecordWords = 100;
+constexpr std::size_t AlarmWords = 100;
 
 class AlarmCells {
  public:
-  static constexpr std::size_t Words = RecordWords;
+  static constexpr std::size_t Words = AlarmWords;
   static constexpr ValueKind Kind = ValueKind::Record;
   static constexpr bool Writable = false;
 

@@ -230,7 +230,7 @@ constexpr std::span<const Parameter> None;
 constexpr auto& Text = List<TextValue>;
 constexpr auto& Integer = List<Long>;
 constexpr auto& Key = List<ShortVariable>;
-constexpr auto& Line = List<TextReference>;
+constexpr auto& TextLine = List<TextReference>;
 constexpr auto& AddressedText = List<Short, TextReference>;
 constexpr auto& ShortRun = List<Short, Shorts, Short>;
 constexpr auto& LongRun = List<Short, Longs, Short>;
@@ -271,9 +271,9 @@ struct SimulatedCore::Table {
       O::Method(DispId::Reset, "Reset", Local, None, H::Reset),
       O::Method(DispId::Connect, "Connect", Host, None, H::Connect),
       O::Method(DispId::Disconnect, "Disconnect", Host, None, H::Disconnect),
-      O::Method(DispId::SendCommand, "SendCommand", Connection, Line, H::SendCommand),
+      O::Method(DispId::SendCommand, "SendCommand", Connection, TextLine, H::SendCommand),
       O::Method(DispId::ClearRAssignment, "ClearRAssignment", Local, None, H::ClearAssignment),
-      O::Method(DispId::SetRAssignment, "SetRAssignment", Connection, Line, H::SetAssignment),
+      O::Method(DispId::SetRAssignment, "SetRAssignment", Connection, TextLine, H::SetAssignment),
       O::Method(DispId::WriteR, "WriteR", Connection, AddressedText, H::WriteText),
       O::Method(DispId::WriteRLong, "WriteRLong", Connection, LongRun,
                 H::WriteValues<std::int32_t>),

@@ -11,7 +11,7 @@ struct Entry {
   std::string_view text;
 };
 
-constexpr auto Texts = std::to_array<Entry>({
+constexpr auto StatusTexts = std::to_array<Entry>({
     {Status::Ok, ""},
     {Status::UnknownHost, "Unknown host"},
     {Status::NotConnected, "Not connected"},
@@ -38,8 +38,8 @@ constexpr auto Texts = std::to_array<Entry>({
 }  // namespace
 
 std::string_view StatusText(Status status) {
-  const auto entry = std::ranges::find(Texts, status, &Entry::status);
-  return entry == Texts.end() ? "Unknown error" : entry->text;
+  const auto entry = std::ranges::find(StatusTexts, status, &Entry::status);
+  return entry == StatusTexts.end() ? "Unknown error" : entry->text;
 }
 
 }  // namespace orif::sim

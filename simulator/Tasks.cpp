@@ -14,7 +14,7 @@ constexpr std::size_t NameWords = 8;
 constexpr std::size_t Line = NameWords;
 constexpr std::size_t State = Line + 1;
 constexpr std::size_t Parent = State + 1;
-constexpr std::size_t RecordWords = Parent + NameWords;
+constexpr std::size_t TaskWords = Parent + NameWords;
 
 struct Filter {
   std::string_view letters;
@@ -29,7 +29,7 @@ constexpr auto Filters = std::to_array<Filter>(
 
 class TaskCells {
  public:
-  static constexpr std::size_t Words = RecordWords;
+  static constexpr std::size_t Words = TaskWords;
   static constexpr ValueKind Kind = ValueKind::Record;
   static constexpr bool Writable = false;
 

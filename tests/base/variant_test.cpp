@@ -103,12 +103,12 @@ TEST(ArrayView, ChecksEveryIndexInItsOwnBounds) {
 }
 
 TEST(Checked, OverflowIsAFault) {
-  constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
-  constexpr std::int32_t Min = std::numeric_limits<std::int32_t>::min();
-  EXPECT_THROW(Add(Max, 1), Fault);
-  EXPECT_THROW(Subtract(Min, 1), Fault);
-  EXPECT_THROW(Multiply(Max, 2), Fault);
-  EXPECT_THROW(RangeLength(Min, Max), Fault);
+  constexpr std::int32_t Top = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int32_t Bottom = std::numeric_limits<std::int32_t>::min();
+  EXPECT_THROW(Add(Top, 1), Fault);
+  EXPECT_THROW(Subtract(Bottom, 1), Fault);
+  EXPECT_THROW(Multiply(Top, 2), Fault);
+  EXPECT_THROW(RangeLength(Bottom, Top), Fault);
   EXPECT_THROW(Narrow<std::int16_t>(32768), Fault);
   EXPECT_EQ(Narrow<std::int16_t>(-32768), -32768);
   EXPECT_EQ(ElementAddress(21, 7, 5, 2), 25);

@@ -5,8 +5,6 @@
 namespace orif::test {
 namespace {
 
-constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
-
 class Table : public Transcript {
  protected:
   Table() {

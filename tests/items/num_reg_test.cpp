@@ -5,7 +5,6 @@ namespace {
 
 using Longs = std::vector<std::int32_t>;
 using Reals = std::vector<float>;
-constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
 
 class NumReg : public Transcript {
  protected:

@@ -3,8 +3,6 @@
 namespace orif::test {
 namespace {
 
-constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
-
 // Every word of the last refresh is its own address, and a float is its first word.
 class Positions : public Transcript {
  protected:

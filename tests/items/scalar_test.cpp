@@ -7,8 +7,6 @@
 namespace orif::test {
 namespace {
 
-constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
-
 class Scalars : public Transcript {
  protected:
   Scalars() {

@@ -3,12 +3,16 @@
 // blanks.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 
 #include "tests/support/RecordedCore.h"
 #include "tests/support/Sheet.h"
 
 namespace orif::test {
+
+constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
 
 class Transcript : public Sheet<RecordedCore> {
  protected:

@@ -12,7 +12,7 @@ namespace orif::tool {
 namespace {
 
 // Regular expressions take stack for each character.
-constexpr std::size_t LongestText = 200;
+constexpr std::size_t LongestItem = 200;
 
 /// A word that chooses how items are registered: a type behind the colon, a list in the brackets.
 struct Choice {
@@ -137,7 +137,7 @@ std::string Designation::ItemName(std::int32_t index) const {
 }
 
 Designation ParseDesignation(const std::string& text) {
-  if (text.size() > LongestText) Refuse(text.substr(0, 20) + "...", "too long for an item");
+  if (text.size() > LongestItem) Refuse(text.substr(0, 20) + "...", "too long for an item");
   if (text.starts_with('$')) return ParseVariable(text);
 
   static const std::regex form(

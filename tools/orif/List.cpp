@@ -8,7 +8,7 @@
 namespace orif::tool {
 namespace {
 
-using Cells = std::vector<std::string>;
+using Texts = std::vector<std::string>;
 
 /// One entry: its values by field.
 class Entry {
@@ -28,14 +28,14 @@ class Entry {
     return field == "state" ? TaskStateText(value) : TableText(value);
   }
 
-  Cells Titles() const {
-    Cells titles;
+  Texts Titles() const {
+    Texts titles;
     std::ranges::transform(columns_, std::back_inserter(titles), &Column::field);
     return titles;
   }
 
-  Cells CsvTexts() const {
-    Cells texts;
+  Texts CsvTexts() const {
+    Texts texts;
     std::ranges::transform(values_, std::back_inserter(texts), CsvText);
     return texts;
   }
@@ -54,18 +54,18 @@ class Entry {
 };
 
 void PrintTable(const std::vector<Entry>& entries, std::span<const ListColumn> columns) {
-  std::vector<Cells> rows(entries.size() + 1);
+  std::vector<Texts> rows(entries.size() + 1);
   std::vector<std::size_t> widths;
   for (const ListColumn& column : columns) {
     rows[0].emplace_back(column.title);
     for (std::size_t i = 0; i < entries.size(); ++i) {
       rows[i + 1].push_back(entries[i].Text(column.field));
     }
-    widths.push_back(std::ranges::max(rows, {}, [](const Cells& row) { return row.back().size(); })
+    widths.push_back(std::ranges::max(rows, {}, [](const Texts& row) { return row.back().size(); })
                          .back()
                          .size());
   }
-  for (const Cells& row : rows) {
+  for (const Texts& row : rows) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) line += Left(row[i], widths[i]) + "  ";
     std::cout << WithoutBlanks(line) << '\n';

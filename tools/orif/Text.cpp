@@ -21,20 +21,19 @@ struct Overloaded : Functions... {
 template <class... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
-// The same number as a 64-bit real that prints no more digits than the 32-bit one.
-double Widened(float value) {
-  const std::string text = RealText(value);
-  double wide = 0;
-  std::from_chars(text.data(), text.data() + text.size(), wide);
-  return wide;
-}
-
 }  // namespace
 
 std::string RealText(float value) {
   std::array<char, 64> text{};
   const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
   return {text.data(), end};
+}
+
+double Widened(float value) {
+  const std::string text = RealText(value);
+  double wide = 0;
+  std::from_chars(text.data(), text.data() + text.size(), wide);
+  return wide;
 }
 
 std::string TableText(const Value& value) {

@@ -28,6 +28,9 @@ std::string WithoutBlanks(std::string text);
 /// The shortest text that reads back as the same real.
 std::string RealText(float value);
 
+/// The 64-bit real that this text reads as: 0.1 and not 0.100000001490116.
+double Widened(float value);
+
 /// "1 row", "2 rows".
 std::string Counted(std::int64_t count, std::string_view word);
 

@@ -17,12 +17,12 @@ struct AlarmOptions {
   std::string format;
 };
 
-constexpr auto Columns = std::to_array<ListColumn>({{"TIME", "time"},
-                                                    {"ID", "id"},
-                                                    {"NUMBER", "number"},
-                                                    {"SEVERITY", "severity_text"},
-                                                    {"MESSAGE", "message"},
-                                                    {"CAUSE", "cause"}});
+constexpr auto AlarmColumns = std::to_array<ListColumn>({{"TIME", "time"},
+                                                         {"ID", "id"},
+                                                         {"NUMBER", "number"},
+                                                         {"SEVERITY", "severity_text"},
+                                                         {"MESSAGE", "message"},
+                                                         {"CAUSE", "cause"}});
 
 void ShowAlarms(const AlarmOptions& options) {
   static const std::map<std::string, std::string> letters{
@@ -33,7 +33,7 @@ void ShowAlarms(const AlarmOptions& options) {
   Session session(cell);
   Readout readout(session, {alarms});
   if (!readout.Read()) throw session.Refusal("the alarms could not be read");
-  PrintList(readout, options.format, Columns, "no alarms");
+  PrintList(readout, options.format, AlarmColumns, "no alarms");
 }
 
 }  // namespace

@@ -18,7 +18,7 @@
 namespace orif::tool {
 namespace {
 
-struct Options {
+struct PlotOptions {
   std::filesystem::path recording;
   std::vector<std::string> names;
   std::filesystem::path picture;
@@ -58,7 +58,7 @@ class Draft {
   std::filesystem::path path_;
 };
 
-void Plot(const Options& options) {
+void Plot(const PlotOptions& options) {
   const PictureFormat& format = FormatOf(options.picture);
   const Recording recording = ReadRecording(options.recording, options.names);
   const Draft draft(options.picture);
@@ -75,7 +75,7 @@ void Plot(const Options& options) {
 
 void AddPlotCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("plot", "Draw a picture of what was recorded");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<PlotOptions>();
   command->add_option("recording", options->recording, "A file that record wrote")
       ->type_name("FILE")
       ->required();

@@ -20,7 +20,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Options {
+struct RecordOptions {
   std::shared_ptr<Connection> connection;
   std::vector<std::string> items;
   Pace pace{.every = 100ms, .length = {}, .count = {}};
@@ -49,7 +49,7 @@ std::string RowsAndRate(std::int64_t rows, Pace::Milliseconds time) {
   return Counted(rows, "row") + rate.data();
 }
 
-std::string Summary(const Options& options, const Poll& poll, std::int64_t rows) {
+std::string Summary(const RecordOptions& options, const Poll& poll, std::int64_t rows) {
   std::string text = Counted(rows, "row") + " in " + options.out.string();
   if (poll.Gaps() > 0) text += "; link lost " + Counted(poll.Gaps(), "time");
   if (poll.Skipped() > 0)
@@ -59,7 +59,7 @@ std::string Summary(const Options& options, const Poll& poll, std::int64_t rows)
   return text;
 }
 
-void Record(const Options& options) {
+void Record(const RecordOptions& options) {
   CheckRecordingPath(options.out, options.force);
   const std::vector<Designation> items = ParseDesignations(options.items);
   Cell cell(*options.connection);
@@ -87,7 +87,7 @@ void Record(const Options& options) {
 
 void AddRecordCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("record", "Record items to a CSV file or a database");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<RecordOptions>();
   command->add_option("items", options->items, "What to record, for example R[1-10] or DI[1-16]")
       ->required()
       ->type_name("ITEM");

@@ -17,7 +17,7 @@ struct TaskOptions {
   std::string format;
 };
 
-constexpr auto Columns = std::to_array<ListColumn>(
+constexpr auto TaskColumns = std::to_array<ListColumn>(
     {{"PROGRAM", "program"}, {"LINE", "line"}, {"STATE", "state"}, {"CALLED BY", "parent"}});
 
 void ShowTasks(const TaskOptions& options) {
@@ -28,7 +28,7 @@ void ShowTasks(const TaskOptions& options) {
   Session session(cell);
   Readout readout(session, {tasks});
   if (!readout.Read()) throw session.Refusal("the tasks could not be read");
-  PrintList(readout, options.format, Columns, "no tasks");
+  PrintList(readout, options.format, TaskColumns, "no tasks");
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 namespace orif::tool {
 namespace {
 
-struct Options {
+struct WatchOptions {
   std::shared_ptr<Connection> connection;
   std::vector<std::string> items;
   Pace pace;
@@ -60,7 +60,7 @@ void PrintLine(const Poll& poll, Link link, const std::vector<bool>& changed) {
   std::cout << std::endl;
 }
 
-void Watch(const Options& options) {
+void Watch(const WatchOptions& options) {
   const std::vector<Designation> items = ParseDesignations(options.items);
   Cell cell(*options.connection);
   Poll poll(cell, items, options.pace);
@@ -85,7 +85,7 @@ void Watch(const Options& options) {
 
 void AddWatchCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("watch", "Show items again and again, as they change");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<WatchOptions>();
   command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
       ->required()
       ->type_name("ITEM");

@@ -1,6 +1,5 @@
 #include "tools/orif/recording/DatabaseRecording.h"
 
-#include <cstdlib>
 #include <optional>
 #include <variant>
 
@@ -9,9 +8,6 @@
 
 namespace orif::tool {
 namespace {
-
-/// The double that reads like the shortest text of `value`: 0.1 and not 0.100000001490116.
-double Widened(float value) { return std::strtod(RealText(value).c_str(), nullptr); }
 
 class DatabaseFile : public RecordingFile {
  public:

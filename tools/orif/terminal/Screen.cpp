@@ -18,7 +18,7 @@ constexpr std::string_view EndOfLine = "\x1b[K";
 constexpr std::string_view EndOfPage = "\x1b[J";
 constexpr std::string_view Inverse = "\x1b[7m";
 constexpr std::string_view Bold = "\x1b[1m";
-constexpr std::string_view Plain = "\x1b[0m";
+constexpr std::string_view Unmarked = "\x1b[0m";
 
 /// What is no text on a terminal, which a controller's text may contain, must not steer it.
 char Printable(char c) {
@@ -46,7 +46,7 @@ std::string Marked(const std::string& text, std::string_view mark) {
   const std::size_t first = text.find_first_not_of(' ');
   if (first == std::string::npos) return text;
   const std::size_t end = text.find_last_not_of(' ') + 1;
-  return text.substr(0, first).append(mark) + text.substr(first, end - first).append(Plain) +
+  return text.substr(0, first).append(mark) + text.substr(first, end - first).append(Unmarked) +
          text.substr(end);
 }
 
