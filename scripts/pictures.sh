@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/images/ anew from the handling cell: two recordings, and the screen of orif watch, run in
-# a pseudo-terminal. The argument is the program, by default that of the debug build.
+# Sets up what is missing, builds the tool, and makes the pictures of docs/images/ anew from the handling cell: two
+# recordings, and the screen of orif watch, run in a pseudo-terminal.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-orif=$(realpath "${1:-build/debug/tools/orif/orif}")
+orif=$PWD/build/run/tools/orif/orif
 cell=$PWD/examples/scenarios/handling_cell.json
 images=$PWD/docs/images
-scripts/setup.sh gnuplot-nox bsdutils
+scripts/setup.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsqlite3-dev gnuplot-nox bsdutils
+scripts/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
+cmake --build build/run --target orif_tool >/dev/null
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
