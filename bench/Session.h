@@ -10,7 +10,7 @@
 
 namespace orif::bench {
 
-/// Direct: a DirectCore. Simulator: the demonstration cell. Silent: a DirectCore whose bulk read
+/// Direct: a direct core. Simulator: the demonstration cell. Silent: a direct core whose bulk read
 /// costs the same for any count.
 enum class Lower { Direct, Simulator, Silent };
 
@@ -19,9 +19,9 @@ inline DispatchFactory Factory(Lower lower) {
     case Lower::Simulator:
       return sim::DemoNetwork().Factory();
     case Lower::Silent:
-      return [] { return std::make_shared<DirectCore>(DirectCore::Delivery::None); };
+      return [] { return MakeDirectCore(Delivery::None); };
     default:
-      return [] { return std::make_shared<DirectCore>(); };
+      return [] { return MakeDirectCore(Delivery::Copy); };
   }
 }
 

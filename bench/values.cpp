@@ -126,7 +126,7 @@ BENCHMARK_CAPTURE(PosReg, direct, Lower::Direct)->Name("PosReg/direct");
 BENCHMARK_CAPTURE(PosReg, sim, Lower::Simulator)->Name("PosReg/simulator");
 BENCHMARK(PosRegByHand)->Name("PosReg/by hand");
 
-// Texts. With DirectCore they fill their words, which is the longest that there is.
+// Texts. With the direct core they fill their words, which is the longest that there is.
 
 void TextByHand(const std::int16_t* words, std::size_t count, std::string& text) {
   text.clear();

@@ -1,0 +1,54 @@
+#include "bench/DirectCore.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "orif/lowerlayer/DispId.h"
+
+namespace orif::bench {
+namespace {
+
+class DirectCore final : public Dispatch {
+ public:
+  explicit DirectCore(Delivery delivery) : delivery_(delivery) {
+    words_.fill(0x2041);  // texts are full, and their last character is a blank
+  }
+
+  OrvexValue Invoke(std::int32_t id, OrvexCall /*call*/,
+                    std::span<const OrvexValue> arguments) override {
+    switch (static_cast<DispId>(id)) {
+      case DispId::ShortToLong:
+        return {ORVEX_I4, 0, 0, {.i4 = ByHand<std::int32_t>(arguments[0].as.i2Ref)}};
+      case DispId::ShortToFloat:
+        return {ORVEX_R4, 0, 0, {.r4 = ByHand<float>(arguments[0].as.i2Ref)}};
+      case DispId::ReadRShort:
+        if (delivery_ == Delivery::Copy) Deliver(arguments);
+        return {ORVEX_I4, 0, 0, {.i4 = arguments[2].as.i2}};
+      case DispId::ReadSDO:
+        Deliver(arguments);
+        [[fallthrough]];
+      default:
+        return {ORVEX_I4, 0, 0, {.i4 = 0}};
+    }
+  }
+
+  std::int32_t Lookup(std::string_view /*name*/) override { return 0; }
+
+ private:
+  void Deliver(std::span<const OrvexValue> arguments) const {
+    std::copy_n(words_.data(), arguments[2].as.i2, arguments[1].as.i2Ref);
+  }
+
+  Delivery delivery_;
+  std::array<std::int16_t, AreaWords> words_{};
+};
+
+}  // namespace
+
+std::shared_ptr<Dispatch> MakeDirectCore(Delivery delivery) {
+  return std::make_shared<DirectCore>(delivery);
+}
+
+}  // namespace orif::bench
