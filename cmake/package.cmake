@@ -1,5 +1,5 @@
-# What is installed, and the packages: Debian's, and a zip archive for Windows. The simulated controller comes with the development files, so that a
-# program can be written and tested without a robot.
+# What is installed, and the packages: Debian's, and a zip archive for Windows. The simulated controller comes with the
+# development files, so that a program can be written and tested without a robot.
 include(CMakePackageConfigHelpers)
 
 set(cmake_files ${CMAKE_INSTALL_LIBDIR}/cmake/orif)

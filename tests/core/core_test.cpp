@@ -12,7 +12,9 @@ class CoreTest : public Transcript {
 };
 
 TEST_F(CoreTest, TellsTheLowerLayerItsKey) {
-  EXPECT_EQ(Comparable(lower->Calls().at(0)), Comparable("62(I2& 1024 x1)"));
+  const Calls calls = lower->Calls();
+  ASSERT_EQ(calls.size(), 1U);
+  EXPECT_EQ(Comparable(calls[0]), Comparable("62(I2& 1024 x1)"));
   RUN(core.ClientID(), core.ClientID(5), core.ClientID());
   Say("1024 more does not fit 16 bits");
   RUN(core.ClientID(31744), core.ClientID());

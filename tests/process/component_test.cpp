@@ -10,6 +10,7 @@
 namespace orif::test {
 namespace {
 
+using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 
@@ -26,11 +27,14 @@ std::string Refusal(const std::string& named) {
 TEST(Component, IsRefusedWithAReason) {
   const std::string directory = BAD_COMPONENT_DIRECTORY "/";
   auto unusable = UnusableComponents(directory);
-  unusable.emplace_back(directory + "other_version.so", "does not serve interface version 1");
-  unusable.emplace_back(directory + "no_interface.so", "does not serve interface version 1");
-  unusable.emplace_back(directory + "incomplete.so", "offers an incomplete interface");
-  unusable.emplace_back(directory + "no_object.so", ", Err out of licences");
-  for (const auto& [named, reason] : unusable) EXPECT_THAT(Refusal(named), HasSubstr(reason));
+  const auto add = [&](const char* file, const char* reason) {
+    unusable.emplace_back(directory + file, EndsWith(reason));
+  };
+  add("other_version.so", "does not serve interface version 1");
+  add("no_interface.so", "does not serve interface version 1");
+  add("incomplete.so", "offers an incomplete interface");
+  add("no_object.so", ", Err out of licences");
+  for (const auto& [named, reason] : unusable) EXPECT_THAT(Refusal(named), reason);
 }
 
 TEST(Component, IsNeverLookedUpInTheCurrentDirectory) {
@@ -39,7 +43,7 @@ TEST(Component, IsNeverLookedUpInTheCurrentDirectory) {
   std::filesystem::copy_file(ORIF_SIMULATOR_COMPONENT, directory / "libOrvexCommLib.so",
                              std::filesystem::copy_options::overwrite_existing);
   std::filesystem::current_path(directory);
-  EXPECT_THAT(Refusal(""), HasSubstr("OrvexCommLib"));
+  EXPECT_THAT(Refusal(""), AnyOf(HasSubstr("is not installed"), HasSubstr("is not registered")));
   std::filesystem::current_path("/");
   std::filesystem::remove_all(directory);
 }

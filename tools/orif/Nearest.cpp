@@ -6,6 +6,7 @@
 #include "simulator/scenario/EditDistance.h"
 
 namespace orif::tool {
+
 std::string Nearest(std::string_view word, std::span<const std::string> names) {
   const std::string wanted = convert::UpperCase(word);
   return *std::ranges::min_element(names, {}, [&](const std::string& name) {

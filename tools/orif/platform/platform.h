@@ -58,7 +58,7 @@ class AppendedFile {
   void Append(std::string_view text);
 
  private:
-  int file_;
+  int file_ = -1;
 };
 
 }  // namespace orif::tool::platform

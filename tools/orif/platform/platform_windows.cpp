@@ -46,7 +46,7 @@ class Console {
   Console() {
     SetConsoleOutputCP(CP_UTF8);
     for (const Stream stream : {Stream::Output, Stream::Error}) {
-      const HANDLE handle = StandardHandle(stream);
+      HANDLE handle = StandardHandle(stream);
       DWORD& mode = modes_[static_cast<std::size_t>(stream)];
       if (GetConsoleMode(handle, &mode) != 0) {
         SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
@@ -169,7 +169,7 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   start.hStdInput = readEnd;
   start.hStdOutput = StandardHandle(Stream::Output);
   start.hStdError = StandardHandle(Stream::Error);
-  for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
+  for (HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
     SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
   }
   std::string line = CommandLine(command);
@@ -191,7 +191,7 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   return static_cast<int>(code);
 }
 
-AppendedFile::AppendedFile(const std::string& path, bool replace) : file_(-1) {
+AppendedFile::AppendedFile(const std::string& path, bool replace) {
   const int mode = _O_WRONLY | _O_CREAT | _O_BINARY | _O_NOINHERIT | (replace ? _O_TRUNC : _O_EXCL);
   const int error = _sopen_s(&file_, path.c_str(), mode, _SH_DENYNO, _S_IREAD | _S_IWRITE);
   if (error != 0) ThrowError(error);
