@@ -1,13 +1,10 @@
 #include "orif/diag/modOrif.h"
 
 #include <array>
-#include <cerrno>
+#include <atomic>
 #include <cstddef>
-#include <cstdio>
 #include <memory>
 #include <new>
-#include <system_error>
-#include <utility>
 
 #include "orif/base/Fault.h"
 #include "orif/base/Guard.h"
@@ -17,40 +14,46 @@
 namespace orif::modOrif {
 namespace {
 
-struct State {
-  bool started = false;
-  bool trailFlag = false;
+constinit std::atomic<bool> trailFlag = false;
+constinit std::atomic<std::uint32_t> objectCounter = 0;
+constinit std::atomic<std::int32_t> liveCores = 0;
+
+// What the library found when it started; read only from then on.
+struct StartUp {
   bool fileFlag = false;
-  std::uint32_t objectCounter = 0;
-  std::int32_t liveCores = 0;
-  std::string startUpError;  // until it is shown
   std::string logPath;
-  std::string lastMessage;
-  std::string line;                            // the one being built
+  std::string error;
+};
+
+// The lines of one thread.
+struct Lines : platform::ThreadObject {
+  Lines() = default;
+  ~Lines() override;
+
+  std::string line;  // the one being built
+  std::string last;
   std::array<std::string, TrailLength> trail;  // a ring
   std::size_t oldest = 0;                      // where the next line goes
 };
 
-// Made on first use and never destroyed: a Core with static storage may be made before and end
-// after anything else in this file.
-State& Module() {
-  alignas(State) static std::array<std::byte, sizeof(State)> memory;
-  static State& state = *new (memory.data()) State;
-  return state;
+// Without a destructor: objects of the thread that end later may still write lines.
+constinit thread_local Lines* threadLines = nullptr;
+constinit thread_local bool threadEnded = false;
+
+Lines::~Lines() {
+  threadLines = nullptr;
+  threadEnded = true;
 }
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-// Opens, writes and closes; false, with the reason in errno, when a step failed.
-bool WriteLine(const char* mode, std::string_view line) {
-  File file(std::fopen(Module().logPath.c_str(), mode));
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(line.data(), 1, line.size(), file.get()) == line.size() &&
-                       std::fputc('\n', file.get()) != EOF;
-  return std::fclose(file.release()) == 0 && written;
+// The calling thread's lines; null when the thread is at its end, or they cannot be had.
+Lines* ThreadLines() noexcept {
+  if (threadLines != nullptr || threadEnded) return threadLines;
+  std::unique_ptr<Lines> lines(new (std::nothrow) Lines);
+  threadLines = lines.get();
+  if (lines != nullptr && !platform::LeaveToThread(std::move(lines))) {
+    threadEnded = false;  // the lines did, but not the thread: the next one is tried again
+  }
+  return threadLines;
 }
 
 std::string TwoDigits(int value) {
@@ -68,11 +71,39 @@ std::string LogFileName() {
   return "log" + stamp + ".txt";
 }
 
-void CreateLogFile() {
-  Module().logPath = platform::ModuleDirectory() + platform::PathSeparator + LogFileName();
-  if (!WriteLine("w", "ORVEX Debug Out V" ORIF_VERSION)) {
-    throw Fault(std::generic_category().message(errno));
-  }
+StartUp Start() noexcept {
+  StartUp startUp;
+  startUp.fileFlag = BooleanSetting("DebugOut", false);
+  if (!startUp.fileFlag) return startUp;
+  Guarded(
+      [&] {
+        startUp.logPath = platform::ModuleDirectory() + platform::PathSeparator + LogFileName();
+        std::string header = "ORVEX Debug Out V" ORIF_VERSION;
+        platform::WriteNewFile(startUp.logPath, header.append(platform::LineEnd));
+      },
+      [&](const char* description) {
+        Guarded([&] { startUp.error = std::string("[Main] Make debug out ") + description; });
+      });
+  return startUp;
+}
+
+// Never destroyed: a Core with static storage may be made before and end after anything else in
+// this file.
+const StartUp& Started() noexcept {
+  alignas(StartUp) static std::array<std::byte, sizeof(StartUp)> memory;
+  static const StartUp& startUp = *new (memory.data()) StartUp(Start());
+  return startUp;
+}
+
+// The library starts when it is loaded. Objects of other translation units may be made earlier
+// still, so the counter starts it too.
+[[maybe_unused]] const bool loaded = (Main(), true);
+
+// Not by Start: while a library is loaded, a system may not be able to show anything.
+void ShowStartUpError() noexcept {
+  constinit static std::atomic<bool> shown = false;
+  const std::string& error = Started().error;
+  if (!error.empty() && !shown.exchange(true)) platform::ErrorBox(error);
 }
 
 Variant Setting(std::string_view key) {
@@ -81,62 +112,44 @@ Variant Setting(std::string_view key) {
   return *text;
 }
 
-// The library starts when it is loaded. Objects of other translation units may be made earlier
-// still, so the counter starts it too.
-[[maybe_unused]] const bool loaded = (Main(), true);
-
-// Not by Main: while a library is loaded, a system may not be able to show anything.
-void ShowStartUpError() noexcept {
-  State& module = Module();
-  if (module.startUpError.empty()) return;
-  platform::ErrorBox(std::exchange(module.startUpError, {}));
-}
-
 }  // namespace
 
-void Main() noexcept {
-  State& module = Module();
-  if (module.started) return;
-  module.started = true;
-  module.fileFlag = BooleanSetting("DebugOut", false);
-  if (!module.fileFlag) return;
-  Guarded(
-      [] { CreateLogFile(); },
-      [&](const char* description) {
-        Guarded([&] { module.startUpError = std::string("[Main] Make debug out ") + description; });
-      });
-}
+void Main() noexcept { Started(); }
 
 void DebugOut(std::string_view message) noexcept {
   Guarded([&] {
-    State& module = Module();
-    std::string& line = module.line;
+    Lines* const lines = ThreadLines();
+    std::string unkept;
+    std::string& line = lines == nullptr ? unkept : lines->line;
     line = platform::Now().timeOfDay;
     line.append(" ").append(std::to_string(platform::ThreadNumber())).append(" ").append(message);
-    module.lastMessage = line;
-    if (module.trailFlag) {
-      module.trail[module.oldest] = line;
-      module.oldest = (module.oldest + 1) % TrailLength;
+    if (lines != nullptr) {
+      lines->last = line;
+      if (trailFlag.load(std::memory_order_relaxed)) {
+        lines->trail[lines->oldest] = line;
+        lines->oldest = (lines->oldest + 1) % TrailLength;
+      }
     }
-    if (module.fileFlag) WriteLine("a", line);
+    const StartUp& startUp = Started();
+    if (startUp.fileFlag) platform::AppendToFile(startUp.logPath, line.append(platform::LineEnd));
   });
 }
 
-void TrailFlag(bool value) noexcept { Module().trailFlag = value; }
+void TrailFlag(bool value) noexcept { trailFlag.store(value, std::memory_order_relaxed); }
 
 std::int32_t NextObjectId() noexcept {
   Main();
   ShowStartUpError();
-  return static_cast<std::int32_t>(++Module().objectCounter);
+  return static_cast<std::int32_t>(objectCounter.fetch_add(1, std::memory_order_relaxed) + 1);
 }
 
-std::string LastMessage() { return Module().lastMessage; }
+std::string LastMessage() { return threadLines == nullptr ? std::string() : threadLines->last; }
 
 std::string AllMessages() {
-  const State& module = Module();
   std::string result;
+  if (threadLines == nullptr) return result;
   for (std::size_t i = 0; i < TrailLength; ++i) {
-    const std::string& entry = module.trail[(module.oldest + i) % TrailLength];
+    const std::string& entry = threadLines->trail[(threadLines->oldest + i) % TrailLength];
     const bool lineEnd = !entry.empty() && !result.empty();
     result += entry;
     if (lineEnd) result += "\r\n";
@@ -151,7 +164,9 @@ double Timer() {
          1000.0;
 }
 
-void CountCore(std::int32_t change) noexcept { Module().liveCores += change; }
+void CountCore(std::int32_t change) noexcept {
+  liveCores.fetch_add(change, std::memory_order_relaxed);
+}
 
 bool BooleanSetting(std::string_view key, bool preset) noexcept {
   return Guarded(preset, [&](bool& result) { result = Setting(key).ToBoolean(); });

@@ -1,5 +1,8 @@
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <link.h>
+#include <pthread.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -7,9 +10,11 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
-#include <fstream>
+#include <sstream>
 #include <system_error>
 
 #include "orif/base/Fault.h"
@@ -52,9 +57,77 @@ std::string_view WithoutBlanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
 }
 
+// An open file. Opening one never waits: what turns out to be no ordinary file is not used.
+class File {
+ public:
+  File(const std::string& path, int flags)
+      : file_(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666)) {
+    struct stat status {};
+    if (file_ < 0 || fstat(file_, &status) != 0) return;
+    ordinary_ = S_ISREG(status.st_mode);
+    if (!ordinary_) errno = EINVAL;
+  }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+  ~File() {
+    if (file_ >= 0) close(file_);
+  }
+
+  /// False, with the reason in errno, when it could not be opened or is no ordinary file.
+  explicit operator bool() const { return ordinary_; }
+
+  std::string Read() const {
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (ssize_t size = 0; (size = read(file_, piece.data(), piece.size())) > 0;) {
+      text.append(piece.data(), static_cast<std::size_t>(size));
+    }
+    return text;
+  }
+
+  /// False, with the reason in errno, when not all of `text` was written. A file that may not grow
+  /// any more would end the process with a signal: that is held back, and taken back if it came.
+  bool Write(std::string_view text) const {
+    sigset_t limit{};
+    sigset_t before{};
+    sigset_t pending{};
+    sigemptyset(&limit);
+    sigaddset(&limit, SIGXFSZ);
+    sigpending(&pending);
+    pthread_sigmask(SIG_BLOCK, &limit, &before);
+    ssize_t written = 0;
+    while (!text.empty() && (written = write(file_, text.data(), text.size())) > 0) {
+      text.remove_prefix(static_cast<std::size_t>(written));  // all of it, but on a full disk
+    }
+    const int reason = errno;
+    if (written < 0 && reason == EFBIG && sigismember(&pending, SIGXFSZ) == 0) {
+      const timespec now{};
+      sigtimedwait(&limit, nullptr, &now);
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    errno = reason;
+    return text.empty();
+  }
+
+ private:
+  int file_;
+  bool ordinary_ = false;
+};
+
+void Append(const std::string& path, int flags, std::string_view text) {
+  const File file(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | flags);
+  if (!file || !file.Write(text)) throw Fault(SystemError());
+}
+
+constinit thread_local std::int32_t threadNumber = 0;  // 0: not asked for yet
+
+// The one thread of a forked child is another than the one that it was copied from.
+[[maybe_unused]] const int forkHook = pthread_atfork(nullptr, nullptr, [] { threadNumber = 0; });
+
 }  // namespace
 
 const char PathSeparator = '/';
+constinit const std::string_view LineEnd = "\n";
 
 std::string ModuleDirectory() {
   std::array<char, PATH_MAX> path{};
@@ -64,8 +137,21 @@ std::string ModuleDirectory() {
 }
 
 std::int32_t ThreadNumber() noexcept {
-  thread_local const auto number = static_cast<std::int32_t>(syscall(SYS_gettid));
-  return number;
+  if (threadNumber == 0) threadNumber = static_cast<std::int32_t>(syscall(SYS_gettid));
+  return threadNumber;
+}
+
+bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept {
+  struct Key {
+    Key() : made(pthread_key_create(&value, &End) == 0) {}
+    static void End(void* object) { delete static_cast<ThreadObject*>(object); }
+    pthread_key_t value{};
+    bool made;
+  };
+  static const Key key;
+  if (!key.made || pthread_setspecific(key.value, object.get()) != 0) return false;
+  (void)object.release();  // NOLINT(bugprone-unused-return-value): the thread has it
+  return true;
 }
 
 std::int64_t PerformanceCounter() noexcept {
@@ -91,7 +177,9 @@ std::optional<std::string> Setting(std::string_view application, std::string_vie
   std::string path = ConfigDirectory();
   if (path.empty()) return std::nullopt;
   path.append("/").append(application).append("/").append(section).append(".ini");
-  std::ifstream file(path);
+  const File settings(path, O_RDONLY);
+  if (!settings) return std::nullopt;
+  std::istringstream file(settings.Read());
   for (std::string line; std::getline(file, line);) {
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos) continue;
@@ -103,11 +191,29 @@ std::optional<std::string> Setting(std::string_view application, std::string_vie
   return std::nullopt;
 }
 
+// The name is freed and not the file opened anew: another file may be known by that name, or a
+// pipe.
+void WriteNewFile(const std::string& path, std::string_view text) {
+  if (unlink(path.c_str()) != 0 && errno != ENOENT) throw Fault(SystemError());
+  Append(path, O_EXCL, text);
+}
+
+void AppendToFile(const std::string& path, std::string_view text) { Append(path, 0, text); }
+
 void ErrorBox(const std::string& text) noexcept { std::fprintf(stderr, "%s\n", text.c_str()); }
+
+std::string Environment(const char* name) {
+  const char* value = secure_getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
 
 bool IsAbsolutePath(std::string_view path) { return path.starts_with(PathSeparator); }
 
 void* LoadModule(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    throw Fault(path + ": not a file");  // the loader would wait for a pipe
+  }
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (module == nullptr) ThrowLoaderError();
   return module;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 #include "orif/base/Fault.h"
@@ -35,17 +36,41 @@ class QuietErrors {
   DWORD before_ = 0;
 };
 
+// The module of this code; `flags` tell what becomes of its count of uses. Null on failure.
+HMODULE ThisModule(DWORD flags) {
+  HMODULE module = nullptr;
+  GetModuleHandleExA(flags | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                     reinterpret_cast<LPCSTR>(&ThisModule), &module);
+  return module;
+}
+
+void Append(const std::string& path, DWORD creation, std::string_view text) {
+  const HANDLE file =
+      CreateFileA(path.c_str(), FILE_APPEND_DATA | FILE_READ_ATTRIBUTES,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, creation,
+                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+  if (file == INVALID_HANDLE_VALUE) throw Fault(SystemError());
+  BY_HANDLE_FILE_INFORMATION status{};
+  SetLastError(ERROR_INVALID_NAME);
+  DWORD written = 0;
+  const bool done =
+      GetFileType(file) == FILE_TYPE_DISK && GetFileInformationByHandle(file, &status) != 0 &&
+      (status.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 &&
+      WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0 &&
+      written == text.size();
+  const DWORD reason = GetLastError();
+  CloseHandle(file);
+  if (!done) throw Fault(SystemText(reason));
+}
+
 }  // namespace
 
 const char PathSeparator = '\\';
+constinit const std::string_view LineEnd = "\r\n";
 
 std::string ModuleDirectory() {
-  HMODULE module = nullptr;
-  if (GetModuleHandleExA(
-          GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-          reinterpret_cast<LPCSTR>(&ModuleDirectory), &module) == 0) {
-    throw Fault(SystemError());
-  }
+  const HMODULE module = ThisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
+  if (module == nullptr) throw Fault(SystemError());
   std::string file(MAX_PATH, '\0');
   DWORD length = 0;
   while ((length = GetModuleFileNameA(module, file.data(), static_cast<DWORD>(file.size()))) >=
@@ -58,6 +83,17 @@ std::string ModuleDirectory() {
 }
 
 std::int32_t ThreadNumber() noexcept { return static_cast<std::int32_t>(GetCurrentThreadId()); }
+
+// The module stays loaded from the first object on: the system calls it when a thread ends.
+bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept {
+  static const DWORD slot =
+      ThisModule(GET_MODULE_HANDLE_EX_FLAG_PIN) == nullptr
+          ? FLS_OUT_OF_INDEXES
+          : FlsAlloc([](void* thread) WINAPI { delete static_cast<ThreadObject*>(thread); });
+  if (slot == FLS_OUT_OF_INDEXES || FlsSetValue(slot, object.get()) == 0) return false;
+  (void)object.release();  // NOLINT(bugprone-unused-return-value): the thread has it
+  return true;
+}
 
 std::int64_t PerformanceCounter() noexcept {
   LARGE_INTEGER counter{};
@@ -98,12 +134,28 @@ std::optional<std::string> Setting(std::string_view application, std::string_vie
   }
 }
 
+void WriteNewFile(const std::string& path, std::string_view text) {
+  if (DeleteFileA(path.c_str()) == 0 && GetLastError() != ERROR_FILE_NOT_FOUND) {
+    throw Fault(SystemError());
+  }
+  Append(path, CREATE_NEW, text);
+}
+
+void AppendToFile(const std::string& path, std::string_view text) {
+  Append(path, OPEN_ALWAYS, text);
+}
+
 void ErrorBox(const std::string& text) noexcept {
   if (HasDesktop() &&
       MessageBoxA(nullptr, text.c_str(), "orif", MB_OK | MB_ICONERROR | MB_SETFOREGROUND) > 0) {
     return;
   }
   std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
 }
 
 bool IsAbsolutePath(std::string_view path) {
