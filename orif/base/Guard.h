@@ -1,5 +1,5 @@
 // The one place where exceptions end. Every public member runs its body in Guarded: whatever is
-// thrown ends the body, and the result stands as the body left it at that moment.
+// thrown ends the body, and the member answers its default.
 #pragma once
 
 #include <exception>
@@ -30,20 +30,20 @@ struct SayNothing {
   void operator()(const char*) const noexcept {}
 };
 
-/// Runs `body` on `result`, which it may set at any step; a fault ends the body and its description
-/// goes to `report`, which must not throw.
+/// Runs `body` and answers what it answers; where a fault ends it, `preset`. The fault's
+/// description goes to `report`, which must not throw.
 template <class Result, class Body, class Report = SayNothing>
-Result Guarded(Result result, const Body& body,
-               const Report& report = {}) noexcept requires std::is_invocable_v<Body, Result&> {
+Result Guarded(Result preset, const Body& body,
+               const Report& report = {}) noexcept requires std::is_invocable_r_v<Result, Body> {
   try {
-    body(result);
+    return body();
   } catch (...) {
     report(FaultDescription());
   }
-  return result;
+  return preset;
 }
 
-/// The same for a member without a result.
+/// The same for a body without an answer.
 template <class Body, class Report = SayNothing>
 void Guarded(const Body& body,
              const Report& report = {}) noexcept requires std::is_invocable_v<Body> {
@@ -51,6 +51,16 @@ void Guarded(const Body& body,
     body();
   } catch (...) {
     report(FaultDescription());
+  }
+}
+
+/// Runs `body`, which is given up without a word where there is no memory for it. Any other fault
+/// goes on.
+template <class Body>
+void WhereMemoryLasts(const Body& body) {
+  try {
+    body();
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): nobody misses it
   }
 }
 

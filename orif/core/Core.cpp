@@ -33,10 +33,10 @@ Core::Core(const DispatchFactory& factory) noexcept
     : clientKey_(ClientKeyBase), objectId_(modOrif::NextObjectId()), connectState_(NotConnected) {
   const auto trail = TrailOf("Class_initialize");
   trail.Traced(", Enter");
-  const bool created = trail.Guarded(false, [&](bool& result) {
+  const bool created = trail.Guarded(false, [&] {
     factory_ = factory;
     CreateLowerCore();
-    result = true;
+    return true;
   });
   modOrif::CountCore(+1);
   if (created) {
@@ -68,10 +68,10 @@ void Core::CreateLowerCore() {
 
 bool Core::Connect(std::string_view HostName) noexcept {
   const auto trail = TrailOf("Connect");
-  return Guarded(false, [&](bool& result) {
+  return Guarded(false, [&] {
     trail.Traced(", Enter");
     trail.Traced(", ConnectState=", connectState_);
-    if (connectState_ != NotConnected) return trail.Always(", Err reconnect not available");
+    if (connectState_ != NotConnected) return trail.Refuse(", Err reconnect not available");
     if (!share_.lowerCore) {
       CreateLowerCore();
       share_.Lower()->SetClientID(clientKey_);
@@ -84,27 +84,26 @@ bool Core::Connect(std::string_view HostName) noexcept {
     lower->HostName(hostName);
     trail.Traced(", HostName=", hostName);
     const std::int32_t status = lower->Connect();
-    trail.Traced(", Connect Status ", status);
-    if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
-    result = status == 0;
     // Whatever the status: a connection that failed counts as connected, and cannot be tried again.
     hostName_ = std::move(hostName);
     connectState_ = Connected;
     connected_ = true;
+    trail.Traced(", Connect Status ", status);
+    if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
     trail.Traced(", ConnectState=", connectState_);
     trail.Traced(", Return");
+    return status == 0;
   });
 }
 
 bool Core::Disconnect() noexcept {
   const auto trail = TrailOf("Disconnect");
-  return Guarded(false, [&](bool& result) {
+  return Guarded(false, [&] {
     trail.Traced(", Enter");
     trail.Traced(", ConnectState=", connectState_);
     if (!connected_) {
       trail.Always(", Not connected");
-      result = true;
-      return;
+      return true;
     }
     // The first table only: the second one stays registered and alive.
     if (table_) table_->Kill();
@@ -113,27 +112,27 @@ bool Core::Disconnect() noexcept {
     const std::int32_t status = share_.Lower()->Disconnect();
     trail.Traced(", Close Status ", status);
     share_.lowerCore = {};
-    result = status == 0;
     // The lower core object is gone by now, so the text is empty.
     if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
     connected_ = false;
     connectState_ = Disconnected;
     trail.Traced(", ConnectState=", connectState_);
     trail.Traced(", Return");
+    return status == 0;
   });
 }
 
 bool Core::ClearAlarm(std::int32_t vlngType) noexcept {
   const auto trail = TrailOf("ClearAlarm");
-  return Guarded(false, [&](bool& result) {
+  return Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!share_.lowerCore || !connected_) return;
+    if (!share_.lowerCore || !connected_) return false;
     std::string command = "CLRALM";
     if (vlngType > 0) command.append(" ").append(convert::ToText(vlngType));
     const std::int32_t status = share_.Lower()->SendCommand(command);
-    result = status == 0;
     if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
     trail.Traced(", Return ", status);
+    return status == 0;
   });
 }
 
@@ -150,7 +149,7 @@ std::int32_t Core::ConnectState() const noexcept {
 }
 
 std::int32_t Core::TimeOutValue() const noexcept {
-  return Guarded(0, [&](std::int32_t& result) { result = share_.Lower()->TimeOutValue(); });
+  return Guarded(0, [&] { return share_.Lower()->TimeOutValue(); });
 }
 
 void Core::TimeOutValue(std::int32_t value) noexcept {
@@ -158,7 +157,7 @@ void Core::TimeOutValue(std::int32_t value) noexcept {
 }
 
 std::int32_t Core::PortNumber() const noexcept {
-  return Guarded(0, [&](std::int32_t& result) { result = share_.Lower()->PortNumber(); });
+  return Guarded(0, [&] { return share_.Lower()->PortNumber(); });
 }
 
 void Core::PortNumber(std::int32_t value) noexcept {
@@ -196,7 +195,7 @@ void Core::CreateFirstTable() {
 
 std::shared_ptr<orif::DataTable> Core::DataTable() noexcept {
   const auto trail = TrailOf("DataTable");
-  return Guarded(std::shared_ptr<orif::DataTable>(), [&](auto& result) {
+  return Guarded(std::shared_ptr<orif::DataTable>(), [&] {
     trail.Traced(", Enter");
     if (!table_) {
       share_.Lower()->ClearRAssignment();
@@ -204,13 +203,13 @@ std::shared_ptr<orif::DataTable> Core::DataTable() noexcept {
       CreateFirstTable();
       trail.Traced(", InitObject");
     }
-    result = table_;
     trail.Traced(", Return");
+    return table_;
   });
 }
 
 std::shared_ptr<orif::DataTable> Core::DataTable2() noexcept {
-  return Guarded(std::shared_ptr<orif::DataTable>(), [&](auto& result) {
+  return Guarded(std::shared_ptr<orif::DataTable>(), [&] {
     if (!table_) {
       share_.Lower()->ClearRAssignment();
       CreateFirstTable();
@@ -219,7 +218,7 @@ std::shared_ptr<orif::DataTable> Core::DataTable2() noexcept {
       table2_ = CreateTable(table_->NextAddr());
       table_->Fixed(true);
     }
-    result = table2_;
+    return table2_;
   });
 }
 
@@ -229,9 +228,9 @@ void Core::ReleaseDataTable2() noexcept {
 }
 
 std::int32_t Core::mlngDataTableCount() const noexcept {
-  return Guarded(0, [&](std::int32_t& result) {
+  return Guarded(0, [&] {
     if (!table_) throw Fault(Fault::ObjectNotSet);
-    result = Add(table_->Count(), table2_ ? table2_->Count() : 0);
+    return Add(table_->Count(), table2_ ? table2_->Count() : 0);
   });
 }
 
@@ -242,11 +241,11 @@ void Core::DebugLog(bool value) noexcept {
 }
 
 std::string Core::DebugMessage() const noexcept {
-  return Guarded(std::string(), [](std::string& result) { result = modOrif::LastMessage(); });
+  return Guarded(std::string(), [] { return modOrif::LastMessage(); });
 }
 
 std::string Core::GetDebugMessages() const noexcept {
-  return Guarded(std::string(), [](std::string& result) { result = modOrif::AllMessages(); });
+  return Guarded(std::string(), [] { return modOrif::AllMessages(); });
 }
 
 void Core::AddUserMessage(std::string_view vstrMessage) const noexcept {
@@ -257,9 +256,9 @@ void Core::AddUserMessage(std::string_view vstrMessage) const noexcept {
 
 std::string Core::GetTypeName() const noexcept {
   const auto trail = TrailOf("GetTypename");  // spelled so in the trail
-  return Guarded(std::string(), [&](std::string& result) {
-    result = ClassName();
-    trail.Traced(", ", result);
+  return Guarded(std::string(), [&] {
+    trail.Traced(", ", ClassName());
+    return std::string(ClassName());
   });
 }
 

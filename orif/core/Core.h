@@ -1,7 +1,10 @@
 // The object that a client creates first: the connection to one robot controller, its settings, and
 // the tables in which data is registered. A Core connects once in its life; a new connection takes
-// a new Core. Its tables and items may be held longer than the Core lives: they refuse then. Not
-// for use by several threads.
+// a new Core. Its tables and items may be held longer than the Core lives: they refuse then.
+//
+// Threads: a Core with its tables and their items is one unit. One thread uses a unit at a time;
+// handing it to another takes the client's own synchronisation. Different units may be used at
+// once. A thread must not be cancelled inside a member.
 #pragma once
 
 #include <cstdint>
@@ -37,8 +40,9 @@ class ORIF_EXPORT Core : private TableOwner {
   // Connection.
 
   /// Connects to the controller with the name or address `HostName`. False when the controller does
-  /// not answer, and for every call but the first. A connection that failed still counts as
-  /// connected.
+  /// not answer; the Core counts as connected all the same and refuses every further call. False
+  /// also without a lower core object, or when it faults before it has answered: then Connect may
+  /// be called again.
   bool Connect(std::string_view HostName) noexcept;
 
   /// Kills the first table with its items and ends the connection. True also when there was none.
@@ -138,14 +142,14 @@ class ORIF_EXPORT Core : private TableOwner {
   // The debug trail (docs/trail.md).
 
   /// Whether this Core, its tables and their items write traced lines. Setting it also sets, for
-  /// all Cores, whether the trail keeps lines.
+  /// all Cores and threads, whether the trail keeps lines.
   bool DebugLog() const noexcept { return share_.debugLog; }
   void DebugLog(bool value) noexcept;
 
-  /// The last line that any object wrote.
+  /// The last line that any object wrote on the calling thread.
   std::string DebugMessage() const noexcept;
 
-  /// The last 100 lines that were kept, oldest first.
+  /// The last 100 lines that were kept of the calling thread, oldest first.
   std::string GetDebugMessages() const noexcept;
 
   /// Writes a line of the client's own.

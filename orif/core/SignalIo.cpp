@@ -44,16 +44,16 @@ template <class T>
 bool Core::Signals(const SignalMember& member, std::int32_t index, ArrayView<T> buffer,
                    std::int32_t count) noexcept {
   const auto trail = TrailOf(member.name);
-  return Guarded(false, [&](bool& result) {
+  return Guarded(false, [&] {
     trail.Traced(", Enter", " Index=", index, ",Buffer(", buffer.LowerBound(), "to",
                  buffer.UpperBound(), "),Count=", count);
-    if (buffer.Count() < count) return trail.Always(", Err Buffer too small");
-    if (member.testsIndex && index <= 0) return trail.Always(", Err Out of index");
+    if (buffer.Count() < count) return trail.Refuse(", Err Buffer too small");
+    if (member.testsIndex && index <= 0) return trail.Refuse(", Err Out of index");
     const LowerCoreRef lower = share_.Lower();
     const std::int32_t status = member.Call(*lower, index, buffer, count);
-    result = member.success == Success::Zero ? status == 0 : status >= 0;
     if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
     trail.Traced(", Return ", status);
+    return member.success == Success::Zero ? status == 0 : status >= 0;
   });
 }
 
@@ -130,7 +130,7 @@ bool Core::WriteGO(std::int32_t Index, ConstGroups Buffer, std::int32_t Count) n
   constexpr std::int32_t ShiftedFrom = 10001;
   constexpr std::int32_t Shift = 6000;
   const auto trail = TrailOf("WriteGO");
-  return Guarded(false, [&](bool& result) {
+  return Guarded(false, [&] {
     const std::int32_t index = Index >= ShiftedFrom ? Index - Shift : Index;
     std::vector<std::int32_t> padded;
     ConstGroups values = Buffer;
@@ -140,8 +140,8 @@ bool Core::WriteGO(std::int32_t Index, ConstGroups Buffer, std::int32_t Count) n
       values = padded;
     }
     const std::int32_t status = share_.Lower()->Signals(DispId::WriteGO, index, values, Count);
-    result = status >= 0;
     if (status < 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
+    return status >= 0;
   });
 }
 

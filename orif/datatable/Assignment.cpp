@@ -6,18 +6,18 @@
 namespace orif {
 
 // The next free address moves only once the controller has accepted the piece: a refused one costs
-// no words.
+// no words. The call may run the host's code. What that registers meanwhile begins at the same
+// word, as the controller was told; a table that it clears has no place for this block any more.
 bool DataTable::mblnAssign(const Block& block) noexcept {
   const auto trail = TrailOf("mblnAssign");
-  return Guarded(false, [&](bool& result) {
-    const std::int32_t start = nextAddr_;
-    const std::int32_t next = Add(start, block.size);
-    if (next > MostWords + 1) return trail.Always(", Out of max");
+  return Guarded(false, [&] {
+    if (Add(nextAddr_, block.size) > MostWords + 1) return trail.Refuse(", Out of max");
+    const std::uint32_t clearings = clearings_;
     const std::int32_t status = Share().Lower()->SetRAssignment(block.piece);
-    if (status != 0) return trail.Always(", Err SetRAssignment ", status);
-    if (nextAddr_ != start) return;  // the call ran the host's code, which cleared the table
-    result = true;
-    nextAddr_ = next;
+    if (status != 0) return trail.Refuse(", Err SetRAssignment ", status);
+    if (clearings_ != clearings) return false;
+    nextAddr_ += block.size;
+    return true;
   });
 }
 

@@ -30,21 +30,20 @@ std::int32_t DataTable::CoreConnectState() const {
 }
 
 std::int32_t DataTable::Count() const noexcept {
-  return Guarded(0, [&](std::int32_t& result) { result = Narrow<std::int32_t>(items_.size()); });
+  return Guarded(0, [&] { return Narrow<std::int32_t>(items_.size()); });
 }
 
 std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
   const auto trail = TrailOf("Item");
-  trail.Traced(", Enter Index=", [&] { return Index.ToText(); });
-  auto item = Guarded(std::shared_ptr<DataItem>(), [&](std::shared_ptr<DataItem>& result) {
-    if (!Index.IsNumeric()) return;
-    const std::int32_t position = Index.ToInt32();
-    if (position >= 1 && position <= Count()) {
-      result = items_[static_cast<std::size_t>(position) - 1];
-    }
+  // Faults are passed over: an index that has no text has no entry line, and no item.
+  Guarded([&] { trail.Traced(", Enter Index=", [&] { return Index.ToText(); }); });
+  auto item = Guarded(std::shared_ptr<DataItem>(), [&] {
+    const std::int32_t position = Index.IsNumeric() ? Index.ToInt32() : 0;
+    const bool held = position >= 1 && position <= Count();
+    return held ? items_[static_cast<std::size_t>(position) - 1] : nullptr;
   });
   if (item) {
-    trail.Traced(", Type is ", [&] { return item->ClassName(); });
+    trail.Traced(", Type is ", item->ClassName());
   } else {
     trail.Traced(", Err Item is Nothing");
   }
@@ -55,8 +54,9 @@ std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
 bool DataTable::Clear() noexcept {
   const auto self = weak_from_this().lock();  // a second table is dropped half-way
   const auto trail = TrailOf("Clear");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter");
+    ++clearings_;
     nextAddr_ = 1;  // and not the start address: a cleared second table is dropped below
     if (owner_ != nullptr) {
       Share().Lower()->ClearRAssignment();
@@ -68,8 +68,8 @@ bool DataTable::Clear() noexcept {
     for (auto& item : dropped) item.reset();
     trail.Traced(", Create New Collection");
     if (owner_ != nullptr) owner_->ReleaseDataTable2();
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
@@ -79,9 +79,9 @@ void DataTable::Kill() noexcept {
 
 std::string DataTable::GetTypeName() const noexcept {
   const auto trail = TrailOf("GetTypename");  // spelled so in the trail
-  return trail.Guarded(std::string(), [&](std::string& result) {
-    result = ClassName();
+  return trail.Guarded(std::string(), [&] {
     trail.Traced(", ", ClassName());
+    return std::string(ClassName());
   });
 }
 

@@ -1,7 +1,7 @@
 // The container of data items. A client asks its Core for it, registers items with the Add...
 // members, and fetches the values of all of them with one Refresh; each item then decodes its
 // share. Tables are made by a Core only and shared by reference; one that has lost its Core refuses
-// everything. Not for use by several threads.
+// everything. A table belongs to its Core's unit: Core.h tells which threads may use it.
 #pragma once
 
 #include <cstdint>
@@ -109,8 +109,8 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   bool Refresh() noexcept;
 
   /// The 32-bit real in the words `lngAddress` (1 to 16384) and `lngAddress` + 1 of the last
-  /// refresh. False, with `sngValue` untouched, before a good refresh and for words outside the
-  /// buffer.
+  /// refresh. False, with `sngValue` untouched, before a good refresh, for words outside the
+  /// buffer, once the lower core object is gone, and for words that it cannot convert.
   bool GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept override;
 
   /// The number of registered items.
@@ -170,6 +170,7 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
     std::string piece;
     std::int32_t size;
   };
+  class Room;  // in items_, for an item that is being assigned
   template <class ItemClass, class... Arguments>
   std::shared_ptr<ItemClass> Register(const Registration& words,
                                       const Arguments&... arguments) noexcept;
@@ -192,6 +193,8 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   bool GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept override;
 
   std::vector<std::shared_ptr<DataItem>> items_;
+  std::size_t registrations_ = 0;  // under way, each with room in items_
+  std::uint32_t clearings_ = 0;
   TableOwner* owner_ = nullptr;
   std::int32_t nextAddr_ = 1;
   std::int32_t startAddr_ = 0;  // 0: not placed yet

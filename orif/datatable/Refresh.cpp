@@ -17,13 +17,13 @@ bool DataTable::Refresh() noexcept {
   const auto self =
       weak_from_this().lock();  // the read may run the host's code, which may drop the table
   const auto trail = TrailOf("Refresh");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     const std::int64_t started = Milliseconds();
     trail.Traced(", Enter ");
     lastData_.Refreshed(false);
-    if (!Valid()) return trail.Always(", Err Me.Invalid ");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
     // With the literal 1, whatever the table's start address: nothing was ever assigned.
-    if (nextAddr_ <= 1) return trail.Always(", Err Invalid NextAddr ", nextAddr_);
+    if (nextAddr_ <= 1) return trail.Refuse(", Err Invalid NextAddr ", nextAddr_);
     const std::int32_t count = Subtract(nextAddr_, startAddr_);
     const std::int32_t bound = Add(startAddr_ - 1, count);
     if (LastData::UpperBound < bound) {  // told of, and then left to the check of the words below
@@ -33,50 +33,51 @@ bool DataTable::Refresh() noexcept {
     // same.
     const std::int32_t words = Share().Lower()->ReadRShort(
         startAddr_, lastData_.Words(startAddr_, std::max(count, 1)), count);
-    result = words >= 1;
-    lastData_.Refreshed(result);
-    if (!result) {
+    const bool read = words >= 1;
+    lastData_.Refreshed(read);
+    if (!read) {
       trail.Always(", Err ReadRShort ", words);
       trail.Always(", ", [this] { return Share().LastErrorText(); });
     }
     trail.Traced(
         ", Return ", [&] { return std::to_string(Milliseconds() - started); }, "ms");
+    return read;
   });
 }
 
 bool DataTable::GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue) noexcept {
-  return Guarded(false, [&](bool& result) {
-    if (!lastData_.Refreshed()) return;
+  return Guarded(false, [&] {
+    if (!lastData_.Refreshed()) return false;
     intValue = lastData_.Word(lngAddress);
-    result = true;
+    return true;
   });
 }
 
 bool DataTable::GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue) noexcept {
-  return Guarded(false, [&](bool& result) {
-    if (!lastData_.Refreshed()) return;
+  return Guarded(false, [&] {
+    if (!lastData_.Refreshed()) return false;
     auto pair = lastData_.Pair(lngAddress);
     lngValue = Share().Lower()->ShortToLong(pair);
-    result = true;
+    return true;
   });
 }
 
 bool DataTable::GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept {
-  return Guarded(false, [&](bool& result) {
-    if (!lastData_.Refreshed()) return;
+  return Guarded(false, [&] {
+    if (!lastData_.Refreshed()) return false;
     auto pair = lastData_.Pair(lngAddress);
     sngValue = Share().Lower()->ShortToFloat(pair);
-    result = true;
+    return true;
   });
 }
 
 bool DataTable::GetLastDataString(std::int32_t lngAddress, std::string& strValue,
                                   std::int32_t words) noexcept {
   const auto trail = TrailOf("GetLastDataString");
-  return trail.Guarded(false, [&](bool& result) {
-    if (!lastData_.Refreshed()) return trail.Always(", Err Refresh=False");
+  return trail.Guarded(false, [&] {
+    if (!lastData_.Refreshed()) return trail.Refuse(", Err Refresh=False");
     lastData_.Text(lngAddress, words, strValue);
-    result = true;
+    return true;
   });
 }
 
@@ -84,8 +85,8 @@ bool DataTable::GetLastDataString(std::int32_t lngAddress, std::string& strValue
 // configuration, then the four words.
 bool DataTable::GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept {
   const auto trail = TrailOf("GetLastDataPos");
-  return Guarded(false, [&](bool& result) {
-    if (!lastData_.Refreshed()) return trail.Always(", Err Refresh=False");
+  return Guarded(false, [&] {
+    if (!lastData_.Refreshed()) return trail.Refuse(", Err Refresh=False");
     const LowerCoreRef lower = Share().Lower();
     LastData::Record<PositionRecord::Words> record(lastData_, lngAddress);
     for (std::int32_t i = 0; i < PositionRecord::FloatCount; ++i) {
@@ -100,7 +101,7 @@ bool DataTable::GetLastDataPos(std::int32_t lngAddress, const PositionOutput& po
     position.ValidJ = record.Word(PositionRecord::ValidJ);
     position.UF = record.Word(PositionRecord::UF);
     position.UT = record.Word(PositionRecord::UT);
-    result = true;
+    return true;
   });
 }
 

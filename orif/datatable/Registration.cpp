@@ -17,15 +17,37 @@ void AppendLabelled(std::string& line, const char* label, const Argument& argume
 
 }  // namespace
 
+// Once the controller has accepted an item nothing may fail, so there is room for it before it is
+// asked: for every registration under way, since the call may run the host's code, which may
+// register more.
+class DataTable::Room {
+ public:
+  explicit Room(DataTable& table) : table_(table) {
+    auto& items = table.items_;
+    const std::size_t needed = items.size() + table.registrations_ + 1;
+    if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
+    ++table.registrations_;
+  }
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
+  ~Room() { --table_.registrations_; }
+
+ private:
+  DataTable& table_;
+};
+
+// A fault that comes once the item is in the collection leaves it there: it is the answer all the
+// same.
 template <class ItemClass, class... Arguments>
 std::shared_ptr<ItemClass> DataTable::Register(const Registration& words,
                                                const Arguments&... arguments) noexcept {
   std::shared_ptr<ItemClass> item;  // where it is dropped, released after the member's last line
+  std::shared_ptr<ItemClass> result;
   const auto trail = TrailOf(words.member);
   const auto tell = [&](const char* line) {
     if (line != nullptr) trail.Always(line);
   };
-  return trail.Guarded(std::shared_ptr<ItemClass>(), [&](std::shared_ptr<ItemClass>& result) {
+  trail.Guarded([&] {
     trail.Traced(words.enter, [&] {
       std::string list;
       const auto* label = words.labels.data();
@@ -38,21 +60,19 @@ std::shared_ptr<ItemClass> DataTable::Register(const Registration& words,
     if (!item->Init(arguments...)) return tell(words.initFailed);
     std::vector<Block> blocks;
     if (!CollectBlocks(words, trail, *item, blocks)) return;
-    // Once the controller has accepted the item nothing may fail, so it is in the collection
-    // before.
-    items_.push_back(item);
+    const Room room(*this);
     const bool assigned =
         std::ranges::all_of(blocks, [this](const Block& block) { return mblnAssign(block); });
-    // The lower layer may have run the host's code, which may have cleared the table.
-    if (assigned && !items_.empty() && items_.back() == item) {
-      item->SetValid(true);
+    if (assigned) {
+      items_.push_back(item);
       result = item;
+      item->SetValid(true);
     } else {
-      std::erase(items_, item);
       tell(words.assignFailed);
     }
     if (words.done != nullptr) trail.Traced(words.done);
   });
+  return result;
 }
 
 bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>& trail,

@@ -1,7 +1,7 @@
 // How a member writes to the debug trail: a Trail knows the object and the member's tag, and puts
 // together lines such as "[DataNumReg.GetValue] ID=7, Enter ". It lives for one call of the member.
-// While the object is not traced, a traced line costs one branch. A line that cannot be built is
-// dropped and disturbs nobody.
+// While the object is not traced, a traced line costs one branch. A line for which there is no
+// memory is dropped and disturbs nobody; a fault in fetching its text ends the member.
 #pragma once
 
 #include <concepts>
@@ -30,6 +30,10 @@ void Append(std::string& line, const Fetch& fetch) {
   Append(line, fetch());
 }
 
+/// Whether the parts of a line are all there, so that none has to be fetched and can fault.
+template <class... Parts>
+constexpr bool AtHand = (!std::invocable<const Parts&> && ...);
+
 }  // namespace trail
 
 /// `Object` offers ClassName(), ObjectID(), DebugLog() (whether it is traced at this moment) and
@@ -46,41 +50,49 @@ class Trail {
 
   /// Writes a line whatever the flag says.
   template <class... Parts>
-  void Always(const Parts&... parts) const noexcept {
+  void Always(const Parts&... parts) const noexcept(trail::AtHand<Parts...>) {
     Write(true, parts...);
   }
 
   /// Writes a line whatever the flag says, and is false: the answer of a member that refuses.
   template <class... Parts>
-  bool Refuse(const Parts&... parts) const noexcept {
+  bool Refuse(const Parts&... parts) const noexcept(trail::AtHand<Parts...>) {
     Write(true, parts...);
     return false;
   }
 
   /// Writes a line while the object is traced. The flag is read anew for every line.
   template <class... Parts>
-  void Traced(const Parts&... parts) const noexcept {
+  void Traced(const Parts&... parts) const noexcept(trail::AtHand<Parts...>) {
     if (object_.DebugLog()) [[unlikely]]
       Write(true, parts...);
   }
 
-  /// Writes a line that carries the member but no id.
-  template <class... Parts>
-  void AlwaysWithoutId(const Parts&... parts) const noexcept {
-    Write(false, parts...);
+  /// The same as Refuse for a line that carries the member but no id.
+  bool RefuseWithoutId(std::string_view text) const noexcept {
+    Write(false, text);
+    return false;
   }
 
   /// Runs a member's body and tells of the fault that ended it.
   template <class Result, class Body>
-  Result Guarded(Result result, const Body& body) const noexcept {
-    return orif::Guarded(std::move(result), body,
-                         [this](const char* description) { Always(", Err ", description); });
+  Result Guarded(Result preset, const Body& body) const noexcept {
+    return orif::Guarded(std::move(preset), body, Report());
+  }
+  template <class Body>
+  void Guarded(const Body& body) const noexcept {
+    orif::Guarded(body, Report());
   }
 
  private:
+  auto Report() const noexcept {
+    return [this](const char* description) { Always(", Err ", description); };
+  }
+
   template <class... Parts>
-  [[gnu::cold, gnu::noinline]] void Write(bool withId, const Parts&... parts) const noexcept {
-    orif::Guarded([&] {
+  [[gnu::cold, gnu::noinline]] void Write(bool withId, const Parts&... parts) const
+      noexcept(trail::AtHand<Parts...>) {
+    WhereMemoryLasts([&] {
       std::string line;
       line.append("[").append(object_.ClassName()).append(".").append(member_).append("]");
       if (withId) {

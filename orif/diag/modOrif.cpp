@@ -169,11 +169,11 @@ void CountCore(std::int32_t change) noexcept {
 }
 
 bool BooleanSetting(std::string_view key, bool preset) noexcept {
-  return Guarded(preset, [&](bool& result) { result = Setting(key).ToBoolean(); });
+  return Guarded(preset, [&] { return Setting(key).ToBoolean(); });
 }
 
 std::int32_t IntegerSetting(std::string_view key, std::int32_t preset) noexcept {
-  return Guarded(preset, [&](std::int32_t& result) { result = Setting(key).ToInt32(); });
+  return Guarded(preset, [&] { return Setting(key).ToInt32(); });
 }
 
 }  // namespace orif::modOrif

@@ -6,14 +6,14 @@ namespace orif {
 
 std::string BlockItem::GetSetasg() {
   const auto trail = TrailOf("GetSetasg");
-  return trail.Guarded(std::string(), [&](std::string& result) {
+  return trail.Guarded(std::string(), [&] {
     if (lines_.enter != nullptr) trail.Traced(lines_.enter);
     const std::int32_t start = Owner().NextAddr();
     std::string piece = AssignmentPiece(start, GetSize(), Designation());
     SetStartAddress(start);
     if (lines_.piece != nullptr) trail.Traced(lines_.piece, piece);
-    result = std::move(piece);
     if (lines_.done != nullptr) trail.Traced(lines_.done);
+    return piece;
   });
 }
 

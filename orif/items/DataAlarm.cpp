@@ -51,17 +51,17 @@ DataAlarm::DataAlarm() noexcept
 bool DataAlarm::Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
                      std::int32_t AlarmMessageMode) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",AlarmCount=", AlarmCount);
     if (DataType != ALARM_LIST && DataType != ALARM_CURRENT && DataType != ALARM_PASSWORD) {
-      return trail.Always(", Err Invalid type");
+      return trail.Refuse(", Err Invalid type");
     }
-    if (AlarmCount < 1) return trail.Always(", Err Invalid AlarmCount");
+    if (AlarmCount < 1) return trail.Refuse(", Err Invalid AlarmCount");
     SetDataType(DataType);
     alarmCount_ = AlarmCount;
     alarmMessageMode_ = AlarmMessageMode;
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
@@ -83,9 +83,9 @@ bool DataAlarm::GetValue(std::int32_t Count, std::int16_t& AlarmID, std::int16_t
                          std::int16_t& Second, std::string& AlarmMessage,
                          std::string& CauseAlarmMessage, std::string& SeverityMessage) noexcept {
   const auto trail = TrailOf("GetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter");
-    if (!Valid()) return;
+    if (!Valid()) return false;
     const MessageMode mode = Mode(alarmMessageMode_);
     const std::int32_t record = ElementAddress(StartAddress(), Count, 1, mode.words);
     // All are read whatever failed before.
@@ -100,9 +100,9 @@ bool DataAlarm::GetValue(std::int32_t Count, std::int16_t& AlarmID, std::int16_t
       all =
           Owner().GetLastDataString(Add(record, Texts[i].offset), *texts[i], Texts[i].words) && all;
     }
-    result = all;
     if (!all) trail.Always(", Err Get Data");
     trail.Traced(", Return");
+    return all;
   });
 }
 

@@ -25,15 +25,15 @@ DataCurPos::DataCurPos() noexcept
 
 bool DataCurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t UF) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group);
-    if (DataType != CURPOS) return trail.Always(", Err Invalid type");
-    if (Group < 1) return trail.Always(", Err Invalid group");
+    if (DataType != CURPOS) return trail.Refuse(", Err Invalid type");
+    if (Group < 1) return trail.Refuse(", Err Invalid group");
     SetDataType(DataType);
     group_ = Group;
     userFrame_ = UF;
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 

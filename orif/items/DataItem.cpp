@@ -28,9 +28,9 @@ std::shared_ptr<orif::DataTable> DataItem::DataTable() const noexcept {
 
 std::string DataItem::GetTypeName() const noexcept {
   const auto trail = TrailOf("GetTypeName");
-  return trail.Guarded(std::string(), [&](std::string& result) {
-    result = className_;
+  return trail.Guarded(std::string(), [&] {
     trail.Traced(", ", className_);
+    return std::string(className_);
   });
 }
 
@@ -46,7 +46,7 @@ bool DataItem::Written(std::int32_t status, const Trail<DataItem>& trail,
   return false;
 }
 
-void DataItem::TellLastError(const Trail<DataItem>& trail) const noexcept {
+void DataItem::TellLastError(const Trail<DataItem>& trail) const {
   trail.Always(", ", [this] { return Share().LastErrorText(); });
 }
 

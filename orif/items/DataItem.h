@@ -1,6 +1,7 @@
 // What all items of a table share: their kind, their table, whether they are valid, their identity,
 // their place in the data area. Tables create and register items; clients hold them and ask them
-// for values. An item keeps its table alive. Not for use by several threads.
+// for values. An item keeps its table alive. It belongs to its Core's unit: Core.h tells which
+// threads may use it.
 #pragma once
 
 #include <cstdint>
@@ -36,9 +37,8 @@ class ORIF_EXPORT DataItem {
   /// The identity that the item's trail lines carry.
   std::int32_t ObjectID() const noexcept { return objectId_; }
 
-  /// Ends the item's service: its value members fail from now on, but for DataString::Update,
-  /// which does not ask. It stays in the table and keeps
-  /// its words.
+  /// Ends the item's service: its value members fail from now on, but for DataString::Update, which
+  /// does not ask. It stays in the table and keeps its words.
   void Kill() noexcept { valid_ = false; }
 
   /// The class name, for example "DataNumReg".
@@ -79,7 +79,7 @@ class ORIF_EXPORT DataItem {
   /// Whether a write was carried out. A refused one has a negative status and is told of in two
   /// lines: `refusal`, followed by the status, and the lower layer's text.
   bool Written(std::int32_t status, const Trail<DataItem>& trail, std::string_view refusal) const;
-  void TellLastError(const Trail<DataItem>& trail) const noexcept;
+  void TellLastError(const Trail<DataItem>& trail) const;
 
   /// Tells what keeps a write from reaching the controller, and changes nothing.
   void DiagnoseConnection(const Trail<DataItem>& trail) const;

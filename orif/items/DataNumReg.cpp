@@ -40,19 +40,19 @@ DataNumReg::DataNumReg() noexcept
 bool DataNumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
                       std::int32_t EndIndex) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",StartIndex=", StartIndex, ",EndIndex=", EndIndex);
     if (DataType != NUMREG_INT && DataType != NUMREG_REAL) {
-      return trail.Always(", Err invalid type ");
+      return trail.Refuse(", Err invalid type ");
     }
     if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
-      return trail.Always(", Err invalid index ");
+      return trail.Refuse(", Err invalid index ");
     }
     SetDataType(DataType);
     startIndex_ = StartIndex;
     endIndex_ = EndIndex;
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
@@ -77,60 +77,64 @@ std::int32_t DataNumReg::Address(std::int32_t index) const {
 
 bool DataNumReg::GetValue(std::int32_t Index, Variant& Value) noexcept {
   const auto trail = TrailOf("GetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Covers(Index)) return trail.Always(", Err invalid index ");
+    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address = Address(Index);
     if (DataType() == NUMREG_INT) {
       std::int32_t value = 0;
-      if (!Owner().GetLastDataLong(address, value)) return trail.Always(", Err GetLastDataLong ");
+      if (!Owner().GetLastDataLong(address, value)) return trail.Refuse(", Err GetLastDataLong ");
       Value = value;
     } else if (DataType() == NUMREG_REAL) {
       float value = 0;
-      if (!Owner().GetLastDataFloat(address, value)) return trail.Always(", Err GetLastDataFloat ");
+      if (!Owner().GetLastDataFloat(address, value)) return trail.Refuse(", Err GetLastDataFloat ");
       Value = value;
     } else {
-      return trail.Always(", Err invalid type ");
+      return trail.Refuse(", Err invalid type ");
     }
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
 bool DataNumReg::SetValue(std::int32_t Index, const Variant& Value) noexcept {
   const auto trail = TrailOf("SetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter R[", Index, "], ", [&] { return Value.ToText(); });
-    if (!Covers(Index)) return trail.Always(", Err invalid index ");
+    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address = Address(Index);
+    bool written = false;
     if (DataType() == NUMREG_REAL) {
       const std::array value{Value.ToFloat()};
-      result = Write<float>(trail, address, value, 1);
+      written = Write<float>(trail, address, value, 1);
     } else if (DataType() == NUMREG_INT) {
       const std::array value{Value.ToInt32()};
-      result = Write<std::int32_t>(trail, address, value, 1);
+      written = Write<std::int32_t>(trail, address, value, 1);
     } else {
-      return trail.Always(", Err invalid type");
+      return trail.Refuse(", Err invalid type");
     }
-    if (result) trail.Traced(", Return ");
+    if (written) trail.Traced(", Return ");
+    return written;
   });
 }
 
 bool DataNumReg::SetValues(std::int32_t Index, const Variant& Value, std::int32_t Count) noexcept {
   const auto trail = TrailOf("SetValues");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     // The line shows the sum, which is one more than the last index.
     trail.Traced(
         ", Enter R[", Index, " - ", [&] { return Add(Index, Count); }, "]");
-    if (!CoversRun(Index, Count)) return trail.Always(", Err invalid index ");
+    if (!CoversRun(Index, Count)) return trail.Refuse(", Err invalid index ");
+    bool written = false;
     if (DataType() == NUMREG_REAL) {
-      result = WriteCopy<float>(trail, Index, Value, Count);
+      written = WriteCopy<float>(trail, Index, Value, Count);
     } else if (DataType() == NUMREG_INT) {
-      result = WriteCopy<std::int32_t>(trail, Index, Value, Count);
+      written = WriteCopy<std::int32_t>(trail, Index, Value, Count);
     } else {
-      return trail.Always(", Err invalid type");
+      return trail.Refuse(", Err invalid type");
     }
-    if (result) trail.Traced(", Return ");
+    if (written) trail.Traced(", Return ");
+    return written;
   });
 }
 
@@ -152,13 +156,14 @@ template <class T>
 bool DataNumReg::SetRun(std::string_view member, std::int32_t index, ArrayView<const T> values,
                         std::int32_t count) noexcept {
   const auto trail = TrailOf(member);
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(
         ", Enter R[", index, " - ", [&] { return Add(index, count); }, "], ");
-    if (!CoversRun(index, count)) return trail.Always(", Err invalid index ");
-    if (DataType() != Kind<T>::Type) return trail.Always(", Err invalid type");
-    result = Write<T>(trail, Address(index), values, count);
-    if (result) trail.Traced(", Return ");
+    if (!CoversRun(index, count)) return trail.Refuse(", Err invalid index ");
+    if (DataType() != Kind<T>::Type) return trail.Refuse(", Err invalid type");
+    if (!Write<T>(trail, Address(index), values, count)) return false;
+    trail.Traced(", Return ");
+    return true;
   });
 }
 

@@ -26,15 +26,15 @@ DataPosReg::DataPosReg() noexcept
 bool DataPosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                       std::int32_t EndIndex) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     const RegisterRange range{Group, StartIndex, EndIndex};
-    if (!range.Check(trail, DataType == POSREG)) return;
+    if (!range.Check(trail, DataType == POSREG)) return false;
     SetDataType(DataType);
     range_ = range;
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
@@ -74,9 +74,9 @@ bool DataPosReg::GetValueJoint(std::int32_t Index, float& J1, float& J2, float& 
 bool DataPosReg::SetValueJoint(std::int32_t Index, ArrayView<const float> Joint, std::int16_t UF,
                                std::int16_t UT) noexcept {
   const auto trail = TrailOf("SetValueJoint");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", Shown(" Joint", Joint));
-    result = WriteJoint(trail, Index, Joint, UF, UT);
+    return WriteJoint(trail, Index, Joint, UF, UT);
   });
 }
 
@@ -91,11 +91,11 @@ bool DataPosReg::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwp
                                 ArrayView<const std::int16_t> Config, std::int16_t UF,
                                 std::int16_t UT) noexcept {
   const auto trail = TrailOf("SetValueXyzwpr");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     DiagnoseConnection(trail);
-    result = WriteXyzwpr(trail, Index, Xyzwpr, Config, UF, UT);
+    return WriteXyzwpr(trail, Index, Xyzwpr, Config, UF, UT);
   });
 }
 

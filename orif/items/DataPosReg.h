@@ -21,11 +21,12 @@ class ORIF_EXPORT DataPosReg : public PositionItem {
   std::int32_t StartIndex() const noexcept { return range_.start; }
   std::int32_t EndIndex() const noexcept { return range_.end; }
 
-  /// The position in register `Index` at the last refresh. False for an invalid item, arrays with a
-  /// lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements, before a good
-  /// refresh, and for arrays that pass but hold fewer than 9, 7 and 9 elements: what fits is
-  /// written then. `Index` is not tested: outside the range it means what lies there in the table's
-  /// words.
+  /// The position in register `Index` at the last refresh, in the elements 0 to 8, 0 to 6 and 0 to
+  /// 8 of the arrays, whatever their lower bounds. False for an invalid item, arrays with a lower
+  /// bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements, before a good refresh, and
+  /// for arrays that pass but do not have all these elements: what fits is written then. `Index` is
+  /// not tested: outside the range it means what lies there in the table's words, and is false
+  /// where that is not all in the buffer.
   bool GetValue(std::int32_t Index, ArrayView<float> Xyzwpr, ArrayView<std::int16_t> Config,
                 ArrayView<float> Joint, std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC,
                 std::int16_t& ValidJ) noexcept;
@@ -41,8 +42,9 @@ class ORIF_EXPORT DataPosReg : public PositionItem {
                      std::int16_t& ValidJ) noexcept;
 
   /// Writes register `Index` in joint form, as many values as `Joint` has. `Index` is not tested:
-  /// outside the range it means what lies there. False for an invalid item, a lower bound above 0,
-  /// and when the controller refuses.
+  /// outside the range it means what lies there. False for an invalid item, an array with a lower
+  /// bound above 0, without elements or with more than 32767, an address that does not fit 16 bits,
+  /// without a lower core object, and when the controller refuses.
   bool SetValueJoint(std::int32_t Index, ArrayView<const float> Joint, std::int16_t UF,
                      std::int16_t UT) noexcept;
   bool SetValueJoint2(std::int32_t Index, float J1, float J2, float J3, float J4, float J5,
@@ -50,8 +52,8 @@ class ORIF_EXPORT DataPosReg : public PositionItem {
                       std::int16_t UT) noexcept;
 
   /// Writes register `Index` in cartesian form with all the elements of the arrays. `Index` is not
-  /// tested either. False for an invalid item, arrays with a lower bound above 0 or fewer than 6
-  /// (`Xyzwpr`) or 7 (`Config`) elements, and when the controller refuses.
+  /// tested either. False as for SetValueJoint, where the arrays need at least 6 (`Xyzwpr`) and 7
+  /// (`Config`) elements.
   bool SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
                       ArrayView<const std::int16_t> Config, std::int16_t UF,
                       std::int16_t UT) noexcept;

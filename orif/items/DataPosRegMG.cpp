@@ -62,27 +62,27 @@ std::optional<std::vector<DataPosRegMG::MotionGroup>> DataPosRegMG::ParseGroups(
 bool DataPosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_t StartIndex,
                         std::int32_t EndIndex) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     startIndex_ = StartIndex;  // before any test
     endIndex_ = EndIndex;
-    if (DataType != POSREGMG) return trail.Always(", Err Invalid type");
+    if (DataType != POSREGMG) return trail.Refuse(", Err Invalid type");
     auto groups = ParseGroups(Group);
-    if (!groups) return trail.Always(", Err Invalid group");
+    if (!groups) return trail.Refuse(", Err Invalid group");
     groups_ = std::move(*groups);
     if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
-      return trail.Always(", Err Invalid index");
+      return trail.Refuse(", Err Invalid index");
     }
     SetDataType(DataType);
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
 std::optional<std::vector<std::string>> DataPosRegMG::GetSetasg() noexcept {
   const auto trail = TrailOf("GetSetasgs");
-  return trail.Guarded(std::optional<std::vector<std::string>>(), [&](auto& result) {
+  return trail.Guarded(std::optional<std::vector<std::string>>(), [&] {
     SetStartAddress(Owner().NextAddr());
     const std::int32_t registers = RangeLength(startIndex_, endIndex_);
     std::vector<std::string> pieces;
@@ -103,7 +103,7 @@ std::optional<std::vector<std::string>> DataPosRegMG::GetSetasg() noexcept {
     }
     // What is 0 or less is the controller's to refuse.
     if (total <= MostWords) staged_.assign(static_cast<std::size_t>(std::max<int>(total, 0)), 0);
-    result = std::move(pieces);
+    return std::optional(std::move(pieces));
   });
 }
 
@@ -144,9 +144,9 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
                                  float& J3, float& J4, float& J5, float& J6, float& J7, float& J8,
                                  float& J9) noexcept {
   const auto trail = TrailOf("GetValueJoint");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     const MotionGroup* group = Usable(trail, Group, true);
-    if (group == nullptr || !CoversIndex(trail, Index)) return;
+    if (group == nullptr || !CoversIndex(trail, Index)) return false;
     const std::array joint{&J1, &J2, &J3, &J4, &J5, &J6, &J7, &J8, &J9};
     for (float* value : joint) *value = 0;
     const std::int32_t address = Add(StartAddress(), Offset(*group, Index));
@@ -154,10 +154,10 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
       const auto i = static_cast<std::size_t>(n) - 1;
       const bool read = Owner().GetLastDataFloat(Add(address, FloatWords * (n - 1)), *joint[i]);
       // A failure before the last axis is passed over; from there on it counts.
-      if (!read && group->axes <= n) return trail.Always(", Err get data ", JointNames[i]);
+      if (!read && group->axes <= n) return trail.Refuse(", Err get data ", JointNames[i]);
     }
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
@@ -168,41 +168,42 @@ bool DataPosRegMG::GetValueXyzwpr(std::int32_t Index, std::int32_t Group, float&
                                   std::int16_t& C7) noexcept {
   const auto trail = TrailOf("GetValueXyzwpr");
   const auto dataTrail = TrailOf("GetValueJoint");  // under which failed reads are told of
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     const MotionGroup* group = Usable(trail, Group, false);
-    if (group == nullptr || !CoversIndex(trail, Index)) return;
+    if (group == nullptr || !CoversIndex(trail, Index)) return false;
     const std::int32_t address = Add(StartAddress(), Offset(*group, Index));
     const std::array xyzwpr{&X, &Y, &Z, &W, &P, &R, &E1, &E2, &E3};
     for (std::int32_t i = 0; i < FloatCount; ++i) {
       const auto at = static_cast<std::size_t>(i);
       if (!Owner().GetLastDataFloat(Add(address, PositionRecord::Xyzwpr + FloatWords * i),
                                     *xyzwpr[at])) {
-        return dataTrail.Always(", Err get data ", FloatNames[at]);
+        return dataTrail.Refuse(", Err get data ", FloatNames[at]);
       }
     }
     const std::array config{&C1, &C2, &C3, &C4, &C5, &C6, &C7};
     for (std::int32_t i = 0; i < ConfigCount; ++i) {
       const auto at = static_cast<std::size_t>(i);
       if (!Owner().GetLastDataShort(Add(address, PositionRecord::Config + i), *config[at])) {
-        return dataTrail.Always(", Err get data ", ConfigNames[at]);
+        return dataTrail.Refuse(", Err get data ", ConfigNames[at]);
       }
     }
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
 bool DataPosRegMG::SetValueJoint(std::int32_t Index, std::int32_t Group,
                                  ArrayView<const float> Joint) noexcept {
   const auto trail = TrailOf("SetValueJoint");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Joint", Joint), ",");
     const MotionGroup* group = Usable(trail, Group, true);
-    if (group == nullptr) return;
-    if (Joint.Count() != group->axes) return trail.Always(", Err invalid joint number");
-    if (!CoversIndex(trail, Index)) return;
-    result = StageFloats(trail, Joint, Offset(*group, Index));
-    if (result) trail.Traced(", Return");
+    if (group == nullptr) return false;
+    if (Joint.Count() != group->axes) return trail.Refuse(", Err invalid joint number");
+    if (!CoversIndex(trail, Index)) return false;
+    if (!StageFloats(trail, Joint, Offset(*group, Index))) return false;
+    trail.Traced(", Return");
+    return true;
   });
 }
 
@@ -224,20 +225,21 @@ bool DataPosRegMG::SetValueXyzwpr(std::int32_t Index, std::int32_t Group,
                                   ArrayView<const float> Xyzwpr,
                                   ArrayView<const std::int16_t> Config) noexcept {
   const auto trail = TrailOf("SetValueXyzwpr");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     const MotionGroup* group = Usable(trail, Group, false, false);
-    if (group == nullptr) return;
-    if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Always(", Err Xyzwpr() invalid");
-    if (!Holds(Config, LeastConfig)) return trail.Always(", Err config() invalid");
-    if (!CoversIndex(trail, Index)) return;
+    if (group == nullptr) return false;
+    if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
+    if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
+    if (!CoversIndex(trail, Index)) return false;
     const std::int32_t target = Offset(*group, Index);
-    result =
+    const bool staged =
         StageFloats(trail, Xyzwpr, target) &&
         Stage(trail, ", Err config index range ", Config, Add(target, PositionRecord::Config), 1,
               staged_.size(), [&](std::size_t i, std::int16_t value) { staged_[i] = value; });
-    if (result) trail.Traced(", Return");
+    if (staged) trail.Traced(", Return");
+    return staged;
   });
 }
 
@@ -264,16 +266,16 @@ bool DataPosRegMG::StageFloats(const Trail<DataItem>& trail, ArrayView<const flo
 
 bool DataPosRegMG::Update() noexcept {
   const auto trail = TrailOf("Update");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter");
     DiagnoseConnection(trail);
-    if (!Valid()) return trail.Always(", Err Me.Invalid");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid");
     const std::int32_t status =
         Share().Lower()->WriteRShort(StartAddress(), staged_, Narrow<std::int32_t>(staged_.size()));
-    if (!Written(status, trail, ", Err Update ")) return;
-    result = true;
+    if (!Written(status, trail, ", Err Update ")) return false;
     Reset();
     trail.Traced(", Return");
+    return true;
   });
 }
 

@@ -43,7 +43,8 @@ class ORIF_EXPORT DataPosRegMG : public DataItem {
   /// for an invalid item, a group or an index out of range, a cartesian group, or another number of
   /// values.
   bool SetValueJoint(std::int32_t Index, std::int32_t Group, ArrayView<const float> Joint) noexcept;
-  /// The same, of which the first values count, as many as the group has axes.
+  /// The same, of which the first values count, as many as the group has axes. A group of more than
+  /// nine axes is always refused.
   bool SetValueJoint2(std::int32_t Index, std::int32_t Group, float J1, float J2, float J3,
                       float J4, float J5, float J6, float J7, float J8, float J9) noexcept;
 

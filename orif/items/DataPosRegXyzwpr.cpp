@@ -21,11 +21,11 @@ DataPosRegXyzwpr::DataPosRegXyzwpr() noexcept
 bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                             std::int32_t EndIndex) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     const RegisterRange range{Group, StartIndex, EndIndex};
-    if (!range.Check(trail, DataType == POSREG_XYZWPR)) return;
+    if (!range.Check(trail, DataType == POSREG_XYZWPR)) return false;
     const std::int32_t floats = Multiply(range.Length(), FloatCount);
     if (range.Length() <= MostWords / CartesianWords) {
       xyzwpr_.assign(static_cast<std::size_t>(floats), 0);
@@ -33,8 +33,8 @@ bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::in
     }
     SetDataType(DataType);
     range_ = range;
-    result = true;
     trail.Traced(", Return");
+    return true;
   });
 }
 
@@ -45,23 +45,25 @@ std::string DataPosRegXyzwpr::Designation() const { return range_.Designation("]
 bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
                                       ArrayView<const std::int16_t> Config) noexcept {
   const auto trail = TrailOf("SetValueXyzwpr");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     DiagnoseConnection(trail);
-    if (!Valid()) return trail.Always(", Err Me.Invalid");
-    if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Always(", Err Xyzwpr() invalid");
-    if (!Holds(Config, LeastConfig)) return trail.Always(", Err config() invalid");
-    if (!range_.Covers(Index)) return trail.Always(", Err index range");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid");
+    if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
+    if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
+    if (!range_.Covers(Index)) return trail.Refuse(", Err index range");
     // Before the copy: a copy that fails leaves the range widened.
     if (indexMin_ <= 0 || indexMin_ > Index) indexMin_ = Index;
     if (indexMax_ <= 0 || indexMax_ < Index) indexMax_ = Index;
     const std::int32_t place = Index - range_.start;
-    result = Stage(trail, ", Err xyzwpr index range ", Xyzwpr, place * FloatCount, 1,
-                   xyzwpr_.size(), [&](std::size_t i, float value) { xyzwpr_[i] = value; }) &&
-             Stage(trail, ", Err config index range ", Config, place * ConfigCount, 1,
-                   config_.size(), [&](std::size_t i, std::int16_t value) { config_[i] = value; });
-    if (result) trail.Traced(", Return");
+    const bool staged =
+        Stage(trail, ", Err xyzwpr index range ", Xyzwpr, place * FloatCount, 1, xyzwpr_.size(),
+              [&](std::size_t i, float value) { xyzwpr_[i] = value; }) &&
+        Stage(trail, ", Err config index range ", Config, place * ConfigCount, 1, config_.size(),
+              [&](std::size_t i, std::int16_t value) { config_[i] = value; });
+    if (staged) trail.Traced(", Return");
+    return staged;
   });
 }
 
@@ -77,12 +79,12 @@ bool DataPosRegXyzwpr::SetValueXyzwpr2(std::int32_t Index, float X, float Y, flo
 
 bool DataPosRegXyzwpr::Update() noexcept {
   const auto trail = TrailOf("Update");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Index=", indexMin_, " to ", indexMax_);
     DiagnoseConnection(trail);
-    if (!Valid()) return trail.Always(", Err Me.Invalid");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid");
     if (indexMin_ < range_.start || indexMax_ > range_.end || indexMin_ > indexMax_) {
-      return trail.Always(", Err IndexMin or IndexMax");
+      return trail.Refuse(", Err IndexMin or IndexMax");
     }
     const auto first = static_cast<std::size_t>(indexMin_ - range_.start);
     const std::int32_t registers = indexMax_ - indexMin_ + 1;
@@ -92,15 +94,16 @@ bool DataPosRegXyzwpr::Update() noexcept {
     const std::int32_t status = Share().Lower()->WriteRXyzwprConfig(
         ElementAddress(StartAddress(), indexMin_, range_.start, CartesianWords), registers,
         from(xyzwpr_, FloatCount), FloatCount, from(config_, ConfigCount), ConfigCount);
-    if (!Written(status, trail, ", Err WriteRXyzwpr ")) return;
-    result = true;
+    if (!Written(status, trail, ", Err WriteRXyzwpr ")) return false;
     Reset();
     trail.Traced(", Return");
+    return true;
   });
 }
 
-// Clears as many floats as there are configuration words, which leaves the last two a register: a
-// register staged later with fewer than nine elements keeps its old values there.
+// Clears as many floats as there are configuration words, seven a register where there are nine:
+// the last 2n floats of the whole array stay. One of the last registers that is staged later with
+// fewer than nine elements keeps its old values in the others.
 void DataPosRegXyzwpr::Reset() noexcept {
   indexMin_ = 0;
   indexMax_ = 0;

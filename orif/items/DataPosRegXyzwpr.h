@@ -37,7 +37,8 @@ class ORIF_EXPORT DataPosRegXyzwpr : public BlockItem {
   /// what is staged stays then.
   bool Update() noexcept;
 
-  /// Forgets what is staged. The last 2 floats for each register of the range keep their values.
+  /// Forgets what is staged. Of the floats of all n registers in a row the last 2n keep their
+  /// values: those of the last registers of the range.
   void Reset() noexcept;
 
  protected:

@@ -14,12 +14,12 @@ DataString::DataString() noexcept
 bool DataString::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
                       std::int32_t EndIndex) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataSymbol, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
-    if (DataSymbol.empty()) return trail.Always(", Err invalid data symbol ");
+    if (DataSymbol.empty()) return trail.Refuse(", Err invalid data symbol ");
     if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
-      return trail.Always(", Err invalid index ");
+      return trail.Refuse(", Err invalid index ");
     }
     const std::int32_t words = Multiply(RangeLength(StartIndex, EndIndex), TextWords);
     if (words <= MostWords) words_.resize(static_cast<std::size_t>(words) + 1);
@@ -28,8 +28,8 @@ bool DataString::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std:
     startIndex_ = StartIndex;
     endIndex_ = EndIndex;
     Reset();
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
@@ -47,23 +47,23 @@ bool DataString::Covers(std::int32_t index) const noexcept {
 
 bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
   const auto trail = TrailOf("GetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Covers(Index)) return trail.Always(", Err invalid index ");
+    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address = ElementAddress(StartAddress(), Index, startIndex_, TextWords);
     if (!Owner().GetLastDataString(address, Value, TextWords)) {
-      return trail.Always(", Err GetLastDataLong ");  // in these words, though it is a text
+      return trail.Refuse(", Err GetLastDataLong ");  // in these words, though it is a text
     }
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
 bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
   const auto trail = TrailOf("SetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Covers(Index)) return trail.Always(", Err invalid index ");
+    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t base = Multiply(Subtract(Index, startIndex_), TextWords);
     const ArrayView<std::int16_t> words(words_);
     for (std::int32_t i = 0; i < TextWords; ++i) words(base + i) = 0;
@@ -78,8 +78,8 @@ bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
     }
     if (firstPending_ == 0 || firstPending_ > Index) firstPending_ = Index;
     if (lastPending_ == 0 || lastPending_ < Index) lastPending_ = Index;
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
@@ -87,7 +87,7 @@ bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
 // words would begin before the buffer, which is a fault.
 bool DataString::Update() noexcept {
   const auto trail = TrailOf("Update");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
     const std::int32_t first = Multiply(Subtract(firstPending_, startIndex_), TextWords);
     const std::int32_t count = Multiply(RangeLength(firstPending_, lastPending_), TextWords);
@@ -96,11 +96,11 @@ bool DataString::Update() noexcept {
                                               upper);
     if (!Written(Share().Lower()->WriteRShort(Add(StartAddress(), first), words, count), trail,
                  ", Err WriteR ")) {
-      return;
+      return false;
     }
-    result = true;
     Reset();
     trail.Traced(", Return ");
+    return true;
   });
 }
 

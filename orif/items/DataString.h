@@ -26,8 +26,9 @@ class ORIF_EXPORT DataString : public BlockItem {
   bool GetValue(std::int32_t Index, std::string& Value) noexcept;
 
   /// Stages text `Index`; the controller is not touched. A text of more than 80 bytes runs on into
-  /// the texts that follow; false, with what fits staged, when it runs past the last one. False
-  /// also for an index outside the range and an invalid item.
+  /// the texts that follow. In the last text 82 bytes are taken, though no more than 80 are sent; a
+  /// longer one is false and stages nothing, but what fits of it stays in the words of the texts
+  /// that it ran over. False also for an index outside the range and an invalid item.
   bool SetValue(std::int32_t Index, std::string_view Value) noexcept;
 
   /// Sends the texts from the lowest to the highest staged index and forgets them. A text in

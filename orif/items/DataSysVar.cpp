@@ -17,16 +17,16 @@ DataSysVar::DataSysVar() noexcept
 // Its refusals carry no id.
 bool DataSysVar::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",SysVName=", SysVarName);
     if (DataType != SYSVAR_INT && DataType != SYSVAR_REAL && DataType != SYSVAR_STRING) {
-      return trail.AlwaysWithoutId(" Err invalid type");
+      return trail.RefuseWithoutId(" Err invalid type");
     }
-    if (!SysVarName.starts_with('$')) return trail.AlwaysWithoutId(" Err invalid name");
+    if (!SysVarName.starts_with('$')) return trail.RefuseWithoutId(" Err invalid name");
     sysVarName_ = SysVarName;
     SetDataType(DataType);
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
@@ -39,19 +39,19 @@ std::string DataSysVar::Designation() const {
 }
 
 std::string DataSysVar::SysVarName() const noexcept {
-  return Guarded(std::string(), [&](std::string& result) { result = sysVarName_; });
+  return Guarded(std::string(), [&] { return sysVarName_; });
 }
 
 bool DataSysVar::GetValue(Variant& Value) noexcept {
   const auto trail = TrailOf("GetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Valid()) return trail.Always(", Err Me.Invalid ");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
     switch (DataType()) {
       case SYSVAR_INT: {
         std::int32_t value = 0;
         if (!Owner().GetLastDataLong(StartAddress(), value)) {
-          return trail.Always(", Err GetLastDataLong ");
+          return trail.Refuse(", Err GetLastDataLong ");
         }
         Value = value;
         break;
@@ -59,7 +59,7 @@ bool DataSysVar::GetValue(Variant& Value) noexcept {
       case SYSVAR_REAL: {
         float value = 0;
         if (!Owner().GetLastDataFloat(StartAddress(), value)) {
-          return trail.Always(", Err GetLastDataFloat ");
+          return trail.Refuse(", Err GetLastDataFloat ");
         }
         Value = value;
         break;
@@ -67,43 +67,46 @@ bool DataSysVar::GetValue(Variant& Value) noexcept {
       case SYSVAR_STRING: {
         std::string value;
         if (!Owner().GetLastDataString(StartAddress(), value, TextWords)) {
-          return trail.Always(", Err GetLastDataString ");
+          return trail.Refuse(", Err GetLastDataString ");
         }
         Value = std::move(value);
         break;
       }
       default:
-        return trail.Always(", Err invalid type ");
+        return trail.Refuse(", Err invalid type ");
     }
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
 bool DataSysVar::SetValue(const Variant& Value) noexcept {
   const auto trail = TrailOf("SetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ,Value=", [&] { return Value.ToText(); });
-    if (!Valid()) return trail.Always(", Err Me.Invalid ");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
     const LowerCoreRef lower = Share().Lower();
+    bool written = false;
     switch (DataType()) {
       case SYSVAR_INT: {
         const std::array value{Value.ToInt32()};
-        result = Written(lower->WriteRLong(StartAddress(), value, 1), trail, ", Err WriteRLong ");
+        written = Written(lower->WriteRLong(StartAddress(), value, 1), trail, ", Err WriteRLong ");
         break;
       }
       case SYSVAR_REAL: {
         const std::array value{Value.ToFloat()};
-        result = Written(lower->WriteRFloat(StartAddress(), value, 1), trail, ", Err WriteRFloat ");
+        written =
+            Written(lower->WriteRFloat(StartAddress(), value, 1), trail, ", Err WriteRFloat ");
         break;
       }
       case SYSVAR_STRING:
-        result = Written(lower->WriteR(StartAddress(), Value.ToText()), trail, ", Err WriteR ");
+        written = Written(lower->WriteR(StartAddress(), Value.ToText()), trail, ", Err WriteR ");
         break;
       default:
-        return trail.Always(", Err invalid type ");
+        return trail.Refuse(", Err invalid type ");
     }
-    if (result) trail.Traced(", Return ");
+    if (written) trail.Traced(", Return ");
+    return written;
   });
 }
 

@@ -23,27 +23,27 @@ DataSysVarPos::DataSysVarPos() noexcept : SinglePosition("DataSysVarPos", {}, Sy
 
 bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",SysVName=", SysVarName);
-    if (DataType != SYSVAR_POS) return trail.Always(", Err invalid type");
-    if (!SysVarName.starts_with('$')) return trail.Always(", Err invalid name ");
+    if (DataType != SYSVAR_POS) return trail.Refuse(", Err invalid type");
+    if (!SysVarName.starts_with('$')) return trail.Refuse(", Err invalid name ");
     sysVarName_ = SysVarName;
     SetDataType(DataType);
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
 std::string DataSysVarPos::SysVarName() const noexcept {
-  return Guarded(std::string(), [&](std::string& result) { result = sysVarName_; });
+  return Guarded(std::string(), [&] { return sysVarName_; });
 }
 
 bool DataSysVarPos::SetValueJoint(ArrayView<const float> Joint, std::int16_t UF,
                                   std::int16_t UT) noexcept {
   const auto trail = TrailOf("SetValueJoint");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", Shown("Joint", Joint));
-    result = WriteJoint(trail, Only, Joint, UF, UT);
+    return WriteJoint(trail, Only, Joint, UF, UT);
   });
 }
 
@@ -58,9 +58,9 @@ bool DataSysVarPos::SetValueXyzwpr(ArrayView<const float> Xyzwpr,
                                    ArrayView<const std::int16_t> Config, std::int16_t UF,
                                    std::int16_t UT) noexcept {
   const auto trail = TrailOf("SetValueXyzwpr");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", Shown(" Xyzwpr", Xyzwpr), ",", Shown("Config", Config), ",");
-    result = WriteXyzwpr(trail, Only, Xyzwpr, Config, UF, UT);
+    return WriteXyzwpr(trail, Only, Xyzwpr, Config, UF, UT);
   });
 }
 

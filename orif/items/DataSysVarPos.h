@@ -18,15 +18,15 @@ class ORIF_EXPORT DataSysVarPos : public SinglePosition {
   /// The variable's name as given.
   std::string SysVarName() const noexcept;
 
-  /// Writes the variable in joint form, as many values as `Joint` has. False for an invalid item, a
-  /// lower bound above 0, and when the controller refuses.
+  /// Writes the variable in joint form, as many values as `Joint` has. False for an invalid item,
+  /// an array with a lower bound above 0, without elements or with more than 32767, without a lower
+  /// core object, and when the controller refuses.
   bool SetValueJoint(ArrayView<const float> Joint, std::int16_t UF, std::int16_t UT) noexcept;
   bool SetValueJoint2(float J1, float J2, float J3, float J4, float J5, float J6, float J7,
                       float J8, float J9, std::int16_t UF, std::int16_t UT) noexcept;
 
-  /// Writes the variable in cartesian form with all the elements of the arrays. False for an
-  /// invalid item, arrays with a lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`)
-  /// elements, and when the controller refuses.
+  /// Writes the variable in cartesian form with all the elements of the arrays. False as for
+  /// SetValueJoint, where the arrays need at least 6 (`Xyzwpr`) and 7 (`Config`) elements.
   bool SetValueXyzwpr(ArrayView<const float> Xyzwpr, ArrayView<const std::int16_t> Config,
                       std::int16_t UF, std::int16_t UT) noexcept;
   bool SetValueXyzwpr2(float X, float Y, float Z, float W, float P, float R, float E1, float E2,

@@ -34,14 +34,14 @@ const char* Filter(ORIF_DATA_TYPE type) {
 
 bool DataTask::Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
   const auto trail = TrailOf("Init");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",Index=", Index);
-    if (Filter(DataType) == nullptr) return trail.Always(", Err invalid type ");
-    if (Index < 1) return trail.Always(", Err invalid index ");
+    if (Filter(DataType) == nullptr) return trail.Refuse(", Err invalid type ");
+    if (Index < 1) return trail.Refuse(", Err invalid index ");
     SetDataType(DataType);
     index_ = Index;
-    result = true;
     trail.Traced(", Return ");
+    return true;
   });
 }
 
@@ -54,18 +54,18 @@ std::string DataTask::Designation() const {
 bool DataTask::GetValue(std::string& ProgName, std::int16_t& LineNumber, std::int16_t& State,
                         std::string& ParentProgName) noexcept {
   const auto trail = TrailOf("GetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Valid()) return trail.Always(", Err Me.Invalid ");
+    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
     const auto at = [this](std::int32_t offset) { return Add(StartAddress(), offset); };
     // All four are read whatever failed before.
     bool all = Owner().GetLastDataString(at(NameOffset), ProgName, NameWords);
     all = Owner().GetLastDataShort(at(LineOffset), LineNumber) && all;
     all = Owner().GetLastDataShort(at(StateOffset), State) && all;
     all = Owner().GetLastDataString(at(ParentOffset), ParentProgName, NameWords) && all;
-    if (!all) return trail.Always(", Err GetLastData ");
-    result = true;
+    if (!all) return trail.Refuse(", Err GetLastData ");
     trail.Traced(", Return ");
+    return true;
   });
 }
 

@@ -16,23 +16,23 @@ struct Position {
 
 bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept {
   const auto trail = TrailOf("GetValue");
-  return trail.Guarded(false, [&](bool& result) {
+  return trail.Guarded(false, [&] {
     trail.Traced(lines_.enter, Shown(" Xyzwpr", position.Xyzwpr), ",",
                  Shown("Config", position.Config), ",", Shown("Joint", position.Joint));
     if (!Valid()) {
       if (lines_.invalidRead != nullptr) trail.Always(lines_.invalidRead);
-      return;
+      return false;
     }
     if (lines_.checksArrays) {
-      if (!Holds(position.Xyzwpr, LeastXyzwpr)) return trail.Always(", Err Xyzwpr() invalid");
-      if (!Holds(position.Config, LeastConfig)) return trail.Always(", Err Config() invalid");
-      if (!BeginsAtZero(position.Joint)) return trail.Always(", Err Joint() invalid");
+      if (!Holds(position.Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
+      if (!Holds(position.Config, LeastConfig)) return trail.Refuse(", Err Config() invalid");
+      if (!BeginsAtZero(position.Joint)) return trail.Refuse(", Err Joint() invalid");
     }
     if (!Owner().GetLastDataPos(RecordAddress(index), position)) {
-      return trail.Always(lines_.decodeFailed);
+      return trail.Refuse(lines_.decodeFailed);
     }
-    result = true;
     trail.Traced(lines_.done);
+    return true;
   });
 }
 

@@ -35,11 +35,17 @@ TEST_F(CoreTest, AFailedConnectCountsAsConnected) {
   RUN(core.IsConnected(), core.ConnectState(), core.Connect("nowhere"));
 }
 
-TEST_F(CoreTest, AStatusLineThatCannotBeHadDoesNotUndoTheConnection) {
-  lower->On(DispId::Connect, 1);
+TEST_F(CoreTest, ATextThatCannotBeHadEndsTheMemberThatWantsIt) {
   lower->Throw(DispId::LastErrorText, "gone");
+  Say("once the status is there the Core counts as connected");
+  lower->On(DispId::Connect, 1);
   core.DebugLog(true);
-  RUN(core.Connect("robot"));
+  RUN(core.Connect("robot"), core.ConnectState(), core.IsConnected());
+  lower->On(DispId::SendCommand, 3);
+  RUN(core.ClearAlarm());
+  Say("nobody wants it while the Core is not traced");
+  core.DebugLog(false);
+  RUN(core.ClearAlarm());
 }
 
 TEST_F(CoreTest, AFaultBeforeTheStatusLeavesTheCoreUnconnected) {

@@ -70,6 +70,17 @@ TEST_F(SignalIo, BlocksIndicesAndCounts) {
   RUN(core.WriteGO(1, groups, 6));
   EXPECT_EQ(sent, (std::vector<std::int32_t>{100000, 2, 3, 4, 0, 0}));
   RUN(core.WriteGO(1, groups, 32768), core.WriteGO(1, groups, std::numeric_limits<Index>::max()));
+  Say("a text that cannot be had, with statuses that would be success without it");
+  AnswerAll(1);
+  lower->Throw(DispId::LastErrorText, "gone");
+  for (const bool traced : {false, true}) {
+    core.DebugLog(traced);
+    RUN(core.WriteSDO(1, bits, 1), core.WriteSI(1, bits, 1), core.WriteGI(1, groups, 1),
+        core.WriteGO(1, groups, 1));
+  }
+  lower->On(DispId::WriteGO, -1);
+  RUN(core.WriteGO(1, groups, 1));
+  core.DebugLog(false);
   Say("faults of the lower layer, and no lower core object");
   lower->Throw(DispId::ReadUI, "broken");
   core.DebugLog(true);

@@ -39,6 +39,43 @@ TEST_F(Table, ARefusedItemLeavesNothingBehind) {
   RUN(table->AddNumReg(NUMREG_INT, 2, 2));
 }
 
+TEST_F(Table, AnItemIsThereOnceItsBlockIsAccepted) {
+  table->AddNumReg(NUMREG_INT, 1, 1);
+  std::function<void()> host;
+  lower->On(DispId::SetRAssignment, [&host](auto) {
+    if (const auto action = std::exchange(host, nullptr)) action();
+    return Long(0);
+  });
+  Say("the host looks while it is assigned");
+  std::int32_t count = 0;
+  std::shared_ptr<DataItem> item;
+  host = [&] { count = table->Count(), item = table->Item(2); };
+  RUN(table->AddNumReg(NUMREG_INT, 2, 2), table->Item(2));
+  SHOW(count);
+  EXPECT_EQ(item, nullptr);
+  Say("the host registers as many as there was room for");
+  std::vector<std::shared_ptr<DataItem>> between;
+  host = [&] {
+    for (int i = 1; i <= 100; ++i) between.push_back(table->AddNumReg(NUMREG_INT, i, i));
+  };
+  const auto late = table->AddNumReg(NUMREG_INT, 3, 3);
+  EXPECT_EQ(table->Item(102), between.back());
+  EXPECT_EQ(table->Item(103), late);
+  RUN(late->Valid(), table->AddNumReg(NUMREG_INT, 4, 4));
+  Say("the host clears the table, at its start or not, and registers again");
+  for (const bool first : {false, true}) {
+    if (first) table->Clear();
+    host = [this] {
+      table->Clear();
+      table->AddNumReg(NUMREG_INT, 7, 7);
+    };
+    RUN(table->AddNumReg(NUMREG_INT, 5, 5), table->Count());
+  }
+  Say("the host ends the table");
+  host = [this] { table->Kill(); };
+  RUN(table->AddPosRegMG(POSREGMG, "C,C", 1, 1), table->Count());
+}
+
 TEST_F(Table, TheAreaEndsAtWord16383OverBothTables) {
   RUN(table->AddNumReg(NUMREG_INT, 1, 8181));
   const auto table2 = core.DataTable2();
@@ -86,6 +123,8 @@ TEST_F(Table, ItemTakesAPositionAndNothingElse) {
   }
   core.DebugLog(true);
   RUN(table->Item(1), table->Item("1"), table->GetTypeName(), table->AddUserMessage("hello"));
+  Say("an index that has no text");
+  RUN(table->Item(std::vector<float>{1}));
 }
 
 TEST_F(Table, RefreshReadsAllWordsAtOnce) {
@@ -102,6 +141,9 @@ TEST_F(Table, RefreshReadsAllWordsAtOnce) {
   lower->On(DispId::LastErrorText, [](auto) { return Text("timed out"); });
   RUN(table->Refresh());
   core.DebugLog(false);
+  Say("a text that cannot be had, and a fault of the read itself");
+  lower->Throw(DispId::LastErrorText, "gone");
+  RUN(table->Refresh());
   lower->Throw(DispId::ReadRShort, "broken");
   RUN(table->Refresh());
 }

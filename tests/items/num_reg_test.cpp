@@ -91,6 +91,18 @@ TEST_F(NumReg, WritesARunFromTheCallersArray) {
   RUN(longs->SetValuesInt(1, ints, -3));
 }
 
+TEST_F(NumReg, AFaultInATextEndsTheMember) {
+  Say("a value that has no text, and a sum that does not fit: before the index is looked at");
+  core.DebugLog(true);
+  RUN(longs->SetValue(0, Longs{1}), reals->SetValues(Max, Reals{1}, 1));
+  core.DebugLog(false);
+  RUN(longs->SetValue(0, Longs{1}));
+  Say("a refusal whose text cannot be had");
+  Refuse();
+  lower->Throw(DispId::LastErrorText, "gone");
+  RUN(longs->SetValue(1, 1), reals->SetValues(5, Reals{1}, 1), longs->SetValuesInt(1, Longs{1}, 1));
+}
+
 TEST_F(NumReg, AWriteThatReachedTheRobotIsNotReportedAsFailed) {
   core.DebugLog(true);
   lower->On(DispId::WriteRLong, [this](auto) {

@@ -108,6 +108,21 @@ TEST_F(Positions, AreRefusedByTheController) {
   RUN(table->AddPosRegMG(POSREGMG, "C,J1,J2", 1, 1), table->Count(), table->AddCurPos(CURPOS, 1));
 }
 
+TEST_F(Positions, AFaultInTheTextOfARefusalIsTold) {
+  const auto registers = table->AddPosReg(POSREG, 1, 1, 1);
+  const auto variable = table->AddSysVarPos(SYSVAR_POS, "$P");
+  const auto staged = table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 1);
+  const auto groups = table->AddPosRegMG(POSREGMG, "J1", 1, 1);
+  for (const DispId id : {DispId::WriteRJoint, DispId::WriteRXyzwpr, DispId::WriteRXyzwprConfig,
+                          DispId::WriteRShort}) {
+    lower->On(id, -3);
+  }
+  lower->Throw(DispId::LastErrorText, "gone");
+  staged->SetValueXyzwpr(1, nine, seven);
+  RUN(registers->SetValueJoint(1, nine, 1, 2), registers->SetValueXyzwpr(1, nine, seven, 1, 2),
+      variable->SetValueJoint(nine, 1, 2), staged->Update(), groups->Update());
+}
+
 TEST_F(Positions, RegistersAreRead) {
   const auto item = table->AddPosReg(POSREG, 1, 5, 6);
   table->AddPosReg(POSREG, 2, 1, 1);
@@ -280,7 +295,7 @@ TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
   RUN(item->SetValueXyzwpr(1, twelve, eight), item->SetValueXyzwpr(4, twelve, seven),
       item->SetValueXyzwpr(4, nine, eight), item->Update());
   SHOW(sent());
-  Say("the last two floats for each register outlive a reset");
+  Say("a reset leaves the last floats, two for each register in number");
   RUN(item->SetValueXyzwpr(4, ArrayView<const float>(nine.data(), -2, 3), seven), item->Update());
   SHOW(sent());
   Say("refused: what is staged stays");

@@ -104,8 +104,13 @@ TEST_F(Scalars, SystemVariables) {
   lower->On(DispId::WriteRFloat, -1);
   lower->On(DispId::WriteR, -1);
   RUN(integer->SetValue(1), real->SetValue(1), text->SetValue(1));
+  lower->Throw(DispId::LastErrorText, "gone");
+  RUN(text->SetValue(1));
   text->Kill();
   RUN(text->GetValue(value), text->SetValue(1));
+  Say("a value that has no text is a fault of the line, before the item is looked at");
+  core.DebugLog(true);
+  RUN(text->SetValue(std::vector<float>{1}));
 }
 
 TEST_F(Scalars, TextsAreRead) {
@@ -158,6 +163,8 @@ TEST_F(Scalars, TextsAreStagedAndSentAtOnce) {
   RUN(item->SetValue(2, "again"));
   const auto accept = [](auto) { return Long(0); };
   lower->On(DispId::WriteRShort, -9);
+  RUN(item->Update());
+  lower->Throw(DispId::LastErrorText, "gone");
   RUN(item->Update());
   lower->On(DispId::WriteRShort, accept);
   RUN(item->Update(), item->SetValue(5, "x"), item->SetValue(0, "x"));
