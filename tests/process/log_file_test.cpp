@@ -2,13 +2,20 @@
 // directory and with settings of its own.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <sstream>
+
+#include "orif/orif.h"
 
 namespace {
 
@@ -41,11 +48,12 @@ class LogFile : public testing::TestWithParam<Linkage> {
   }
 
   // What the program writes, standard error included.
-  std::string Run(const std::string& command = "", const std::string& before = "") {
+  std::string Run(const std::string& command = "", const std::string& before = "",
+                  const std::string& threads = "") {
     const std::string line = "cd / && " + before + " XDG_CONFIG_HOME=" + root.string() +
                              " LD_LIBRARY_PATH=" + (root / "library").string() + " " +
                              (root / "program/probe").string() +
-                             (command.empty() ? "" : " '" + command + "'") + " 2>&1";
+                             (command.empty() ? "" : " '" + command + "' " + threads) + " 2>&1";
     std::FILE* pipe = popen(line.c_str(), "r");
     std::string output;
     std::array<char, 256> buffer;
@@ -98,6 +106,9 @@ TEST_P(LogFile, IsNotMadeUnlessTheSettingSaysSo) {
   fs::remove(root / "ORVEX/Setting.ini");
   fs::create_directory(root / "ORVEX/Setting.ini");  // unreadable
   Run();
+  fs::remove(root / "ORVEX/Setting.ini");
+  ASSERT_EQ(mkfifo((root / "ORVEX/Setting.ini").c_str(), 0600), 0);
+  Run();
   EXPECT_TRUE(Logs().empty());
   fs::remove(root / "ORVEX/Setting.ini");
   Settings("DebugOut=-1");
@@ -108,7 +119,7 @@ TEST_P(LogFile, IsNotMadeUnlessTheSettingSaysSo) {
 TEST_P(LogFile, AStartUpErrorIsShownOnceAndDisturbsNothing) {
   Settings("DebugOut=True");
   // No file may grow: creating the log file fails at its first line, and so does every later one.
-  const std::string output = Run("", "trap '' XFSZ; ulimit -f 0;");
+  const std::string output = Run("", "ulimit -f 0;");
   EXPECT_TRUE(std::regex_match(
       output,
       std::regex(R"(\[Main\] Make debug out File too large\n\S+ \d+ \[.*\] ID=1, after\n)")))
@@ -123,6 +134,78 @@ TEST_P(LogFile, LaterLinesTryAgain) {
   fs::remove(Logs()[0]);
   const std::string logs = (module / "log*.txt").string();
   EXPECT_THAT(Run("f=$(echo " + logs + "); rm $f; mkdir $f"), EndsWith("ID=1, after\n"));
+}
+
+TEST_P(LogFile, TakesThePlaceOfLinksAndPipes) {
+  Settings("DebugOut=True");
+  const auto put = [this](std::time_t second) {
+    std::array<char, 32> name{};
+    std::strftime(name.data(), name.size(), "log%y%m%d%H%M%S.txt", std::gmtime(&second));
+    const fs::path path = module / name.data();
+    if (second % 2 == 0)
+      mkfifo(path.c_str(), 0600);
+    else
+      fs::create_symlink(root / "elsewhere", path);
+  };
+  for (int second = 0; second < 20; ++second) put(std::time(nullptr) + second);
+  Run();
+  std::vector<fs::path> logs = Logs();
+  std::erase_if(logs, [](const fs::path& log) {
+    return fs::symlink_status(log).type() != fs::file_type::regular;
+  });
+  ASSERT_EQ(logs.size(), 1U);
+  EXPECT_EQ(Lines(logs[0]).size(), 4U);
+  // What comes there later is neither followed nor waited for.
+  for (const char* intruder : {"ln -s ", "mkfifo "}) {
+    for (const auto& log : Logs()) fs::remove(log);
+    const std::string target = *intruder == 'l' ? (root / "elsewhere").string() + " " : "";
+    Run("f=$(echo " + (module / "log*.txt").string() + "); rm $f; " + intruder + target + "$f");
+  }
+  EXPECT_FALSE(fs::exists(root / "elsewhere"));
+}
+
+TEST_P(LogFile, TakesWholeLinesFromAllThreads) {
+  Settings("DebugOut=True");
+  Run("true", "", "4");
+  const std::vector<std::string> lines = Lines(Logs().at(0));
+  EXPECT_EQ(lines.size(), 4U + 4 * 201);
+  const std::regex whole(
+      R"(\d\d:\d\d:\d\d \d+ \[Core\.\w+\] ID=\d, .*(before|on and on and on|set|after))");
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    EXPECT_TRUE(std::regex_match(lines[i], whole)) << lines[i];
+  }
+}
+
+// The loader ignores where such a program wants its libraries from, so only the static one starts.
+TEST_P(LogFile, AProgramWithMoreRightsThanItsCallerTakesNoSettingsFromIt) {
+  std::stringstream status;
+  status << std::ifstream("/proc/self/status").rdbuf();
+  if (GetParam() == Linkage::Shared || geteuid() != 0 ||
+      status.str().find("NoNewPrivs:\t0") == std::string::npos) {
+    GTEST_SKIP() << "such a program cannot be made here";
+  }
+  Settings("DebugOut=True");
+  fs::permissions(module, fs::perms::all);
+  const std::string caller = "ASAN_OPTIONS=detect_leaks=0 setpriv --reuid=65534 --clear-groups env";
+  Run("", caller);
+  EXPECT_EQ(Logs().size(), 1U);
+  for (const auto& log : Logs()) fs::remove(log);
+  fs::permissions(root / "program/probe", fs::perms::set_uid, fs::perm_options::add);
+  Run("", caller);
+  EXPECT_TRUE(Logs().empty());
+}
+
+TEST(DebugTrail, AForkedChildShowsItsOwnThread) {
+  const orif::Core core([] { return std::shared_ptr<orif::Dispatch>(); });
+  core.AddUserMessage("parent");
+  const pid_t child = fork();
+  if (child == 0) {
+    core.AddUserMessage("child");
+    _exit(core.DebugMessage().find(" " + std::to_string(getpid()) + " [") == std::string::npos);
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Linkage, LogFile, testing::Values(Linkage::Static, Linkage::Shared),
