@@ -40,10 +40,18 @@ TEST_F(Table, ARefusedItemLeavesNothingBehind) {
 }
 
 TEST_F(Table, TheAreaEndsAtWord16383OverBothTables) {
-  RUN(table->AddNumReg(NUMREG_INT, 1, 8181));
+  lower->On(DispId::ReadRShort, 1);
+  Say("one table: a word too many, then all of them");
+  RUN(table->AddNumReg(NUMREG_INT, 1, 8192), table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655),
+      table->AddNumReg(NUMREG_INT, 1, 4), table->AddNumReg(NUMREG_INT, 1, 1), table->Refresh());
+  Say("a second table behind a full one has no words");
+  RUN(core.DataTable2()->AddNumReg(NUMREG_INT, 1, 1), core.DataTable2()->Refresh());
+  Say("the same words in two tables");
+  table->Clear();
+  RUN(table->AddNumReg(NUMREG_INT, 1, 4));
   const auto table2 = core.DataTable2();
-  RUN(table2->AddNumReg(NUMREG_INT, 1, 11), table2->AddNumReg(NUMREG_INT, 1, 10),
-      table2->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table2->AddNumReg(NUMREG_INT, 1, 8188), table2->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655),
+      table2->AddNumReg(NUMREG_INT, 1, 1), table->Refresh(), table2->Refresh());
 }
 
 TEST_F(Table, ASecondTableFixesTheFirstUntilEitherIsCleared) {
