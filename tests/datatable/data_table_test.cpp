@@ -77,10 +77,18 @@ TEST_F(Table, AnItemIsThereOnceItsBlockIsAccepted) {
 }
 
 TEST_F(Table, TheAreaEndsAtWord16383OverBothTables) {
-  RUN(table->AddNumReg(NUMREG_INT, 1, 8181));
+  lower->On(DispId::ReadRShort, 1);
+  Say("one table: a word too many, then all of them");
+  RUN(table->AddNumReg(NUMREG_INT, 1, 8192), table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655),
+      table->AddNumReg(NUMREG_INT, 1, 4), table->AddNumReg(NUMREG_INT, 1, 1), table->Refresh());
+  Say("a second table behind a full one has no words");
+  RUN(core.DataTable2()->AddNumReg(NUMREG_INT, 1, 1), core.DataTable2()->Refresh());
+  Say("the same words in two tables");
+  table->Clear();
+  RUN(table->AddNumReg(NUMREG_INT, 1, 4));
   const auto table2 = core.DataTable2();
-  RUN(table2->AddNumReg(NUMREG_INT, 1, 11), table2->AddNumReg(NUMREG_INT, 1, 10),
-      table2->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table2->AddNumReg(NUMREG_INT, 1, 8188), table2->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655),
+      table2->AddNumReg(NUMREG_INT, 1, 1), table->Refresh(), table2->Refresh());
 }
 
 TEST_F(Table, ASecondTableFixesTheFirstUntilEitherIsCleared) {
@@ -183,6 +191,40 @@ TEST_F(Table, DecodesARealOfTheLastRefreshOnly) {
   lower->On(DispId::ReadRShort, -1);
   table->Refresh();
   RUN(table->GetLastDataFloat(1, value));
+}
+
+using Kinds = RecordedCore;
+
+// Clients of other languages know the kinds by their numbers alone.
+TEST_F(Kinds, HaveNumbersThatTheirItemsTell) {
+  const auto table = core.DataTable();
+  table->AddNumReg(NUMREG_INT, 1, 1);
+  table->AddNumReg(NUMREG_REAL, 1, 1);
+  table->AddPosReg(POSREG, 1, 1, 1);
+  table->AddCurPos(CURPOS, 1);
+  table->AddTask(TASK, 1);
+  table->AddSysVar(SYSVAR_INT, "$NAME");
+  table->AddSysVar(SYSVAR_REAL, "$NAME");
+  table->AddSysVarPos(SYSVAR_POS, "$NAME");
+  table->AddSysVar(SYSVAR_STRING, "$NAME");
+  for (const auto alarms : {ALARM_LIST, ALARM_CURRENT, ALARM_PASSWORD}) table->AddAlarm(alarms, 1);
+  table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 1);
+  for (const auto text :
+       {STRREG,      STRREG_COMMENT, NUMREG_COMMENT, POSREG_COMMENT, SDI_COMMENT,
+        SDO_COMMENT, RDI_COMMENT,    RDO_COMMENT,    UI_COMMENT,     UO_COMMENT,
+        SI_COMMENT,  SO_COMMENT,     WI_COMMENT,     WO_COMMENT,     WSI_COMMENT,
+        WSO_COMMENT, GI_COMMENT,     GO_COMMENT,     AI_COMMENT,     AO_COMMENT}) {
+    table->AddString(text, 1, 1);
+  }
+  for (const auto task : {TASK_IGNORE_MACRO, TASK_IGNORE_VELTO, TASK_IGNORE_MACRO_VELTO}) {
+    table->AddTask(task, 1);
+  }
+  table->AddPosRegMG(POSREGMG, "C", 1, 1);
+  ASSERT_EQ(table->Count(), 37);
+  for (std::int32_t kind = 0; kind < 37; ++kind) {
+    EXPECT_EQ(table->Item(kind + 1)->DataType(), kind);
+  }
+  EXPECT_EQ(table->AddStringEx(CURPOS, "XY[", 1, 1)->DataType(), 3);  // only kept
 }
 
 }  // namespace

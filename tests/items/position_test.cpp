@@ -305,6 +305,9 @@ TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
   lower->On(DispId::WriteRXyzwprConfig, 1);
   RUN(item->Update());
   item->SetValueXyzwpr(1, nine, seven);
+  item->SetValueXyzwpr(2, nine, seven);
+  RUN(item->Update());
+  item->SetValueXyzwpr(1, nine, seven);
   RUN(item->Reset(), item->Update());
   Say("bounds and range");
   RUN(item->SetValueXyzwpr(1, ArrayView<const float>(nine.data(), 0, 4), seven),
@@ -312,6 +315,23 @@ TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
       item->SetValueXyzwpr(0, nine, seven), item->SetValueXyzwpr(5, nine, seven));
   core.Disconnect();
   RUN(item->SetValueXyzwpr(1, nine, seven), item->Update());
+}
+
+TEST_F(Positions, ABlockOfTheWholeAreaIsStagedToItsLastWord) {
+  std::vector<std::int16_t> words;
+  lower->On(DispId::WriteRShort, [&](auto arguments) {
+    words.assign(arguments[1].as.i2Ref, arguments[1].as.i2Ref + arguments[2].as.i2);
+    return Long(0);
+  });
+  const auto cartesian = table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655);
+  RUN(cartesian->SetValueXyzwpr(655, nine, seven), cartesian->Update());
+  for (const std::int32_t last : {1, 2}) {  // the group of the last words: cartesian, or joint
+    table->Clear();
+    const auto item = table->AddPosRegMG(POSREGMG, last == 1 ? "J9,C" : "C,J9", 1, 381);
+    RUN(item->SetValueJoint(381, last, nine), item->SetValueXyzwpr(381, 3 - last, nine, seven),
+        item->Update());
+    SHOW(words);
+  }
 }
 
 class MultiGroup : public Positions {

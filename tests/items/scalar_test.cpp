@@ -145,6 +145,11 @@ TEST_F(Scalars, TextsAreStagedAndSentAtOnce) {
   RUN(item->SetValue(4, "four"), item->SetValue(2, "odd"), item->Update());
   core.DebugLog(false);
   SHOW(sent);
+  Say("neighbours in either order");
+  RUN(item->SetValue(3, "three"), item->SetValue(2, "two"), item->Update());
+  SHOW(sent);
+  RUN(item->SetValue(2, "two"), item->SetValue(3, "three"), item->Update());
+  SHOW(sent);
   Say("nothing is pending any more");
   RUN(item->Update(), item->SetValue(1, "gone"), item->Reset(), item->Update());
   Say("empty, 79, 80 and 81 bytes");

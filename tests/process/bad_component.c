@@ -21,22 +21,15 @@ static int32_t Invoke(void* object, int32_t id, uint16_t call, const OrvexValue*
   return 1;
 }
 
-static const OrvexCommLib component = {
-#ifdef OTHER_VERSION
-    ORVEX_COMMLIB_VERSION + 1,
-#else
-    ORVEX_COMMLIB_VERSION,
-#endif
-    Create, Release, Lookup,
-#ifdef INCOMPLETE
-    NULL
-#else
-    Invoke
-#endif
-};
-
 const OrvexCommLib* OrvexCommLibEntry(uint32_t version) {
+  static OrvexCommLib component = {ORVEX_COMMLIB_VERSION, Create, Release, Lookup, Invoke};
   (void)version;
+#ifdef OTHER_VERSION
+  component.version = ORVEX_COMMLIB_VERSION + 1;
+#endif
+#ifdef MISSING
+  component.MISSING = NULL;
+#endif
 #ifdef NO_INTERFACE
   return NULL;
 #else

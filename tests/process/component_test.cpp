@@ -27,12 +27,14 @@ std::string Refusal(const std::string& named) {
 TEST(Component, IsRefusedWithAReason) {
   const std::string directory = BAD_COMPONENT_DIRECTORY "/";
   auto unusable = UnusableComponents(directory);
-  const auto add = [&](const char* file, const char* reason) {
+  const auto add = [&](const std::string& file, const char* reason) {
     unusable.emplace_back(directory + file, EndsWith(reason));
   };
   add("other_version.so", "does not serve interface version 1");
   add("no_interface.so", "does not serve interface version 1");
-  add("incomplete.so", "offers an incomplete interface");
+  for (const std::string function : {"create", "release", "lookup", "invoke"}) {
+    add("missing_" + function + ".so", "offers an incomplete interface");
+  }
   add("no_object.so", ", Err out of licences");
   for (const auto& [named, reason] : unusable) EXPECT_THAT(Refusal(named), reason);
 }

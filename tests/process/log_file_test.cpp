@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -39,19 +40,20 @@ class LogFile : public testing::TestWithParam<Linkage> {
     fs::copy_file(isStatic ? LOG_PROBE_STATIC : LOG_PROBE_SHARED, root / "program/probe");
     fs::copy_file(ORIF_SHARED, root / "library" / fs::path(ORIF_SHARED_SONAME));
     module = root / (isStatic ? "program" : "library");
+    environment = "XDG_CONFIG_HOME=" + root.string();
   }
   void TearDown() override { fs::remove_all(root); }
 
-  void Settings(const std::string& text) {
-    fs::create_directories(root / "ORVEX");
-    std::ofstream(root / "ORVEX/Setting.ini") << text;
+  void Settings(const std::string& text, const fs::path& directory = "ORVEX") {
+    fs::create_directories(root / directory);
+    std::ofstream(root / directory / "Setting.ini") << text;
   }
 
   // What the program writes, standard error included.
   std::string Run(const std::string& command = "", const std::string& before = "",
                   const std::string& threads = "") {
-    const std::string line = "cd / && " + before + " XDG_CONFIG_HOME=" + root.string() +
-                             " LD_LIBRARY_PATH=" + (root / "library").string() + " " +
+    const std::string line = "cd / && " + before + " env -u XDG_CONFIG_HOME -u HOME " +
+                             environment + " LD_LIBRARY_PATH=" + (root / "library").string() + " " +
                              (root / "program/probe").string() +
                              (command.empty() ? "" : " '" + command + "' " + threads) + " 2>&1";
     std::FILE* pipe = popen(line.c_str(), "r");
@@ -70,6 +72,18 @@ class LogFile : public testing::TestWithParam<Linkage> {
     return logs;
   }
 
+  void RemoveLogs() const {
+    for (const fs::path& log : Logs()) fs::remove(log);
+  }
+
+  // What a log file is called that is made at this moment.
+  static std::string NameNow() {
+    const std::time_t now = std::time(nullptr);
+    std::array<char, 64> name{};
+    std::strftime(name.data(), name.size(), "log%y%m%d%H%M%S.txt", std::localtime(&now));
+    return name.data();
+  }
+
   static std::vector<std::string> Lines(const fs::path& file) {
     std::ifstream stream(file);
     std::vector<std::string> lines;
@@ -79,20 +93,28 @@ class LogFile : public testing::TestWithParam<Linkage> {
 
   fs::path root;
   fs::path module;
+  std::string environment;  // where the settings are, among other things
 };
 
 TEST_P(LogFile, StandsBesideTheModuleThatContainsTheLibrary) {
   Settings("PortNumber=1\n DebugOut = True \n");
+  setenv("TZ", "EAST-9", 1);  // the local time is not the world's
+  const std::string before = NameNow();
   const std::string output = Run();
   ASSERT_EQ(Logs().size(), 1U);
-  EXPECT_TRUE(std::regex_match(Logs()[0].filename().string(), std::regex(R"(log\d{12}\.txt)")))
-      << Logs()[0];
+  const std::string name = Logs()[0].filename();
+  EXPECT_LE(before, name);
+  EXPECT_LE(name, NameNow());
   EXPECT_THAT(Lines(Logs()[0]),
               ElementsAre("ORVEX Debug Out V" ORIF_VERSION,
                           EndsWith("[Core.Class_initialize] ID=1, Err Object variable not set"),
                           EndsWith("[Core.AddUserMessage] ID=1, before"),
                           EndsWith("[Core.AddUserMessage] ID=1, after")));
   EXPECT_THAT(output, EndsWith("[Core.AddUserMessage] ID=1, after\n"));
+  RemoveLogs();
+  environment += " PROBE_TIME=1117553462";  // 15:31:02 on 31 May 2005, UTC
+  Run();
+  EXPECT_THAT(Logs(), ElementsAre(module / "log050601003102.txt"));
 }
 
 TEST_P(LogFile, IsNotMadeUnlessTheSettingSaysSo) {
@@ -116,14 +138,39 @@ TEST_P(LogFile, IsNotMadeUnlessTheSettingSaysSo) {
   EXPECT_EQ(Logs().size(), 1U);
 }
 
-TEST_P(LogFile, AStartUpErrorIsShownOnceAndDisturbsNothing) {
+TEST_P(LogFile, SettingsStandBelowHomeUnlessAnotherDirectoryIsNamed) {
+  Settings("DebugOut=True", "home/.config/ORVEX");
+  const std::string home = " HOME=" + (root / "home").string();
+  for (const auto& [variables, logs] : {std::pair(home, 1U),
+                                        {"XDG_CONFIG_HOME=" + home, 1U},
+                                        {"XDG_CONFIG_HOME=." + root.string() + home, 1U},
+                                        {"XDG_CONFIG_HOME=" + root.string() + home, 0U},
+                                        {"", 0U}}) {
+    environment = variables;
+    Run();
+    EXPECT_EQ(Logs().size(), logs) << variables;
+    RemoveLogs();
+  }
+}
+
+// No file may grow beyond a limit. The header that does not fit is an error of the start, which is
+// shown once; a later line is cut or dropped.
+TEST_P(LogFile, ALineThatDoesNotFitDisturbsNothing) {
   Settings("DebugOut=True");
-  // No file may grow: creating the log file fails at its first line, and so does every later one.
-  const std::string output = Run("", "ulimit -f 0;");
-  EXPECT_TRUE(std::regex_match(
-      output,
-      std::regex(R"(\[Main\] Make debug out File too large\n\S+ \d+ \[.*\] ID=1, after\n)")))
-      << output;
+  const std::string header = "ORVEX Debug Out V" ORIF_VERSION "\n";
+  for (const std::size_t limit :
+       {std::size_t{0}, std::size_t{9}, header.size() - 1, header.size(), header.size() + 9}) {
+    const bool fits = limit >= header.size();
+    const std::string output = Run("", "prlimit --fsize=" + std::to_string(limit));
+    const std::string error = fits ? "" : R"(\[Main\] Make debug out File too large\n)";
+    EXPECT_TRUE(std::regex_match(output, std::regex(error + R"(\S+ \d+ \[.*\] ID=1, after\n)")))
+        << limit << ": " << output;
+    if (fits) {
+      ASSERT_EQ(Logs().size(), 1U);
+      EXPECT_EQ(Lines(Logs()[0])[0] + '\n', header);
+    }
+    RemoveLogs();
+  }
 }
 
 TEST_P(LogFile, LaterLinesTryAgain) {
@@ -134,6 +181,11 @@ TEST_P(LogFile, LaterLinesTryAgain) {
   fs::remove(Logs()[0]);
   const std::string logs = (module / "log*.txt").string();
   EXPECT_THAT(Run("f=$(echo " + logs + "); rm $f; mkdir $f"), EndsWith("ID=1, after\n"));
+  RemoveLogs();
+  // Neither the header nor the first line can be written.
+  Run("prlimit --pid $PPID --fsize=unlimited:", "prlimit --fsize=0:");
+  ASSERT_EQ(Logs().size(), 1U);
+  EXPECT_THAT(Lines(Logs()[0]), ElementsAre(EndsWith("[Core.AddUserMessage] ID=1, after")));
 }
 
 TEST_P(LogFile, TakesThePlaceOfLinksAndPipes) {
@@ -157,7 +209,7 @@ TEST_P(LogFile, TakesThePlaceOfLinksAndPipes) {
   EXPECT_EQ(Lines(logs[0]).size(), 4U);
   // What comes there later is neither followed nor waited for.
   for (const char* intruder : {"ln -s ", "mkfifo "}) {
-    for (const auto& log : Logs()) fs::remove(log);
+    RemoveLogs();
     const std::string target = *intruder == 'l' ? (root / "elsewhere").string() + " " : "";
     Run("f=$(echo " + (module / "log*.txt").string() + "); rm $f; " + intruder + target + "$f");
   }
@@ -189,7 +241,7 @@ TEST_P(LogFile, AProgramWithMoreRightsThanItsCallerTakesNoSettingsFromIt) {
   const std::string caller = "ASAN_OPTIONS=detect_leaks=0 setpriv --reuid=65534 --clear-groups env";
   Run("", caller);
   EXPECT_EQ(Logs().size(), 1U);
-  for (const auto& log : Logs()) fs::remove(log);
+  RemoveLogs();
   fs::permissions(root / "program/probe", fs::perms::set_uid, fs::perm_options::add);
   Run("", caller);
   EXPECT_TRUE(Logs().empty());
