@@ -1,7 +1,8 @@
 // The late-bound object behind which the lower communication layer works: an operation is invoked
 // by number, a name can be looked up for its number. Implemented by the adapter of a loaded
 // component, by the simulated controller, and by whoever hands a Core a factory of his own. One
-// object serves one Core and one thread.
+// object serves one Core, one thread at a time. Different objects may be called at once, and a
+// factory too if the Cores that it serves are made on several threads.
 #pragma once
 
 #include <cstdint>

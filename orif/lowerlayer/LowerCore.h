@@ -83,7 +83,8 @@ class LowerCore {
 
 /// A counted reference to a lower core object; empty until one is given. Whoever calls an operation
 /// holds one for as long as the call lasts, so that letting go of the object meanwhile does not end
-/// it. The count is not atomic: there is one thread, and a value read takes one of these.
+/// it. The count is not atomic: one thread at a time uses a Core and what belongs to it, and a
+/// value read takes one of these.
 class LowerCoreRef {
  public:
   constexpr LowerCoreRef() = default;

@@ -12,7 +12,7 @@ extern "C" {
 #endif
 
 /** Raised whenever anything in this header changes; library and component must agree exactly. */
-#define ORVEX_COMMLIB_VERSION 1u
+#define ORVEX_COMMLIB_VERSION 2u
 
 /** The name under which a component exports its OrvexCommLibEntry. */
 #define ORVEX_COMMLIB_ENTRY "OrvexCommLibEntry"
@@ -57,9 +57,13 @@ typedef struct OrvexValue {
   } as; /**< the member of the kind */
 } OrvexValue;
 
-/** What a component offers. `object` is the component's own handle of one core object. A text in
- * *result or *fault belongs to the component and stays as it is until the next call on the object
- * (for create: until the next create). */
+/** What a component offers. `object` is the component's own handle of one core object.
+ *
+ * Calls on one object come one at a time, not always from the same thread. Calls on different
+ * objects may come at once, and so may create and the entry point.
+ *
+ * A text in *result belongs to the component and stays as it is until the next call on the object;
+ * a text in *fault of create does too, until the next create on the same thread. */
 typedef struct OrvexCommLib {
   /** ORVEX_COMMLIB_VERSION */
   uint32_t version;
