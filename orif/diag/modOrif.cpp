@@ -27,33 +27,21 @@ struct StartUp {
 
 // The lines of one thread.
 struct Lines : platform::ThreadObject {
-  Lines() = default;
-  ~Lines() override;
-
   std::string line;  // the one being built
   std::string last;
   std::array<std::string, TrailLength> trail;  // a ring
   std::size_t oldest = 0;                      // where the next line goes
 };
 
-// Without a destructor: objects of the thread that end later may still write lines.
-constinit thread_local Lines* threadLines = nullptr;
-constinit thread_local bool threadEnded = false;
+// The calling thread's lines; null while it has written none.
+Lines* WrittenLines() noexcept { return static_cast<Lines*>(platform::OfThread()); }
 
-Lines::~Lines() {
-  threadLines = nullptr;
-  threadEnded = true;
-}
-
-// The calling thread's lines; null when the thread is at its end, or they cannot be had.
+// The same for another line; null when the thread is at its end, or there is no memory.
 Lines* ThreadLines() noexcept {
-  if (threadLines != nullptr || threadEnded) return threadLines;
+  if (Lines* const written = WrittenLines()) return written;
   std::unique_ptr<Lines> lines(new (std::nothrow) Lines);
-  threadLines = lines.get();
-  if (lines != nullptr && !platform::LeaveToThread(std::move(lines))) {
-    threadEnded = false;  // the lines did, but not the thread: the next one is tried again
-  }
-  return threadLines;
+  if (lines != nullptr) platform::LeaveToThread(std::move(lines));
+  return WrittenLines();
 }
 
 std::string TwoDigits(int value) {
@@ -143,13 +131,17 @@ std::int32_t NextObjectId() noexcept {
   return static_cast<std::int32_t>(objectCounter.fetch_add(1, std::memory_order_relaxed) + 1);
 }
 
-std::string LastMessage() { return threadLines == nullptr ? std::string() : threadLines->last; }
+std::string LastMessage() {
+  const Lines* const lines = WrittenLines();
+  return lines == nullptr ? std::string() : lines->last;
+}
 
 std::string AllMessages() {
   std::string result;
-  if (threadLines == nullptr) return result;
+  const Lines* const lines = WrittenLines();
+  if (lines == nullptr) return result;
   for (std::size_t i = 0; i < TrailLength; ++i) {
-    const std::string& entry = threadLines->trail[(threadLines->oldest + i) % TrailLength];
+    const std::string& entry = lines->trail[(lines->oldest + i) % TrailLength];
     const bool lineEnd = !entry.empty() && !result.empty();
     result += entry;
     if (lineEnd) result += "\r\n";

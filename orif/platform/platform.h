@@ -30,10 +30,14 @@ class ThreadObject {
   virtual ~ThreadObject() = default;
 };
 
-/// Leaves `object` to the calling thread, which has one at a time; the system deletes it when the
-/// thread ends. Where the system cannot do that, the object is deleted at once and the answer is
-/// false. The module that contains this code must not be unloaded before its threads have ended.
+/// Leaves `object` to the calling thread, which has none yet; the system deletes it when the thread
+/// ends. Where the system cannot do that, as on a thread that is at its end, the object is deleted
+/// at once and the answer is false. The module that contains this code must not be unloaded before
+/// its threads have ended.
 bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept;
+
+/// The object of the calling thread; null when it has none, or none any more.
+ThreadObject* OfThread() noexcept;
 
 /// The high-resolution counter and how much it grows in a second.
 std::int64_t PerformanceCounter() noexcept;
