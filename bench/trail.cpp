@@ -9,8 +9,10 @@
 #include <string_view>
 
 #include "bench/Session.h"
+#include "orif/core/CoreState.h"
 #include "orif/diag/Trail.h"
 #include "orif/diag/modOrif.h"
+#include "orif/items/NumReg.h"
 
 namespace orif::bench {
 namespace {
@@ -62,12 +64,12 @@ void Untraced(State& state, const Object& object) {
   }
 }
 
-void UntracedCore(State& state) { Untraced(state, Session(Lower::Direct).core); }
+void UntracedCore(State& state) { Untraced(state, CoreState()); }
 
 void UntracedItem(State& state) {
   const Session session(Lower::Direct);
   const auto item = session.table->AddNumReg(NUMREG_INT, 1, 1);
-  Untraced<DataItem>(state, *item);
+  Untraced<Item>(state, static_cast<const NumReg&>(*item));
 }
 
 void EmptyLoop(State& state) {

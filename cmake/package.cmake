@@ -11,8 +11,6 @@ else()
   set(component_directory ${CMAKE_INSTALL_LIBDIR}/orif)
 endif()
 install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/orif ${PROJECT_BINARY_DIR}/generated/orif
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orif-simulator
   FILES_MATCHING PATTERN "*.h" PATTERN "scenario" EXCLUDE)
@@ -21,7 +19,7 @@ install(EXPORT orifTargets NAMESPACE orif:: DESTINATION ${cmake_files})
 configure_package_config_file(cmake/orifConfig.cmake.in orifConfig.cmake
   INSTALL_DESTINATION ${cmake_files})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/orifConfigVersion.cmake
-  COMPATIBILITY SameMajorVersion)
+  COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/orifConfig.cmake ${PROJECT_BINARY_DIR}/orifConfigVersion.cmake
   DESTINATION ${cmake_files})
 

@@ -6,5 +6,7 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh doxygen
 mkdir -p build/docs
-doxygen docs/Doxyfile
+# The public headers are those that are installed.
+headers=$(sed -n '/^set(public_headers/,/)$/s|^  \([^)]*\))*$|orif/\1|p' orif/CMakeLists.txt | tr '\n' ' ')
+(cat docs/Doxyfile && echo "INPUT += $headers") | doxygen -
 echo "build/docs/html/index.html"

@@ -7,11 +7,11 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <type_traits>
 #include <vector>
 
-#include "orif/base/Checked.h"
 #include "orif/base/Fault.h"
 
 namespace orif {
@@ -69,7 +69,9 @@ class ArrayView {
 
  private:
   constexpr ArrayView(T* first, std::size_t count)
-      : first_(first), upper_(Narrow<std::int32_t>(static_cast<std::int64_t>(count) - 1)) {}
+      : first_(first), upper_(static_cast<std::int32_t>(count) - 1) {
+    if (count > std::numeric_limits<std::int32_t>::max()) throw Fault(Fault::Overflow);
+  }
 
   T* first_ = nullptr;
   std::int32_t lower_ = 0;

@@ -2,6 +2,7 @@
 
 #include <type_traits>
 
+#include "orif/base/Checked.h"
 #include "orif/base/Convert.h"
 
 namespace orif {
@@ -47,6 +48,17 @@ bool Variant::ToBoolean() const {
   if (const auto* text = std::get_if<std::string>(&value_)) return convert::ToBoolean(*text);
   return ToDouble() != 0;
 }
+
+template <class T>
+ArrayView<const T> Variant::ToArray() const {
+  const auto* array = std::get_if<Array<T>>(&value_);
+  if (array == nullptr) throw Fault(Fault::TypeMismatch);
+  const auto count = Narrow<std::int32_t>(array->elements.size());
+  return {array->elements.data(), array->lowerBound,
+          Narrow<std::int32_t>(std::int64_t{array->lowerBound} + count - 1)};
+}
+template ORIF_EXPORT ArrayView<const std::int32_t> Variant::ToArray<std::int32_t>() const;
+template ORIF_EXPORT ArrayView<const float> Variant::ToArray<float>() const;
 
 std::string Variant::ToText() const {
   return std::visit(

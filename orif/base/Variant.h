@@ -1,7 +1,7 @@
 // A value whose type is known at run time: empty, a boolean, a 16-bit or 32-bit integer, a 32-bit
 // or 64-bit real, a text, or an array of 32-bit integers or reals with its own lower bound. Items
-// hand out and take values in it. It converts by the rules in Convert.h; an empty value converts to
-// 0, False and an empty text.
+// hand out and take values in it. It converts as automation does; an empty value converts to 0,
+// False and an empty text.
 #pragma once
 
 #include <concepts>
@@ -65,13 +65,7 @@ class ORIF_EXPORT Variant {
   /// The array of `T` (std::int32_t or float) with its bounds. Throws a Fault, "Type mismatch", for
   /// anything else.
   template <class T>
-  ArrayView<const T> ToArray() const {
-    const auto* array = std::get_if<Array<T>>(&value_);
-    if (array == nullptr) throw Fault(Fault::TypeMismatch);
-    const auto count = Narrow<std::int32_t>(array->elements.size());
-    return {array->elements.data(), array->lowerBound,
-            Narrow<std::int32_t>(std::int64_t{array->lowerBound} + count - 1)};
-  }
+  ArrayView<const T> ToArray() const;
 
   /// The same type and the same value.
   bool operator==(const Variant&) const = default;
@@ -81,5 +75,8 @@ class ORIF_EXPORT Variant {
                Array<std::int32_t>, Array<float>>
       value_;
 };
+
+extern template ArrayView<const std::int32_t> Variant::ToArray<std::int32_t>() const;
+extern template ArrayView<const float> Variant::ToArray<float>() const;
 
 }  // namespace orif

@@ -2,7 +2,10 @@
 
 #include <utility>
 
+#include "orif/base/Checked.h"
+#include "orif/core/CoreState.h"
 #include "orif/lowerlayer/Component.h"
+#include "orif/platform/platform.h"
 
 namespace orif {
 namespace {
@@ -23,220 +26,247 @@ std::string_view StateName(std::int32_t state) {
 }
 
 constexpr std::int16_t ClientKeyBase = 1024;
-constexpr std::int32_t FirstAddress = 1;
 
 }  // namespace
 
-Core::Core() noexcept : Core(DispatchFactory(&CreateComponentCore)) {}
+CoreState::CoreState() noexcept
+    : clientKey(ClientKeyBase), objectId(modOrif::NextObjectId()), connectState(NotConnected) {}
 
-Core::Core(const DispatchFactory& factory) noexcept
-    : clientKey_(ClientKeyBase), objectId_(modOrif::NextObjectId()), connectState_(NotConnected) {
-  const auto trail = TrailOf("Class_initialize");
+CoreState& Core::Self() noexcept { return *std::launder(reinterpret_cast<CoreState*>(state_)); }
+const CoreState& Core::Self() const noexcept {
+  return *std::launder(reinterpret_cast<const CoreState*>(state_));
+}
+
+Core::Core() noexcept
+    : Core([] { return CreateComponentCore(platform::Environment(ComponentVariable)); }) {}
+
+Core::Core(const DispatchFactory& factory) noexcept {
+  static_assert(sizeof(CoreState) <= sizeof state_);
+  auto& self = *new (state_) CoreState;
+  const Trail trail(self, "Class_initialize");
   trail.Traced(", Enter");
   const bool created = trail.Guarded(false, [&] {
-    factory_ = factory;
-    CreateLowerCore();
+    self.factory = factory;
+    self.CreateLowerCore();
     return true;
   });
   modOrif::CountCore(+1);
   if (created) {
     Guarded([&] {
-      share_.Lower()->SetClientID(clientKey_);
+      self.context.Lower()->SetClientID(self.clientKey);
       const std::int32_t port = modOrif::IntegerSetting("PortNumber", -1);
-      if (port > 0) share_.Lower()->PortNumber(port);
+      if (port > 0) self.context.Lower()->PortNumber(port);
     });
   }
   trail.Traced(", Return");
 }
 
 Core::~Core() {
-  const auto trail = TrailOf("Class_Terminate");
+  auto& self = Self();
+  const Trail trail(self, "Class_Terminate");
   trail.Traced(", Enter");
   // What the client still holds of the tables refuses from now on.
-  if (table2_) table2_->OwnerCore(nullptr);
-  if (table_) table_->OwnerCore(nullptr);
-  share_.lowerCore = {};
+  if (self.table2) self.table2->OwnerCore(nullptr);
+  if (self.table) self.table->OwnerCore(nullptr);
+  self.context.lowerCore = {};
   modOrif::CountCore(-1);
   trail.Traced(", Return");
+  self.~CoreState();
 }
 
-void Core::CreateLowerCore() {
-  auto object = factory_ ? factory_() : nullptr;
+void CoreState::CreateLowerCore() {
+  auto object = factory ? factory() : nullptr;
   if (object == nullptr) throw Fault(Fault::ObjectNotSet);
-  share_.lowerCore = LowerCoreRef(std::move(object));
+  context.lowerCore = Ref(new LowerCore(std::move(object)));
 }
 
 bool Core::Connect(std::string_view HostName) noexcept {
-  const auto trail = TrailOf("Connect");
+  auto& self = Self();
+  const Trail trail(self, "Connect");
   return Guarded(false, [&] {
     trail.Traced(", Enter");
-    trail.Traced(", ConnectState=", connectState_);
-    if (connectState_ != NotConnected) return trail.Refuse(", Err reconnect not available");
-    if (!share_.lowerCore) {
-      CreateLowerCore();
-      share_.Lower()->SetClientID(clientKey_);
+    trail.Traced(", ConnectState=", self.connectState);
+    if (self.connectState != NotConnected) return trail.Refuse(", Err reconnect not available");
+    if (!self.context.lowerCore) {
+      self.CreateLowerCore();
+      self.context.Lower()->SetClientID(self.clientKey);
       trail.Always(", Create LibCore");
     }
-    std::string hostName(
-        HostName);  // before anything is sent: nothing may fail once the status is there
-    const LowerCoreRef lower = share_.Lower();
+    // Before anything is sent: nothing may fail once the status is there.
+    std::string hostName(HostName);
+    const Ref<LowerCore> lower = self.context.Lower();
     lower->Reset();
     lower->HostName(hostName);
     trail.Traced(", HostName=", hostName);
     const std::int32_t status = lower->Connect();
     // Whatever the status: a connection that failed counts as connected, and cannot be tried again.
-    hostName_ = std::move(hostName);
-    connectState_ = Connected;
-    connected_ = true;
+    self.hostName = std::move(hostName);
+    self.connectState = Connected;
+    self.connected = true;
     trail.Traced(", Connect Status ", status);
-    if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
-    trail.Traced(", ConnectState=", connectState_);
+    if (status != 0) trail.Traced(", ", [&] { return self.context.LastErrorText(); });
+    trail.Traced(", ConnectState=", self.connectState);
     trail.Traced(", Return");
     return status == 0;
   });
 }
 
 bool Core::Disconnect() noexcept {
-  const auto trail = TrailOf("Disconnect");
+  auto& self = Self();
+  const Trail trail(self, "Disconnect");
   return Guarded(false, [&] {
     trail.Traced(", Enter");
-    trail.Traced(", ConnectState=", connectState_);
-    if (!connected_) {
+    trail.Traced(", ConnectState=", self.connectState);
+    if (!self.connected) {
       trail.Always(", Not connected");
       return true;
     }
     // The first table only: the second one stays registered and alive.
-    if (table_) table_->Kill();
-    table_ = nullptr;
+    if (self.table) self.table->Kill();
+    self.table = nullptr;
     trail.Traced(", Clear Objects");
-    const std::int32_t status = share_.Lower()->Disconnect();
+    const std::int32_t status = self.context.Lower()->Disconnect();
     trail.Traced(", Close Status ", status);
-    share_.lowerCore = {};
+    self.context.lowerCore = {};
     // The lower core object is gone by now, so the text is empty.
-    if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
-    connected_ = false;
-    connectState_ = Disconnected;
-    trail.Traced(", ConnectState=", connectState_);
+    if (status != 0) trail.Traced(", ", [&] { return self.context.LastErrorText(); });
+    self.connected = false;
+    self.connectState = Disconnected;
+    trail.Traced(", ConnectState=", self.connectState);
     trail.Traced(", Return");
     return status == 0;
   });
 }
 
 bool Core::ClearAlarm(std::int32_t vlngType) noexcept {
-  const auto trail = TrailOf("ClearAlarm");
+  auto& self = Self();
+  const Trail trail(self, "ClearAlarm");
   return Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!share_.lowerCore || !connected_) return false;
+    if (!self.context.lowerCore || !self.connected) return false;
     std::string command = "CLRALM";
     if (vlngType > 0) command.append(" ").append(convert::ToText(vlngType));
-    const std::int32_t status = share_.Lower()->SendCommand(command);
-    if (status != 0) trail.Traced(", ", [&] { return share_.LastErrorText(); });
+    const std::int32_t status = self.context.Lower()->SendCommand(command);
+    if (status != 0) trail.Traced(", ", [&] { return self.context.LastErrorText(); });
     trail.Traced(", Return ", status);
     return status == 0;
   });
 }
 
 bool Core::IsConnected() const noexcept {
-  const auto trail = TrailOf("IsConnected");
-  trail.Traced(", Enter ConnectState=", connectState_);
-  trail.Traced(", Return ", convert::ToText(connected_));
-  return connected_;
+  auto& self = Self();
+  const Trail trail(self, "IsConnected");
+  trail.Traced(", Enter ConnectState=", self.connectState);
+  trail.Traced(", Return ", convert::ToText(self.connected));
+  return self.connected;
 }
 
-std::int32_t Core::ConnectState() const noexcept {
-  TrailOf("Get ConnectState").Traced(", ", connectState_, ":", StateName(connectState_));
-  return connectState_;
+std::int32_t CoreState::ConnectState() const noexcept {
+  Trail(*this, "Get ConnectState").Traced(", ", connectState, ":", StateName(connectState));
+  return connectState;
 }
+
+std::int32_t Core::ConnectState() const noexcept { return Self().ConnectState(); }
 
 std::int32_t Core::TimeOutValue() const noexcept {
-  return Guarded(0, [&] { return share_.Lower()->TimeOutValue(); });
+  return Guarded(0, [&] { return Self().context.Lower()->TimeOutValue(); });
 }
 
 void Core::TimeOutValue(std::int32_t value) noexcept {
-  Guarded([&] { share_.Lower()->TimeOutValue(value); });
+  Guarded([&] { Self().context.Lower()->TimeOutValue(value); });
 }
 
 std::int32_t Core::PortNumber() const noexcept {
-  return Guarded(0, [&] { return share_.Lower()->PortNumber(); });
+  return Guarded(0, [&] { return Self().context.Lower()->PortNumber(); });
 }
 
 void Core::PortNumber(std::int32_t value) noexcept {
-  Guarded([&] { share_.Lower()->PortNumber(value); });
+  Guarded([&] { Self().context.Lower()->PortNumber(value); });
 }
 
 std::int16_t Core::ClientID() const noexcept {
-  return static_cast<std::int16_t>(clientKey_ - ClientKeyBase);
+  return static_cast<std::int16_t>(Self().clientKey - ClientKeyBase);
 }
 
 void Core::ClientID(std::int16_t value) noexcept {
+  auto& self = Self();
   Guarded([&] {
-    clientKey_ = Narrow<std::int16_t>(value + ClientKeyBase);
-    share_.Lower()->SetClientID(clientKey_);
+    self.clientKey = Narrow<std::int16_t>(value + ClientKeyBase);
+    self.context.Lower()->SetClientID(self.clientKey);
   });
 }
 
 std::shared_ptr<Dispatch> Core::GetLib() const noexcept {
-  return share_.lowerCore ? share_.lowerCore->Object() : nullptr;
+  auto& self = Self();
+  return self.context.lowerCore ? self.context.lowerCore->Object() : nullptr;
 }
 
-std::shared_ptr<orif::DataTable> Core::CreateTable(std::int32_t startAddr) {
-  std::shared_ptr<orif::DataTable> table(new orif::DataTable);
-  table->OwnerCore(this);
-  table->StartAddr(startAddr);
-  return table;
+std::shared_ptr<Table> CoreState::CreateTable(std::int32_t startAddr) {
+  auto made = MakeShared<Table>();
+  made->OwnerCore(this);
+  made->StartAddr(startAddr);
+  return made;
 }
 
 // The lower call before it may have run the host's code, which may have disconnected or asked for
 // the table.
-void Core::CreateFirstTable() {
-  if (!share_.lowerCore) throw Fault(Fault::ObjectNotSet);
-  if (!table_) table_ = CreateTable(FirstAddress);
+void CoreState::CreateFirstTable() {
+  if (!context.lowerCore) throw Fault(Fault::ObjectNotSet);
+  if (!table) table = CreateTable(DataArea::FirstWord);
 }
 
 std::shared_ptr<orif::DataTable> Core::DataTable() noexcept {
-  const auto trail = TrailOf("DataTable");
+  auto& self = Self();
+  const Trail trail(self, "DataTable");
   return Guarded(std::shared_ptr<orif::DataTable>(), [&] {
     trail.Traced(", Enter");
-    if (!table_) {
-      share_.Lower()->ClearRAssignment();
+    if (!self.table) {
+      self.context.Lower()->ClearRAssignment();
       trail.Traced(", ClearRAssignment ");
-      CreateFirstTable();
+      self.CreateFirstTable();
       trail.Traced(", InitObject");
     }
     trail.Traced(", Return");
-    return table_;
+    return self.table;
   });
 }
 
 std::shared_ptr<orif::DataTable> Core::DataTable2() noexcept {
+  auto& self = Self();
   return Guarded(std::shared_ptr<orif::DataTable>(), [&] {
-    if (!table_) {
-      share_.Lower()->ClearRAssignment();
-      CreateFirstTable();
+    if (!self.table) {
+      self.context.Lower()->ClearRAssignment();
+      self.CreateFirstTable();
     }
-    if (!table2_) {
-      table2_ = CreateTable(table_->NextAddr());
-      table_->Fixed(true);
+    if (!self.table2) {
+      self.table2 = self.CreateTable(self.table->nextAddr);
+      self.table->fixed = true;
     }
-    return table2_;
+    return self.table2;
   });
 }
 
-void Core::ReleaseDataTable2() noexcept {
-  if (const auto table2 = std::exchange(table2_, nullptr)) table2->OwnerCore(nullptr);
-  if (table_) table_->Fixed(false);
+void CoreState::ReleaseDataTable2() noexcept {
+  if (const auto second = std::exchange(table2, nullptr)) second->OwnerCore(nullptr);
+  if (table) table->fixed = false;
 }
 
 std::int32_t Core::mlngDataTableCount() const noexcept {
+  auto& self = Self();
   return Guarded(0, [&] {
-    if (!table_) throw Fault(Fault::ObjectNotSet);
-    return Add(table_->Count(), table2_ ? table2_->Count() : 0);
+    if (!self.table) throw Fault(Fault::ObjectNotSet);
+    return Add(self.table->Count(), self.table2 ? self.table2->Count() : 0);
   });
 }
 
+std::int32_t Core::ObjectID() const noexcept { return Self().objectId; }
+
+bool Core::DebugLog() const noexcept { return Self().context.debugLog; }
+
 void Core::DebugLog(bool value) noexcept {
-  TrailOf("Let DebugLog").Always(", NewValue=", convert::ToText(value));
-  share_.debugLog = value;
+  auto& self = Self();
+  Trail(self, "Let DebugLog").Always(", NewValue=", convert::ToText(value));
+  self.context.debugLog = value;
   modOrif::TrailFlag(value);
 }
 
@@ -249,16 +279,18 @@ std::string Core::GetDebugMessages() const noexcept {
 }
 
 void Core::AddUserMessage(std::string_view vstrMessage) const noexcept {
-  const auto trail = TrailOf("AddUserMessage");
+  auto& self = Self();
+  const Trail trail(self, "AddUserMessage");
   trail.Always(", ", vstrMessage);
-  if (connectState_ != Connected) trail.Traced(", ConnectState=", connectState_);
+  if (self.connectState != Connected) trail.Traced(", ConnectState=", self.connectState);
 }
 
 std::string Core::GetTypeName() const noexcept {
-  const auto trail = TrailOf("GetTypename");  // spelled so in the trail
+  auto& self = Self();
+  const Trail trail(self, "GetTypename");  // spelled so in the trail
   return Guarded(std::string(), [&] {
-    trail.Traced(", ", ClassName());
-    return std::string(ClassName());
+    trail.Traced(", ", CoreState::ClassName());
+    return std::string(CoreState::ClassName());
   });
 }
 

@@ -7,20 +7,22 @@
 // once. A thread must not be cancelled inside a member.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "orif/base/ArrayView.h"
 #include "orif/datatable/DataTable.h"
-#include "orif/datatable/TableOwner.h"
-#include "orif/diag/Trail.h"
 #include "orif/lowerlayer/Dispatch.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT Core : private TableOwner {
+struct CoreState;
+
+class ORIF_EXPORT Core {
  public:
   /// A Core over the installed lower communication component (docs/lower-layer.md tells how it is
   /// found). Without one the Core stands all the same: the trail tells why, its members return
@@ -32,10 +34,10 @@ class ORIF_EXPORT Core : private TableOwner {
 
   Core(const Core&) = delete;
   Core& operator=(const Core&) = delete;
-  ~Core() override;
+  ~Core();
 
   /// The identity that the Core's trail lines carry.
-  std::int32_t ObjectID() const noexcept { return objectId_; }
+  std::int32_t ObjectID() const noexcept;
 
   // Connection.
 
@@ -56,7 +58,7 @@ class ORIF_EXPORT Core : private TableOwner {
   bool IsConnected() const noexcept;
 
   /// 0 not connected, 1 connected, 2 disconnected.
-  std::int32_t ConnectState() const noexcept override;
+  std::int32_t ConnectState() const noexcept;
 
   // Settings of the lower communication layer, which checks them. Reads give 0 without a lower core
   // object.
@@ -143,7 +145,7 @@ class ORIF_EXPORT Core : private TableOwner {
 
   /// Whether this Core, its tables and their items write traced lines. Setting it also sets, for
   /// all Cores and threads, whether the trail keeps lines.
-  bool DebugLog() const noexcept { return share_.debugLog; }
+  bool DebugLog() const noexcept;
   void DebugLog(bool value) noexcept;
 
   /// The last line that any object wrote on the calling thread.
@@ -159,35 +161,12 @@ class ORIF_EXPORT Core : private TableOwner {
   std::string GetTypeName() const noexcept;
 
  private:
-  friend class Trail<Core>;
-  struct Hold {
-    explicit Hold(const Core& /*object*/) {}
-  };
+  CoreState& Self() noexcept;
+  const CoreState& Self() const noexcept;
 
-  void CreateLowerCore();
-  void CreateFirstTable();
-  std::shared_ptr<orif::DataTable> CreateTable(std::int32_t startAddr);
-
-  struct SignalMember;
-  template <class T>
-  bool Signals(const SignalMember& member, std::int32_t index, ArrayView<T> buffer,
-               std::int32_t count) noexcept;
-
-  static std::string_view ClassName() noexcept { return "Core"; }
-  Trail<Core> TrailOf(std::string_view member) const noexcept { return {*this, member}; }
-
-  const CoreShare& Share() const noexcept override { return share_; }
-  void ReleaseDataTable2() noexcept override;
-
-  CoreShare share_;
-  DispatchFactory factory_;
-  std::shared_ptr<orif::DataTable> table_;
-  std::shared_ptr<orif::DataTable> table2_;
-  std::string hostName_;
-  std::int16_t clientKey_;
-  bool connected_ = false;
-  std::int32_t objectId_;
-  std::int32_t connectState_;
+  /// Where the rest of the Core is made, which clients do not see. In place, so that a Core takes
+  /// no memory that there might not be.
+  alignas(std::max_align_t) std::byte state_[256];
 };
 
 }  // namespace orif

@@ -1,46 +1,63 @@
-#include "orif/datatable/DataTable.h"
-
 #include <utility>
+
+#include "orif/base/Checked.h"
+#include "orif/datatable/Table.h"
+#include "orif/items/Item.h"
 
 namespace orif {
 
-DataTable::DataTable() noexcept : objectId_(modOrif::NextObjectId()) {
-  const auto trail = TrailOf("Class_Initialize");
+Table::Table() noexcept : objectId(modOrif::NextObjectId()) {
+  const Trail trail(*this, "Class_Initialize");
   trail.Traced(", Enter");
   trail.Traced(", Return");
 }
 
-DataTable::~DataTable() {
-  const auto trail = TrailOf("Class_Terminate");
+Table::~Table() {
+  const Trail trail(*this, "Class_Terminate");
   trail.Traced(", Enter");
   trail.Traced(", Return");
 }
 
-void DataTable::OwnerCore(TableOwner* owner) noexcept {
-  owner_ = owner;
-  share_ = owner == nullptr ? &NoCore : &owner->Share();
-  if (owner != nullptr) return;
-  lastData_.Refreshed(false);
+void Table::OwnerCore(TableOwner* core) noexcept {
+  owner = core;
+  context_ = core == nullptr ? &NoCore : &core->Context();
+  if (core != nullptr) return;
+  lastData.Refreshed(false);
   Clear();
 }
 
-std::int32_t DataTable::CoreConnectState() const {
-  if (owner_ == nullptr) throw Fault(Fault::ObjectNotSet);
-  return owner_->ConnectState();
+// It changes nothing, whatever it finds.
+void Table::DiagnoseConnection(const Trail<orif::Item>& trail) const {
+  trail.Traced(", My DataTable ID=", objectId);
+  if (owner == nullptr) return trail.Always(", Err Core is Nothing");
+  switch (const std::int32_t state = owner->ConnectState()) {
+    case 0:
+      return trail.Always(", Err not connected yet");
+    case 1:
+      return;
+    case 2:
+      return trail.Always(", Err already disconnedted");  // spelled so in the trail
+    default:
+      return trail.Always(", Err invalid connect state=", state);
+  }
 }
 
+DataTable::~DataTable() = default;
+
 std::int32_t DataTable::Count() const noexcept {
-  return Guarded(0, [&] { return Narrow<std::int32_t>(items_.size()); });
+  const auto& self = static_cast<const Table&>(*this);
+  return Guarded(0, [&] { return Narrow<std::int32_t>(self.items.size()); });
 }
 
 std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
-  const auto trail = TrailOf("Item");
+  const auto& self = static_cast<const Table&>(*this);
+  const Trail trail(self, "Item");
   // Faults are passed over: an index that has no text has no entry line, and no item.
   Guarded([&] { trail.Traced(", Enter Index=", [&] { return Index.ToText(); }); });
-  auto item = Guarded(std::shared_ptr<DataItem>(), [&] {
+  const auto item = Guarded(std::shared_ptr<orif::Item>(), [&] {
     const std::int32_t position = Index.IsNumeric() ? Index.ToInt32() : 0;
     const bool held = position >= 1 && position <= Count();
-    return held ? items_[static_cast<std::size_t>(position) - 1] : nullptr;
+    return held ? self.items[static_cast<std::size_t>(position) - 1] : nullptr;
   });
   if (item) {
     trail.Traced(", Type is ", item->ClassName());
@@ -48,45 +65,57 @@ std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
     trail.Traced(", Err Item is Nothing");
   }
   trail.Traced(", Return");
-  return item;
+  return item ? std::shared_ptr<DataItem>(item, &item->AsDataItem()) : nullptr;
 }
 
 bool DataTable::Clear() noexcept {
-  const auto self = weak_from_this().lock();  // a second table is dropped half-way
-  const auto trail = TrailOf("Clear");
+  auto& self = static_cast<Table&>(*this);
+  const HeldTrail trail(self, "Clear");  // a second table is dropped half-way
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter");
-    ++clearings_;
-    nextAddr_ = 1;  // and not the start address: a cleared second table is dropped below
-    if (owner_ != nullptr) {
-      Share().Lower()->ClearRAssignment();
+    ++self.clearings;
+    // And not the start address: a cleared second table is dropped below.
+    self.nextAddr = DataArea::FirstWord;
+    if (self.owner != nullptr) {
+      self.Context().Lower()->ClearRAssignment();
       trail.Traced(", ClearRAssignment");
     }
-    for (const auto& item : items_) item->Kill();
+    for (const auto& item : self.items) item->SetValid(false);
     trail.Traced(", Be invalid");
-    auto dropped = std::exchange(items_, {});
+    auto dropped = std::exchange(self.items, {});
     for (auto& item : dropped) item.reset();
     trail.Traced(", Create New Collection");
-    if (owner_ != nullptr) owner_->ReleaseDataTable2();
+    if (self.owner != nullptr) self.owner->ReleaseDataTable2();
     trail.Traced(", Return");
     return true;
   });
 }
 
 void DataTable::Kill() noexcept {
-  if (owner_ != nullptr) OwnerCore(nullptr);
+  auto& self = static_cast<Table&>(*this);
+  if (self.owner != nullptr) self.OwnerCore(nullptr);
+}
+
+bool DataTable::Valid() const noexcept { return static_cast<const Table&>(*this).owner != nullptr; }
+
+bool DataTable::Fixed() const noexcept { return static_cast<const Table&>(*this).fixed; }
+
+std::int32_t DataTable::ObjectID() const noexcept {
+  return static_cast<const Table&>(*this).objectId;
 }
 
 std::string DataTable::GetTypeName() const noexcept {
-  const auto trail = TrailOf("GetTypename");  // spelled so in the trail
+  const Trail trail(static_cast<const Table&>(*this), "GetTypename");  // spelled so in the trail
   return trail.Guarded(std::string(), [&] {
-    trail.Traced(", ", ClassName());
-    return std::string(ClassName());
+    trail.Traced(", ", Table::ClassName());
+    return std::string(Table::ClassName());
   });
 }
 
 void DataTable::AddUserMessage(std::string_view vstrMessage) const noexcept {
-  TrailOf("AddUserMessage").Traced(", ", vstrMessage);
+  Trail(static_cast<const Table&>(*this), "AddUserMessage").Traced(", ", vstrMessage);
 }
+
+bool DataTable::DebugLog() const noexcept { return static_cast<const Table&>(*this).DebugLog(); }
 
 }  // namespace orif

@@ -8,13 +8,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "orif/base/Variant.h"
-#include "orif/datatable/LastData.h"
-#include "orif/datatable/Registration.h"
-#include "orif/datatable/TableOwner.h"
-#include "orif/diag/Trail.h"
 #include "orif/items/DataAlarm.h"
 #include "orif/items/DataCurPos.h"
 #include "orif/items/DataNumReg.h"
@@ -25,18 +20,14 @@
 #include "orif/items/DataSysVar.h"
 #include "orif/items/DataSysVarPos.h"
 #include "orif/items/DataTask.h"
-#include "orif/items/ItemOwner.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class Core;
-
-class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, private ItemOwner {
+class ORIF_EXPORT DataTable {
  public:
   DataTable(const DataTable&) = delete;
   DataTable& operator=(const DataTable&) = delete;
-  ~DataTable() override;
 
   // Registering items. Each Add... member creates an item, has the controller assign a block of the
   // data area to it, and answers the item, or an empty reference when the table takes no items (it
@@ -111,7 +102,7 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   /// The 32-bit real in the words `lngAddress` (1 to 16384) and `lngAddress` + 1 of the last
   /// refresh. False, with `sngValue` untouched, before a good refresh, for words outside the
   /// buffer, once the lower core object is gone, and for words that it cannot convert.
-  bool GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept override;
+  bool GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept;
 
   /// The number of registered items.
   std::int32_t Count() const noexcept;
@@ -129,13 +120,13 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   void Kill() noexcept;
 
   /// Whether the table has a Core.
-  bool Valid() const noexcept { return owner_ != nullptr; }
+  bool Valid() const noexcept;
 
   /// Whether a second table was placed behind this one; a fixed table takes no items.
-  bool Fixed() const noexcept { return fixed_; }
+  bool Fixed() const noexcept;
 
   /// The identity that the table's trail lines carry.
-  std::int32_t ObjectID() const noexcept { return objectId_; }
+  std::int32_t ObjectID() const noexcept;
 
   /// "DataTable".
   std::string GetTypeName() const noexcept;
@@ -144,63 +135,11 @@ class ORIF_EXPORT DataTable : public std::enable_shared_from_this<DataTable>, pr
   void AddUserMessage(std::string_view vstrMessage) const noexcept;
 
   /// Whether the table's traced lines are written: its Core's DebugLog, false without a Core.
-  bool DebugLog() const noexcept { return Share().debugLog; }
+  bool DebugLog() const noexcept;
 
- private:
-  friend class Core;
-  friend class Trail<DataTable>;
-  struct Hold {
-    explicit Hold(const DataTable& /*object*/) {}
-  };
-
-  DataTable() noexcept;
-
-  static std::string_view ClassName() noexcept { return "DataTable"; }
-  Trail<DataTable> TrailOf(std::string_view member) const noexcept { return {*this, member}; }
-
-  // For the Core: placement. A null owner detaches the table, which clears it silently.
-  void OwnerCore(TableOwner* owner) noexcept;
-  void StartAddr(std::int32_t value) noexcept { startAddr_ = nextAddr_ = value; }
-  void Fixed(bool value) noexcept { fixed_ = value; }
-
-  // Registration.
-  bool CanAdd() const noexcept { return !fixed_ && startAddr_ > 0 && owner_ != nullptr; }
-  /// A piece of an item's assignment and the number of words that it takes.
-  struct Block {
-    std::string piece;
-    std::int32_t size;
-  };
-  class Room;  // in items_, for an item that is being assigned
-  template <class ItemClass, class... Arguments>
-  std::shared_ptr<ItemClass> Register(const Registration& words,
-                                      const Arguments&... arguments) noexcept;
-  static bool CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
-                            BlockItem& item, std::vector<Block>& blocks);
-  static bool CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
-                            DataPosRegMG& item, std::vector<Block>& blocks);
-  bool mblnAssign(const Block& block) noexcept;
-
-  // For the items.
-  std::shared_ptr<orif::DataTable> Table() noexcept override { return weak_from_this().lock(); }
-  std::int32_t TableID() const noexcept override { return objectId_; }
-  bool HasCore() const noexcept override { return Valid(); }
-  std::int32_t CoreConnectState() const override;
-  std::int32_t NextAddr() const noexcept override { return nextAddr_; }
-  bool GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue) noexcept override;
-  bool GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue) noexcept override;
-  bool GetLastDataString(std::int32_t lngAddress, std::string& strValue,
-                         std::int32_t words) noexcept override;
-  bool GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept override;
-
-  std::vector<std::shared_ptr<DataItem>> items_;
-  std::size_t registrations_ = 0;  // under way, each with room in items_
-  std::uint32_t clearings_ = 0;
-  TableOwner* owner_ = nullptr;
-  std::int32_t nextAddr_ = 1;
-  std::int32_t startAddr_ = 0;  // 0: not placed yet
-  bool fixed_ = false;
-  std::int32_t objectId_;
-  LastData lastData_;
+ protected:
+  DataTable() = default;
+  virtual ~DataTable();
 };
 
 }  // namespace orif

@@ -1,9 +1,22 @@
-// Registering items: the common flow, and one member for each kind.
+// Registering items: the common flow, the assignment of the controller's data area, and one member
+// for each kind.
 #include "orif/datatable/Registration.h"
 
 #include <algorithm>
+#include <span>
 
-#include "orif/datatable/DataTable.h"
+#include "orif/base/Checked.h"
+#include "orif/datatable/Table.h"
+#include "orif/items/Alarm.h"
+#include "orif/items/CurPos.h"
+#include "orif/items/NumReg.h"
+#include "orif/items/PosReg.h"
+#include "orif/items/PosRegMG.h"
+#include "orif/items/PosRegXyzwpr.h"
+#include "orif/items/String.h"
+#include "orif/items/SysVar.h"
+#include "orif/items/SysVarPos.h"
+#include "orif/items/Task.h"
 
 namespace orif {
 namespace {
@@ -15,70 +28,16 @@ void AppendLabelled(std::string& line, const char* label, const Argument& argume
   trail::Append(line, argument);
 }
 
-}  // namespace
-
-// Once the controller has accepted an item nothing may fail, so there is room for it before it is
-// asked: for every registration under way, since the call may run the host's code, which may
-// register more.
-class DataTable::Room {
- public:
-  explicit Room(DataTable& table) : table_(table) {
-    auto& items = table.items_;
-    const std::size_t needed = items.size() + table.registrations_ + 1;
-    if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
-    ++table.registrations_;
-  }
-  Room(const Room&) = delete;
-  Room& operator=(const Room&) = delete;
-  ~Room() { --table_.registrations_; }
-
- private:
-  DataTable& table_;
+/// A piece of an item's assignment and the number of words that it takes.
+struct Block {
+  std::string piece;
+  std::int32_t size;
 };
 
-// A fault that comes once the item is in the collection leaves it there: it is the answer all the
-// same.
-template <class ItemClass, class... Arguments>
-std::shared_ptr<ItemClass> DataTable::Register(const Registration& words,
-                                               const Arguments&... arguments) noexcept {
-  std::shared_ptr<ItemClass> item;  // where it is dropped, released after the member's last line
-  std::shared_ptr<ItemClass> result;
-  const auto trail = TrailOf(words.member);
-  const auto tell = [&](const char* line) {
-    if (line != nullptr) trail.Always(line);
-  };
-  trail.Guarded([&] {
-    trail.Traced(words.enter, [&] {
-      std::string list;
-      const auto* label = words.labels.data();
-      (AppendLabelled(list, *label++, arguments), ...);
-      return list;
-    });
-    if (!CanAdd()) return tell(words.cannotAdd);
-    item.reset(new ItemClass, DataItem::Release);
-    item->SetDataTable({shared_from_this(), static_cast<ItemOwner*>(this)});
-    if (!item->Init(arguments...)) return tell(words.initFailed);
-    std::vector<Block> blocks;
-    if (!CollectBlocks(words, trail, *item, blocks)) return;
-    const Room room(*this);
-    const bool assigned =
-        std::ranges::all_of(blocks, [this](const Block& block) { return mblnAssign(block); });
-    if (assigned) {
-      items_.push_back(item);
-      result = item;
-      item->SetValid(true);
-    } else {
-      tell(words.assignFailed);
-    }
-    if (words.done != nullptr) trail.Traced(words.done);
-  });
-  return result;
-}
-
-bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
-                              BlockItem& item, std::vector<Block>& blocks) {
-  std::string piece = item.GetSetasg();
-  if (piece.empty() && words.noPiece != nullptr) return trail.Refuse(words.noPiece);
+bool CollectBlocks(const RegistrationLines& lines, const Trail<Table>& trail, std::int32_t start,
+                   BlockItem& item, std::vector<Block>& blocks) {
+  std::string piece = item.GetSetasg(start);
+  if (piece.empty() && lines.noPiece != nullptr) return trail.Refuse(lines.noPiece);
   const std::int32_t size = item.GetSize();
   blocks.push_back({std::move(piece), size});
   return true;
@@ -86,11 +45,10 @@ bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>&
 
 // One piece for each group. Those accepted before a refusal stay assigned: the words are not given
 // back.
-bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>& trail,
-                              DataPosRegMG& item, std::vector<Block>& blocks) {
-  auto pieces = item.GetSetasg();
-  if (!pieces) return trail.Refuse(words.noPiece);
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): whoever registers an item holds it
+bool CollectBlocks(const RegistrationLines& lines, const Trail<Table>& trail, std::int32_t start,
+                   PosRegMG& item, std::vector<Block>& blocks) {
+  auto pieces = item.GetSetasg(start);
+  if (!pieces) return trail.Refuse(lines.noPiece);
   const auto& sizes = item.GetSizes();
   if (pieces->size() != sizes.size()) {
     return trail.Refuse(", Err Invalid Asg size ", Narrow<std::int32_t>(pieces->size()), " ",
@@ -102,30 +60,107 @@ bool DataTable::CollectBlocks(const Registration& words, const Trail<DataTable>&
   return true;
 }
 
+// Once the controller has accepted an item nothing may fail, so there is room for it before it is
+// asked: for every registration under way, since the call may run the host's code, which may
+// register more.
+class Room {
+ public:
+  explicit Room(Table& table) : table_(table) {
+    auto& items = table.items;
+    const std::size_t needed = items.size() + table.registrations + 1;
+    if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
+    ++table.registrations;
+  }
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
+  ~Room() { --table_.registrations; }
+
+ private:
+  Table& table_;
+};
+
+// A fault that comes once the item is in the collection leaves it there: it is the answer all the
+// same.
+template <class HiddenItem, class... Arguments>
+std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& lines,
+                                     const Arguments&... arguments) noexcept {
+  auto& self = static_cast<Table&>(table);
+  std::shared_ptr<HiddenItem> item;  // where it is dropped, released after the member's last line
+  std::shared_ptr<HiddenItem> result;
+  const HeldTrail trail(self, lines.member);
+  const auto tell = [&](const char* line) {
+    if (line != nullptr) trail.Always(line);
+  };
+  trail.Guarded([&] {
+    trail.Traced(lines.enter, [&] {
+      std::string list;
+      const auto* label = lines.labels.data();
+      (AppendLabelled(list, *label++, arguments), ...);
+      return list;
+    });
+    if (!self.CanAdd()) return tell(lines.cannotAdd);
+    item = MakeShared<HiddenItem>();
+    item->SetDataTable(self.shared_from_this());
+    if (!item->Init(arguments...)) return tell(lines.initFailed);
+    std::vector<Block> blocks;
+    if (!CollectBlocks(lines, trail, self.nextAddr, *item, blocks)) return;
+    const Room room(self);
+    const bool assigned = std::ranges::all_of(
+        blocks, [&](const Block& block) { return self.mblnAssign(block.piece, block.size); });
+    if (assigned) {
+      self.items.push_back(item);
+      result = item;
+      item->SetValid(true);
+    } else {
+      tell(lines.assignFailed);
+    }
+    if (lines.done != nullptr) trail.Traced(lines.done);
+  });
+  return result;
+}
+
+}  // namespace
+
+// The next free address moves only once the controller has accepted the piece: a refused one costs
+// no words. The call may run the host's code. What that registers meanwhile begins at the same
+// word, as the controller was told; a table that it clears has no place for this block any more.
+bool Table::mblnAssign(const std::string& piece, std::int32_t size) noexcept {
+  const Trail trail(*this, "mblnAssign");
+  return Guarded(false, [&] {
+    if (Add(nextAddr, size) > DataArea::LastWord + 1) return trail.Refuse(", Out of max");
+    const std::uint32_t before = clearings;
+    const std::int32_t status = Context().Lower()->SetRAssignment(piece);
+    if (status != 0) return trail.Refuse(", Err SetRAssignment ", status);
+    if (clearings != before) return false;
+    nextAddr += size;
+    return true;
+  });
+}
+
 std::shared_ptr<DataNumReg> DataTable::AddNumReg(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
                                                  std::int32_t EndIndex) noexcept {
-  return Register<DataNumReg>(registration::NumReg, DataType, StartIndex, EndIndex);
+  return Register<NumReg>(*this, registration::NumReg, DataType, StartIndex, EndIndex);
 }
 
 std::shared_ptr<DataPosReg> DataTable::AddPosReg(ORIF_DATA_TYPE DataType, std::int32_t Group,
                                                  std::int32_t StartIndex,
                                                  std::int32_t EndIndex) noexcept {
-  return Register<DataPosReg>(registration::PosReg, DataType, Group, StartIndex, EndIndex);
+  return Register<PosReg>(*this, registration::PosReg, DataType, Group, StartIndex, EndIndex);
 }
 
 std::shared_ptr<DataPosRegXyzwpr> DataTable::AddPosRegXyzwpr(ORIF_DATA_TYPE DataType,
                                                              std::int32_t Group,
                                                              std::int32_t StartIndex,
                                                              std::int32_t EndIndex) noexcept {
-  return Register<DataPosRegXyzwpr>(registration::PosRegXyzwpr, DataType, Group, StartIndex,
-                                    EndIndex);
+  return Register<PosRegXyzwpr>(*this, registration::PosRegXyzwpr, DataType, Group, StartIndex,
+                                EndIndex);
 }
 
 std::shared_ptr<DataPosRegMG> DataTable::AddPosRegMG(ORIF_DATA_TYPE DataType,
                                                      std::string_view Group,
                                                      std::int32_t StartIndex,
                                                      std::int32_t EndIndex) noexcept {
-  return Register<DataPosRegMG>(registration::PosRegMG, DataType, Group, StartIndex, EndIndex);
+  return Register<PosRegMG>(*this, registration::PosRegMG, DataType, Group, StartIndex, EndIndex);
 }
 
 std::shared_ptr<DataCurPos> DataTable::AddCurPos(ORIF_DATA_TYPE DataType,
@@ -135,26 +170,26 @@ std::shared_ptr<DataCurPos> DataTable::AddCurPos(ORIF_DATA_TYPE DataType,
 
 std::shared_ptr<DataCurPos> DataTable::AddCurPosUF(ORIF_DATA_TYPE DataType, std::int32_t Group,
                                                    std::int32_t UF) noexcept {
-  return Register<DataCurPos>(registration::CurPos, DataType, Group, UF);
+  return Register<CurPos>(*this, registration::CurPos, DataType, Group, UF);
 }
 
 std::shared_ptr<DataSysVarPos> DataTable::AddSysVarPos(ORIF_DATA_TYPE DataType,
                                                        std::string_view SysVarName) noexcept {
-  return Register<DataSysVarPos>(registration::SysVarPos, DataType, SysVarName);
+  return Register<SysVarPos>(*this, registration::SysVarPos, DataType, SysVarName);
 }
 
 std::shared_ptr<DataTask> DataTable::AddTask(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
-  return Register<DataTask>(registration::Task, DataType, Index);
+  return Register<Task>(*this, registration::Task, DataType, Index);
 }
 
 std::shared_ptr<DataSysVar> DataTable::AddSysVar(ORIF_DATA_TYPE DataType,
                                                  std::string_view SysVarName) noexcept {
-  return Register<DataSysVar>(registration::SysVar, DataType, SysVarName);
+  return Register<SysVar>(*this, registration::SysVar, DataType, SysVarName);
 }
 
 std::shared_ptr<DataAlarm> DataTable::AddAlarm(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
                                                std::int32_t AlarmMessageMode) noexcept {
-  return Register<DataAlarm>(registration::Alarm, DataType, AlarmCount, AlarmMessageMode);
+  return Register<Alarm>(*this, registration::Alarm, DataType, AlarmCount, AlarmMessageMode);
 }
 
 std::shared_ptr<DataString> DataTable::AddString(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
@@ -162,7 +197,7 @@ std::shared_ptr<DataString> DataTable::AddString(ORIF_DATA_TYPE DataType, std::i
   constexpr auto Symbols = std::span(registration::StringSymbols);
   const std::int64_t symbol = std::int64_t{DataType} - STRREG;
   if (symbol < 0 || symbol >= std::ssize(Symbols)) {
-    TrailOf("AddString").Always(", Err invalid data type.");
+    Trail(static_cast<Table&>(*this), "AddString").Always(", Err invalid data type.");
     return nullptr;
   }
   return AddStringEx(DataType, Symbols[static_cast<std::size_t>(symbol)], StartIndex, EndIndex);
@@ -172,7 +207,8 @@ std::shared_ptr<DataString> DataTable::AddStringEx(ORIF_DATA_TYPE DataType,
                                                    std::string_view DataSymbol,
                                                    std::int32_t StartIndex,
                                                    std::int32_t EndIndex) noexcept {
-  return Register<DataString>(registration::StringEx, DataType, DataSymbol, StartIndex, EndIndex);
+  return Register<String>(*this, registration::StringEx, DataType, DataSymbol, StartIndex,
+                          EndIndex);
 }
 
 }  // namespace orif

@@ -1,12 +1,12 @@
 // What each Add... member of a table says to the trail, and of what it keeps silent. The flow is
-// one and the same for all of them; the words differ on purpose and are part of the trail's format.
+// one and the same for all of them; the lines differ on purpose and are part of the trail's format.
 #pragma once
 
 #include <array>
 
 namespace orif {
 
-struct Registration {
+struct RegistrationLines {
   /// The member as its tag shows it.
   const char* member;
   /// The entry line, and the label of each argument of the item's Init; null for one that is not
@@ -23,13 +23,13 @@ struct Registration {
 
 namespace registration {
 
-/// The words of another member under this one's name.
-constexpr Registration Named(Registration words, const char* member) {
-  words.member = member;
-  return words;
+/// The lines of another member under this one's name.
+constexpr RegistrationLines Named(RegistrationLines lines, const char* member) {
+  lines.member = member;
+  return lines;
 }
 
-inline constexpr Registration NumReg{
+inline constexpr RegistrationLines NumReg{
     .member = "AddNumReg",
     .enter = ", Enter",
     .labels = {" Type=", ",StartIndex=", ",EndIndex="},
@@ -40,7 +40,7 @@ inline constexpr Registration NumReg{
     .done = nullptr,
 };
 
-inline constexpr Registration PosReg{
+inline constexpr RegistrationLines PosReg{
     .member = "AddPosReg",
     .enter = ", Enter ",
     .labels = {" Type=", ",Group=", ",StartIndex=", ",EndIndex="},
@@ -51,11 +51,11 @@ inline constexpr Registration PosReg{
     .done = ", Return ",
 };
 
-inline constexpr Registration PosRegXyzwpr = Named(PosReg, "AddPosRegXyzwpr");
-inline constexpr Registration PosRegMG = Named(PosReg, "AddPosRegMG");
+inline constexpr RegistrationLines PosRegXyzwpr = Named(PosReg, "AddPosRegXyzwpr");
+inline constexpr RegistrationLines PosRegMG = Named(PosReg, "AddPosRegMG");
 
 // The user frame is not shown, and AddCurPosUF goes by the other member's name.
-inline constexpr Registration CurPos{
+inline constexpr RegistrationLines CurPos{
     .member = "AddCurPos",
     .enter = ", Enter",
     .labels = {" Type=", ",Group="},
@@ -66,7 +66,7 @@ inline constexpr Registration CurPos{
     .done = ", Return",
 };
 
-inline constexpr Registration SysVarPos{
+inline constexpr RegistrationLines SysVarPos{
     .member = "AddSysVarPos",
     .enter = ", Enter",
     .labels = {" Type=", ",SysVName="},
@@ -77,9 +77,9 @@ inline constexpr Registration SysVarPos{
     .done = ", Return",
 };
 
-inline constexpr Registration SysVar = Named(SysVarPos, "AddSysVar");
+inline constexpr RegistrationLines SysVar = Named(SysVarPos, "AddSysVar");
 
-inline constexpr Registration Task{
+inline constexpr RegistrationLines Task{
     .member = "AddTask",
     .enter = ", Enter",
     .labels = {" Type=", ",Index="},
@@ -91,7 +91,7 @@ inline constexpr Registration Task{
 };
 
 // Silent about every failure.
-inline constexpr Registration Alarm{
+inline constexpr RegistrationLines Alarm{
     .member = "AddAlarm",
     .enter = ", Enter",
     .labels = {" Type=", ",AlarmCount="},
@@ -102,7 +102,7 @@ inline constexpr Registration Alarm{
     .done = ", Return",
 };
 
-inline constexpr Registration StringEx{
+inline constexpr RegistrationLines StringEx{
     .member = "AddStringEx",
     .enter = NumReg.enter,
     .labels = {" Type=", nullptr, ",StartIndex=", ",EndIndex="},  // the symbol is not shown

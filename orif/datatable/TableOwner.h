@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "orif/items/CoreShare.h"
+#include "orif/items/CoreContext.h"
 
 namespace orif {
 
@@ -14,7 +14,7 @@ class TableOwner {
   TableOwner& operator=(const TableOwner&) = delete;
   virtual ~TableOwner() = default;
 
-  virtual const CoreShare& Share() const noexcept = 0;
+  virtual const CoreContext& Context() const noexcept = 0;
 
   /// 0 not connected, 1 connected, 2 disconnected. A public member of the Core, with its own trail
   /// line.

@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "orif/base/Convert.h"
+#include "orif/base/Counted.h"
 #include "orif/base/Guard.h"
 #include "orif/diag/modOrif.h"
 
@@ -36,14 +37,12 @@ constexpr bool AtHand = (!std::invocable<const Parts&> && ...);
 
 }  // namespace trail
 
-/// `Object` offers ClassName(), ObjectID(), DebugLog() (whether it is traced at this moment) and
-/// Hold, which keeps it in being while one of its members runs.
+/// `Object` offers ClassName(), ObjectID() and DebugLog(), whether it is traced at this moment.
 template <class Object>
 class Trail {
  public:
   /// `member` as the tag shows it, which is not always how it is called.
-  Trail(const Object& object, std::string_view member)
-      : hold_(object), object_(object), member_(member) {}
+  Trail(const Object& object, std::string_view member) : object_(object), member_(member) {}
   Trail(const Trail&) = delete;
   Trail& operator=(const Trail&) = delete;
   ~Trail() = default;
@@ -104,9 +103,20 @@ class Trail {
     });
   }
 
-  [[no_unique_address]] typename Object::Hold hold_;
   const Object& object_;
   std::string_view member_;
+};
+
+/// A Trail that keeps the object alive, though the member lets the lower layer run the host's code,
+/// which may drop it.
+template <class Object>
+class HeldTrail : public Trail<Object> {
+ public:
+  HeldTrail(const Object& object, std::string_view member)
+      : Trail<Object>(object, member), held_(&object) {}
+
+ private:
+  Ref<const Object> held_;
 };
 
 }  // namespace orif

@@ -10,8 +10,13 @@
 #include "orif/base/Guard.h"
 #include "orif/base/Variant.h"
 #include "orif/platform/platform.h"
+#include "orif/version.h"
 
-namespace orif::modOrif {
+namespace orif {
+
+const char* Version() noexcept { return VersionText; }
+
+namespace modOrif {
 namespace {
 
 constinit std::atomic<bool> trailFlag = false;
@@ -66,7 +71,7 @@ StartUp Start() noexcept {
   Guarded(
       [&] {
         startUp.logPath = platform::ModuleDirectory() + platform::PathSeparator + LogFileName();
-        std::string header = "ORVEX Debug Out V" ORIF_VERSION;
+        std::string header = std::string("ORVEX Debug Out V") + VersionText;
         platform::WriteNewFile(startUp.logPath, header.append(platform::LineEnd));
       },
       [&](const char* description) {
@@ -168,4 +173,5 @@ std::int32_t IntegerSetting(std::string_view key, std::int32_t preset) noexcept 
   return Guarded(preset, [&] { return Setting(key).ToInt32(); });
 }
 
-}  // namespace orif::modOrif
+}  // namespace modOrif
+}  // namespace orif

@@ -4,11 +4,10 @@
 
 namespace orif {
 
-std::string BlockItem::GetSetasg() {
-  const auto trail = TrailOf("GetSetasg");
+std::string BlockItem::GetSetasg(std::int32_t start) {
+  const Trail<Item> trail(*this, "GetSetasg");
   return trail.Guarded(std::string(), [&] {
     if (lines_.enter != nullptr) trail.Traced(lines_.enter);
-    const std::int32_t start = Owner().NextAddr();
     std::string piece = AssignmentPiece(start, GetSize(), Designation());
     SetStartAddress(start);
     if (lines_.piece != nullptr) trail.Traced(lines_.piece, piece);

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "orif/items/DataItem.h"
-#include "orif/orif_export.h"
+#include "orif/items/Item.h"
 
 namespace orif {
 
@@ -20,19 +19,18 @@ struct PieceLines {
   const char* done = nullptr;
 };
 
-class ORIF_EXPORT BlockItem : public DataItem {
- protected:
-  friend class orif::DataTable;
-
-  BlockItem(std::string_view className, PieceLines lines) noexcept
-      : DataItem(className), lines_(lines) {}
-
-  /// Takes the table's next free address as the start of the block and gives the assignment piece
-  /// for it; empty when the item cannot be assigned.
-  std::string GetSetasg();
+class BlockItem : public Item {
+ public:
+  /// The assignment piece for a block that begins at `start`, which the item remembers; empty when
+  /// the item cannot be assigned.
+  std::string GetSetasg(std::int32_t start);
 
   /// The number of words of the block. Throws a Fault when it does not fit 32 bits.
   virtual std::int32_t GetSize() const = 0;
+
+ protected:
+  BlockItem(std::string_view className, PieceLines lines) noexcept
+      : Item(className), lines_(lines) {}
 
  private:
   /// The variable and the factor that end the piece, for example "R[1] 1.0".

@@ -1,6 +1,9 @@
-#include "orif/items/DataAlarm.h"
+#include "orif/items/Alarm.h"
 
 #include <array>
+
+#include "orif/base/Checked.h"
+#include "orif/items/DataArea.h"
 
 namespace orif {
 namespace {
@@ -15,13 +18,13 @@ struct MessageMode {
 MessageMode Mode(std::int32_t mode) {
   switch (mode) {
     case 1:
-      return {11, 0, true};
+      return {DataArea::AlarmWordsWithoutTexts, 0, true};
     case 2:
-      return {91, 1, true};
+      return {DataArea::AlarmWordsWithMessage, 1, true};
     case 3:
-      return {100, 2, true};
+      return {DataArea::AlarmWords, 2, true};
     default:
-      return {100, 3, false};
+      return {DataArea::AlarmWords, 3, false};
   }
 }
 
@@ -45,12 +48,12 @@ const char* Symbol(ORIF_DATA_TYPE type) {
 
 }  // namespace
 
-DataAlarm::DataAlarm() noexcept
-    : BlockItem("DataAlarm", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"}) {}
+Alarm::Alarm() noexcept
+    : Hidden("DataAlarm", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"}) {}
 
-bool DataAlarm::Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
-                     std::int32_t AlarmMessageMode) noexcept {
-  const auto trail = TrailOf("Init");
+bool Alarm::Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
+                 std::int32_t AlarmMessageMode) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",AlarmCount=", AlarmCount);
     if (DataType != ALARM_LIST && DataType != ALARM_CURRENT && DataType != ALARM_PASSWORD) {
@@ -58,19 +61,17 @@ bool DataAlarm::Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
     }
     if (AlarmCount < 1) return trail.Refuse(", Err Invalid AlarmCount");
     SetDataType(DataType);
-    alarmCount_ = AlarmCount;
-    alarmMessageMode_ = AlarmMessageMode;
+    count = AlarmCount;
+    messageMode = AlarmMessageMode;
     trail.Traced(", Return");
     return true;
   });
 }
 
-std::int32_t DataAlarm::GetSize() const {
-  return Multiply(alarmCount_, Mode(alarmMessageMode_).words);
-}
+std::int32_t Alarm::GetSize() const { return Multiply(count, Mode(messageMode).words); }
 
-std::string DataAlarm::Designation() const {
-  const MessageMode mode = Mode(alarmMessageMode_);
+std::string Alarm::Designation() const {
+  const MessageMode mode = Mode(messageMode);
   std::string designation = Symbol(DataType());
   if (mode.named) designation += "@1." + convert::ToText(mode.words);
   return designation + " 1";
@@ -82,23 +83,25 @@ bool DataAlarm::GetValue(std::int32_t Count, std::int16_t& AlarmID, std::int16_t
                          std::int16_t& Day, std::int16_t& Hour, std::int16_t& Minute,
                          std::int16_t& Second, std::string& AlarmMessage,
                          std::string& CauseAlarmMessage, std::string& SeverityMessage) noexcept {
-  const auto trail = TrailOf("GetValue");
+  auto& self = static_cast<Alarm&>(*this);
+  const HeldTrail<Item> trail(self, "GetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter");
-    if (!Valid()) return false;
-    const MessageMode mode = Mode(alarmMessageMode_);
-    const std::int32_t record = ElementAddress(StartAddress(), Count, 1, mode.words);
+    if (!self.Valid()) return false;
+    const MessageMode mode = Mode(self.messageMode);
+    const std::int32_t record = ElementAddress(self.StartAddress(), Count, 1, mode.words);
     // All are read whatever failed before.
     bool all = true;
     std::int32_t offset = 0;
     for (std::int16_t* number : {&AlarmID, &AlarmNumber, &CauseAlarmID, &CauseAlarmNumber,
                                  &Severity, &Year, &Month, &Day, &Hour, &Minute, &Second}) {
-      all = Owner().GetLastDataShort(Add(record, offset++), *number) && all;
+      all = self.Owner().GetLastDataShort(Add(record, offset++), *number) && all;
     }
     const std::array texts{&AlarmMessage, &CauseAlarmMessage, &SeverityMessage};
     for (std::size_t i = 0; i < static_cast<std::size_t>(mode.texts); ++i) {
       all =
-          Owner().GetLastDataString(Add(record, Texts[i].offset), *texts[i], Texts[i].words) && all;
+          self.Owner().GetLastDataString(Add(record, Texts[i].offset), *texts[i], Texts[i].words) &&
+          all;
     }
     if (!all) trail.Always(", Err Get Data");
     trail.Traced(", Return");

@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <string>
 
-#include "orif/items/BlockItem.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataAlarm : public BlockItem {
+class ORIF_EXPORT DataAlarm : public DataItem {
  public:
   /// Entry `Count` of the list, from 1 on, at the last refresh: the numbers of the alarm and of its
   /// cause, its severity, the local date and time, and the texts that the item's message mode
@@ -26,18 +26,7 @@ class ORIF_EXPORT DataAlarm : public BlockItem {
                 std::string& CauseAlarmMessage, std::string& SeverityMessage) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataAlarm() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
-            std::int32_t AlarmMessageMode) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-
-  std::int32_t alarmCount_ = 0;
-  std::int32_t alarmMessageMode_ = 0;
+  DataAlarm() = default;
 };
 
 }  // namespace orif

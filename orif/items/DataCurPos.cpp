@@ -1,44 +1,42 @@
-#include "orif/items/DataCurPos.h"
+#include "orif/items/CurPos.h"
 
 #include "orif/items/AssignmentPiece.h"
 
 namespace orif {
 namespace {
 
-constexpr PositionLines CurPosLines{
+constexpr PositionReadLines ReadLines{
     .enter = ", Enter",
-    .invalidRead = nullptr,
+    .invalid = nullptr,
     .checksArrays = true,
     .decodeFailed = ", GetLastDataPos Error",
-    .invalidWrite = nullptr,  // it writes nothing
-    .jointStatus = nullptr,
-    .jointRefused = nullptr,
-    .jointRefusedStatus = false,
     .done = ", Return",
 };
 
 }  // namespace
 
-DataCurPos::DataCurPos() noexcept
-    : SinglePosition("DataCurPos", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
-                     CurPosLines) {}
+CurPos::CurPos() noexcept
+    : SingleRecord("DataCurPos", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
+                   ReadLines) {}
 
-bool DataCurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t UF) noexcept {
-  const auto trail = TrailOf("Init");
+bool CurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t UF) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group);
     if (DataType != CURPOS) return trail.Refuse(", Err Invalid type");
     if (Group < 1) return trail.Refuse(", Err Invalid group");
     SetDataType(DataType);
-    group_ = Group;
-    userFrame_ = UF;
+    group = Group;
+    userFrame = UF;
     trail.Traced(", Return");
     return true;
   });
 }
 
-std::string DataCurPos::Designation() const {
-  return GroupDesignation("POS[", group_, userFrame_) + "] 0.0";
+std::string CurPos::Designation() const {
+  return GroupDesignation("POS[", group, userFrame) + "] 0.0";
 }
+
+std::int32_t DataCurPos::Group() const noexcept { return static_cast<const CurPos&>(*this).group; }
 
 }  // namespace orif

@@ -1,69 +1,37 @@
 #include "orif/items/DataItem.h"
 
+#include "orif/items/Item.h"
+
 namespace orif {
 
-DataItem::DataItem(std::string_view className) noexcept
-    : className_(className), objectId_(modOrif::NextObjectId()) {
-  const auto trail = TrailOf("Class_Initialize");
-  trail.Traced(", Enter");
-  trail.Traced(", Return");
-}
+DataItem::~DataItem() = default;
 
-void DataItem::Release(DataItem* item) noexcept {
-  item->released_ = true;
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
-  if (item->running_ == 0) delete item;
-}
-
-DataItem::~DataItem() {
-  released_ = false;
-  const auto trail = TrailOf("Class_Terminate");
-  trail.Traced(", Enter");
-  trail.Traced(", Return");
-}
+ORIF_DATA_TYPE DataItem::DataType() const noexcept { return Self().DataType(); }
 
 std::shared_ptr<orif::DataTable> DataItem::DataTable() const noexcept {
-  return owner_ ? owner_->Table() : nullptr;
+  const auto& table = Self().DataTable();
+  return table ? table->AsDataTable() : nullptr;
 }
 
+bool DataItem::Valid() const noexcept { return Self().Valid(); }
+
+std::int32_t DataItem::ObjectID() const noexcept { return Self().ObjectID(); }
+
+void DataItem::Kill() noexcept { Self().SetValid(false); }
+
 std::string DataItem::GetTypeName() const noexcept {
-  const auto trail = TrailOf("GetTypeName");
+  const Item& self = Self();
+  const Trail<Item> trail(self, "GetTypeName");
   return trail.Guarded(std::string(), [&] {
-    trail.Traced(", ", className_);
-    return std::string(className_);
+    trail.Traced(", ", self.ClassName());
+    return std::string(self.ClassName());
   });
 }
 
 void DataItem::AddUserMessage(std::string_view vstrMessage) const noexcept {
-  TrailOf("AddUserMessage").Traced(", ", vstrMessage);
+  Trail<Item>(Self(), "AddUserMessage").Traced(", ", vstrMessage);
 }
 
-bool DataItem::Written(std::int32_t status, const Trail<DataItem>& trail,
-                       std::string_view refusal) const {
-  if (status >= 0) return true;
-  trail.Always(refusal, status);
-  TellLastError(trail);
-  return false;
-}
-
-void DataItem::TellLastError(const Trail<DataItem>& trail) const {
-  trail.Always(", ", [this] { return Share().LastErrorText(); });
-}
-
-void DataItem::DiagnoseConnection(const Trail<DataItem>& trail) const {
-  if (!owner_) return trail.Always(", Err DataTable is Nothing");
-  trail.Traced(", My DataTable ID=", owner_->TableID());
-  if (!owner_->HasCore()) return trail.Always(", Err Core is Nothing");
-  switch (const std::int32_t state = owner_->CoreConnectState()) {
-    case 0:
-      return trail.Always(", Err not connected yet");
-    case 1:
-      return;
-    case 2:
-      return trail.Always(", Err already disconnedted");  // spelled so in the trail
-    default:
-      return trail.Always(", Err invalid connect state=", state);
-  }
-}
+bool DataItem::DebugLog() const noexcept { return Self().DebugLog(); }
 
 }  // namespace orif

@@ -1,11 +1,11 @@
-#include "orif/items/DataNumReg.h"
+#include "orif/items/NumReg.h"
 
 #include <vector>
 
+#include "orif/items/DataArea.h"
+
 namespace orif {
 namespace {
-
-constexpr std::int32_t RegisterWords = 2;
 
 // What differs between the two kinds of registers.
 template <class T>
@@ -34,60 +34,58 @@ std::string List(const std::vector<T>& values) {
 
 }  // namespace
 
-DataNumReg::DataNumReg() noexcept
-    : BlockItem("DataNumReg", {.enter = ", Enter ", .done = ", Return "}) {}
+NumReg::NumReg() noexcept : Hidden("DataNumReg", {.enter = ", Enter ", .done = ", Return "}) {}
 
-bool DataNumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
-                      std::int32_t EndIndex) noexcept {
-  const auto trail = TrailOf("Init");
+bool NumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
+                  std::int32_t EndIndex) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",StartIndex=", StartIndex, ",EndIndex=", EndIndex);
     if (DataType != NUMREG_INT && DataType != NUMREG_REAL) {
       return trail.Refuse(", Err invalid type ");
     }
-    if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
-      return trail.Refuse(", Err invalid index ");
-    }
+    const IndexRange range{StartIndex, EndIndex};
+    if (!range.Valid()) return trail.Refuse(", Err invalid index ");
     SetDataType(DataType);
-    startIndex_ = StartIndex;
-    endIndex_ = EndIndex;
+    registers = range;
     trail.Traced(", Return ");
     return true;
   });
 }
 
-std::int32_t DataNumReg::GetSize() const {
-  return Multiply(RegisterWords, RangeLength(startIndex_, endIndex_));
-}
+std::int32_t NumReg::GetSize() const { return Multiply(DataArea::NumberWords, registers.Length()); }
 
 // The integer kind carries the factor "1.0" and the real kind "0"; the controller takes them as
 // they are.
-std::string DataNumReg::Designation() const {
-  return "R[" + convert::ToText(startIndex_) + (DataType() == NUMREG_INT ? "] 1.0" : "] 0");
+std::string NumReg::Designation() const {
+  return "R[" + convert::ToText(registers.first) + (DataType() == NUMREG_INT ? "] 1.0" : "] 0");
 }
 
 // An invalid item covers no index, and says so: it reports an invalid index.
-bool DataNumReg::Covers(std::int32_t index) const noexcept {
-  return Valid() && index >= startIndex_ && index <= endIndex_;
+bool NumReg::Covers(std::int32_t index) const noexcept {
+  return Valid() && registers.Covers(index);
 }
 
-std::int32_t DataNumReg::Address(std::int32_t index) const {
-  return ElementAddress(StartAddress(), index, startIndex_, RegisterWords);
+std::int32_t NumReg::Address(std::int32_t index) const {
+  return ElementAddress(StartAddress(), index, registers.first, DataArea::NumberWords);
 }
 
 bool DataNumReg::GetValue(std::int32_t Index, Variant& Value) noexcept {
-  const auto trail = TrailOf("GetValue");
+  auto& self = static_cast<NumReg&>(*this);
+  const HeldTrail<Item> trail(self, "GetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
-    const std::int32_t address = Address(Index);
-    if (DataType() == NUMREG_INT) {
+    if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
+    const std::int32_t address = self.Address(Index);
+    if (self.DataType() == NUMREG_INT) {
       std::int32_t value = 0;
-      if (!Owner().GetLastDataLong(address, value)) return trail.Refuse(", Err GetLastDataLong ");
+      if (!self.Owner().GetLastDataLong(address, value))
+        return trail.Refuse(", Err GetLastDataLong ");
       Value = value;
-    } else if (DataType() == NUMREG_REAL) {
+    } else if (self.DataType() == NUMREG_REAL) {
       float value = 0;
-      if (!Owner().GetLastDataFloat(address, value)) return trail.Refuse(", Err GetLastDataFloat ");
+      if (!self.Owner().GetLastDataFloat(address, value))
+        return trail.Refuse(", Err GetLastDataFloat ");
       Value = value;
     } else {
       return trail.Refuse(", Err invalid type ");
@@ -98,18 +96,19 @@ bool DataNumReg::GetValue(std::int32_t Index, Variant& Value) noexcept {
 }
 
 bool DataNumReg::SetValue(std::int32_t Index, const Variant& Value) noexcept {
-  const auto trail = TrailOf("SetValue");
+  auto& self = static_cast<NumReg&>(*this);
+  const HeldTrail<Item> trail(self, "SetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter R[", Index, "], ", [&] { return Value.ToText(); });
-    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
-    const std::int32_t address = Address(Index);
+    if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
+    const std::int32_t address = self.Address(Index);
     bool written = false;
-    if (DataType() == NUMREG_REAL) {
+    if (self.DataType() == NUMREG_REAL) {
       const std::array value{Value.ToFloat()};
-      written = Write<float>(trail, address, value, 1);
-    } else if (DataType() == NUMREG_INT) {
+      written = self.Write<float>(trail, address, value, 1);
+    } else if (self.DataType() == NUMREG_INT) {
       const std::array value{Value.ToInt32()};
-      written = Write<std::int32_t>(trail, address, value, 1);
+      written = self.Write<std::int32_t>(trail, address, value, 1);
     } else {
       return trail.Refuse(", Err invalid type");
     }
@@ -119,17 +118,18 @@ bool DataNumReg::SetValue(std::int32_t Index, const Variant& Value) noexcept {
 }
 
 bool DataNumReg::SetValues(std::int32_t Index, const Variant& Value, std::int32_t Count) noexcept {
-  const auto trail = TrailOf("SetValues");
+  auto& self = static_cast<NumReg&>(*this);
+  const HeldTrail<Item> trail(self, "SetValues");
   return trail.Guarded(false, [&] {
     // The line shows the sum, which is one more than the last index.
     trail.Traced(
         ", Enter R[", Index, " - ", [&] { return Add(Index, Count); }, "]");
-    if (!CoversRun(Index, Count)) return trail.Refuse(", Err invalid index ");
+    if (!self.CoversRun(Index, Count)) return trail.Refuse(", Err invalid index ");
     bool written = false;
-    if (DataType() == NUMREG_REAL) {
-      written = WriteCopy<float>(trail, Index, Value, Count);
-    } else if (DataType() == NUMREG_INT) {
-      written = WriteCopy<std::int32_t>(trail, Index, Value, Count);
+    if (self.DataType() == NUMREG_REAL) {
+      written = self.WriteCopy<float>(trail, Index, Value, Count);
+    } else if (self.DataType() == NUMREG_INT) {
+      written = self.WriteCopy<std::int32_t>(trail, Index, Value, Count);
     } else {
       return trail.Refuse(", Err invalid type");
     }
@@ -140,22 +140,22 @@ bool DataNumReg::SetValues(std::int32_t Index, const Variant& Value, std::int32_
 
 bool DataNumReg::SetValuesInt(std::int32_t Index, ArrayView<const std::int32_t> Value,
                               std::int32_t Count) noexcept {
-  return SetRun("SetValuesInt", Index, Value, Count);
+  return static_cast<NumReg&>(*this).SetRun("SetValuesInt", Index, Value, Count);
 }
 
 bool DataNumReg::SetValuesReal(std::int32_t Index, ArrayView<const float> Value,
                                std::int32_t Count) noexcept {
-  return SetRun("SetValuesReal", Index, Value, Count);
+  return static_cast<NumReg&>(*this).SetRun("SetValuesReal", Index, Value, Count);
 }
 
-bool DataNumReg::CoversRun(std::int32_t index, std::int32_t count) const {
-  return Subtract(Add(index, count), 1) <= endIndex_ && Valid() && index >= startIndex_;
+bool NumReg::CoversRun(std::int32_t index, std::int32_t count) const {
+  return Subtract(Add(index, count), 1) <= registers.last && Valid() && index >= registers.first;
 }
 
 template <class T>
-bool DataNumReg::SetRun(std::string_view member, std::int32_t index, ArrayView<const T> values,
-                        std::int32_t count) noexcept {
-  const auto trail = TrailOf(member);
+bool NumReg::SetRun(std::string_view member, std::int32_t index, ArrayView<const T> values,
+                    std::int32_t count) noexcept {
+  const HeldTrail<Item> trail(*this, member);
   return trail.Guarded(false, [&] {
     trail.Traced(
         ", Enter R[", index, " - ", [&] { return Add(index, count); }, "], ");
@@ -168,8 +168,8 @@ bool DataNumReg::SetRun(std::string_view member, std::int32_t index, ArrayView<c
 }
 
 template <class T>
-bool DataNumReg::WriteCopy(const Trail<DataItem>& trail, std::int32_t index, const Variant& value,
-                           std::int32_t count) {
+bool NumReg::WriteCopy(const Trail<Item>& trail, std::int32_t index, const Variant& value,
+                       std::int32_t count) {
   const std::int32_t address = Address(index);
   const ArrayView<const T> elements = value.ToArray<T>();
   if (count <= 0 || elements.Count() < count) throw Fault(Fault::SubscriptOutOfRange);
@@ -179,10 +179,17 @@ bool DataNumReg::WriteCopy(const Trail<DataItem>& trail, std::int32_t index, con
 }
 
 template <class T>
-bool DataNumReg::Write(const Trail<DataItem>& trail, std::int32_t address,
-                       ArrayView<const T> values, std::int32_t count) {
-  const LowerCoreRef lower = Share().Lower();
+bool NumReg::Write(const Trail<Item>& trail, std::int32_t address, ArrayView<const T> values,
+                   std::int32_t count) {
+  const Ref<LowerCore> lower = Context().Lower();
   return Written((*lower.*Kind<T>::Write)(address, values, count), trail, Kind<T>::WriteRefused);
+}
+
+std::int32_t DataNumReg::StartIndex() const noexcept {
+  return static_cast<const NumReg&>(*this).registers.first;
+}
+std::int32_t DataNumReg::EndIndex() const noexcept {
+  return static_cast<const NumReg&>(*this).registers.last;
 }
 
 }  // namespace orif

@@ -7,16 +7,16 @@
 
 #include "orif/base/ArrayView.h"
 #include "orif/base/Variant.h"
-#include "orif/items/BlockItem.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataNumReg : public BlockItem {
+class ORIF_EXPORT DataNumReg : public DataItem {
  public:
   /// The number of the first and of the last register of the range.
-  std::int32_t StartIndex() const noexcept { return startIndex_; }
-  std::int32_t EndIndex() const noexcept { return endIndex_; }
+  std::int32_t StartIndex() const noexcept;
+  std::int32_t EndIndex() const noexcept;
 
   /// The value of register `Index` at the last refresh, as a 32-bit integer or real by the item's
   /// kind. False, with `Value` untouched, for an index outside the range, an invalid item, or
@@ -40,30 +40,7 @@ class ORIF_EXPORT DataNumReg : public BlockItem {
   bool SetValuesReal(std::int32_t Index, ArrayView<const float> Value, std::int32_t Count) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataNumReg() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex, std::int32_t EndIndex) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-
-  bool Covers(std::int32_t index) const noexcept;
-  std::int32_t Address(std::int32_t index) const;
-  bool CoversRun(std::int32_t index, std::int32_t count) const;
-  template <class T>
-  bool Write(const Trail<DataItem>& trail, std::int32_t address, ArrayView<const T> values,
-             std::int32_t count);
-  template <class T>
-  bool WriteCopy(const Trail<DataItem>& trail, std::int32_t index, const Variant& value,
-                 std::int32_t count);
-  template <class T>
-  bool SetRun(std::string_view member, std::int32_t index, ArrayView<const T> values,
-              std::int32_t count) noexcept;
-
-  std::int32_t startIndex_ = 0;
-  std::int32_t endIndex_ = 0;
+  DataNumReg() = default;
 };
 
 }  // namespace orif

@@ -1,25 +1,25 @@
 // A range of the position registers of one motion group, read in array, cartesian and joint form.
 // Values are those of the table's last refresh; the setters write one register to the controller at
 // once, and what they write is seen after the next refresh. Registered with DataTable::AddPosReg.
-// Shapes and units: PositionItem.h.
+// Shapes and units: PositionRecord.h.
 #pragma once
 
 #include <cstdint>
 
-#include "orif/items/PositionItem.h"
-#include "orif/items/RegisterRange.h"
+#include "orif/base/ArrayView.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataPosReg : public PositionItem {
+class ORIF_EXPORT DataPosReg : public DataItem {
  public:
   /// The motion group, from 1 on.
-  std::int32_t Group() const noexcept { return range_.group; }
+  std::int32_t Group() const noexcept;
 
   /// The number of the first and of the last register of the range.
-  std::int32_t StartIndex() const noexcept { return range_.start; }
-  std::int32_t EndIndex() const noexcept { return range_.end; }
+  std::int32_t StartIndex() const noexcept;
+  std::int32_t EndIndex() const noexcept;
 
   /// The position in register `Index` at the last refresh, in the elements 0 to 8, 0 to 6 and 0 to
   /// 8 of the arrays, whatever their lower bounds. False for an invalid item, arrays with a lower
@@ -63,18 +63,7 @@ class ORIF_EXPORT DataPosReg : public PositionItem {
                        std::int16_t C7, std::int16_t UF, std::int16_t UT) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataPosReg() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
-            std::int32_t EndIndex) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-  std::int32_t RecordAddress(std::int32_t index) const override;
-
-  RegisterRange range_;
+  DataPosReg() = default;
 };
 
 }  // namespace orif

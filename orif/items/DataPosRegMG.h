@@ -1,15 +1,12 @@
 // A range of position registers for several motion groups at once, each group in its own form:
 // cartesian, or joint with a stated number of axes. Values are those of the table's last refresh;
 // writes are staged and sent as one block. Registered with DataTable::AddPosRegMG. Shapes and
-// units: PositionItem.h.
+// units: PositionRecord.h.
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
 
+#include "orif/base/ArrayView.h"
 #include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
@@ -18,11 +15,11 @@ namespace orif {
 class ORIF_EXPORT DataPosRegMG : public DataItem {
  public:
   /// The number of motion groups. The members below count them from 1.
-  std::int32_t GroupCount() const noexcept { return static_cast<std::int32_t>(groups_.size()); }
+  std::int32_t GroupCount() const noexcept;
 
   /// The number of the first and of the last register of the range.
-  std::int32_t StartIndex() const noexcept { return startIndex_; }
-  std::int32_t EndIndex() const noexcept { return endIndex_; }
+  std::int32_t StartIndex() const noexcept;
+  std::int32_t EndIndex() const noexcept;
 
   /// Joint values of register `Index` in a joint group, at the last refresh. All nine are read, but
   /// only as many as the group has axes are the group's: the others are the words that follow.
@@ -66,42 +63,7 @@ class ORIF_EXPORT DataPosRegMG : public DataItem {
   void Reset() noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataPosRegMG() noexcept : DataItem("DataPosRegMG") {}
-  bool Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_t StartIndex,
-            std::int32_t EndIndex) noexcept;
-  /// One assignment piece for each group, in group order; empty when they cannot be built.
-  std::optional<std::vector<std::string>> GetSetasg() noexcept;
-  /// The number of words of each piece.
-  const std::vector<std::int32_t>& GetSizes() const noexcept { return sizes_; }
-
- private:
-  struct MotionGroup {
-    std::string entry;        // "C", or the number of axes as the client wrote it
-    std::int32_t axes = 0;    // of a joint group
-    std::int32_t offset = 0;  // of the group's words in the block
-    bool IsJoint() const { return entry != "C"; }
-    std::int32_t Words() const;  // per register
-  };
-
-  static std::optional<std::vector<MotionGroup>> ParseGroups(std::string_view text);
-
-  /// The group for a member that serves joint or cartesian groups, once the item and the group are
-  /// in order; null, with a line that tells why, when they are not.
-  const MotionGroup* Usable(const Trail<DataItem>& trail, std::int32_t group, bool joint,
-                            bool showsEntry = true) const;
-  bool CoversIndex(const Trail<DataItem>& trail, std::int32_t index) const;
-  const MotionGroup* Find(std::int32_t group) const;
-  std::int32_t Offset(const MotionGroup& group, std::int32_t index) const;
-  bool StageFloats(const Trail<DataItem>& trail, ArrayView<const float> values,
-                   std::int32_t target);
-
-  std::vector<MotionGroup> groups_;
-  std::vector<std::int32_t> sizes_;
-  std::int32_t startIndex_ = 0;
-  std::int32_t endIndex_ = 0;
-  std::vector<std::int16_t> staged_;
+  DataPosRegMG() = default;
 };
 
 }  // namespace orif

@@ -1,67 +1,73 @@
-#include "orif/items/DataPosRegXyzwpr.h"
+#include "orif/items/PosRegXyzwpr.h"
 
 #include <algorithm>
 
 #include "orif/items/ArrayChecks.h"
+#include "orif/items/DataArea.h"
 #include "orif/items/PositionRecord.h"
 #include "orif/items/Staging.h"
 
 namespace orif {
 namespace {
 
-using PositionRecord::CartesianWords;
+using DataArea::CartesianWords;
 using PositionRecord::ConfigCount;
 using PositionRecord::FloatCount;
 
 }  // namespace
 
-DataPosRegXyzwpr::DataPosRegXyzwpr() noexcept
-    : BlockItem("DataPosRegXyzwpr", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"}) {}
+PosRegXyzwpr::PosRegXyzwpr() noexcept
+    : Hidden("DataPosRegXyzwpr", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"}) {}
 
-bool DataPosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
-                            std::int32_t EndIndex) noexcept {
-  const auto trail = TrailOf("Init");
+bool PosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
+                        std::int32_t EndIndex) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
-    const RegisterRange range{Group, StartIndex, EndIndex};
-    if (!range.Check(trail, DataType == POSREG_XYZWPR)) return false;
-    const std::int32_t floats = Multiply(range.Length(), FloatCount);
-    if (range.Length() <= MostWords / CartesianWords) {
-      xyzwpr_.assign(static_cast<std::size_t>(floats), 0);
-      config_.assign(static_cast<std::size_t>(range.Length()) * ConfigCount, 0);
+    const RegisterRange wanted{Group, {StartIndex, EndIndex}};
+    if (!wanted.Check(trail, DataType == POSREG_XYZWPR)) return false;
+    const std::int32_t registers = wanted.registers.Length();
+    const std::int32_t floats = Multiply(registers, FloatCount);
+    // A range that no table has room for gets no storage.
+    if (registers <= DataArea::LastWord / CartesianWords) {
+      xyzwpr.assign(static_cast<std::size_t>(floats), 0);
+      config.assign(static_cast<std::size_t>(registers) * ConfigCount, 0);
     }
     SetDataType(DataType);
-    range_ = range;
+    range = wanted;
     trail.Traced(", Return");
     return true;
   });
 }
 
-std::int32_t DataPosRegXyzwpr::GetSize() const { return Multiply(range_.Length(), CartesianWords); }
+std::int32_t PosRegXyzwpr::GetSize() const {
+  return Multiply(range.registers.Length(), CartesianWords);
+}
 
-std::string DataPosRegXyzwpr::Designation() const { return range_.Designation("]@1.25 0.0"); }
+std::string PosRegXyzwpr::Designation() const { return range.Designation("]@1.25 0.0"); }
 
 bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
                                       ArrayView<const std::int16_t> Config) noexcept {
-  const auto trail = TrailOf("SetValueXyzwpr");
+  auto& self = static_cast<PosRegXyzwpr&>(*this);
+  const HeldTrail<Item> trail(self, "SetValueXyzwpr");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
-    DiagnoseConnection(trail);
-    if (!Valid()) return trail.Refuse(", Err Me.Invalid");
+    self.DiagnoseConnection(trail);
+    if (!self.Valid()) return trail.Refuse(", Err Me.Invalid");
     if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
     if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
-    if (!range_.Covers(Index)) return trail.Refuse(", Err index range");
+    if (!self.range.registers.Covers(Index)) return trail.Refuse(", Err index range");
     // Before the copy: a copy that fails leaves the range widened.
-    if (indexMin_ <= 0 || indexMin_ > Index) indexMin_ = Index;
-    if (indexMax_ <= 0 || indexMax_ < Index) indexMax_ = Index;
-    const std::int32_t place = Index - range_.start;
+    self.pending.Widen(Index);
+    const std::int32_t place = Index - self.range.registers.first;
     const bool staged =
-        Stage(trail, ", Err xyzwpr index range ", Xyzwpr, place * FloatCount, 1, xyzwpr_.size(),
-              [&](std::size_t i, float value) { xyzwpr_[i] = value; }) &&
-        Stage(trail, ", Err config index range ", Config, place * ConfigCount, 1, config_.size(),
-              [&](std::size_t i, std::int16_t value) { config_[i] = value; });
+        Stage(trail, ", Err xyzwpr index range ", Xyzwpr, place * FloatCount, 1, self.xyzwpr.size(),
+              [&](std::size_t i, float value) { self.xyzwpr[i] = value; }) &&
+        Stage(trail, ", Err config index range ", Config, place * ConfigCount, 1,
+              self.config.size(),
+              [&](std::size_t i, std::int16_t value) { self.config[i] = value; });
     if (staged) trail.Traced(", Return");
     return staged;
   });
@@ -78,23 +84,26 @@ bool DataPosRegXyzwpr::SetValueXyzwpr2(std::int32_t Index, float X, float Y, flo
 }
 
 bool DataPosRegXyzwpr::Update() noexcept {
-  const auto trail = TrailOf("Update");
+  auto& self = static_cast<PosRegXyzwpr&>(*this);
+  const HeldTrail<Item> trail(self, "Update");
   return trail.Guarded(false, [&] {
-    trail.Traced(", Enter ", " Index=", indexMin_, " to ", indexMax_);
-    DiagnoseConnection(trail);
-    if (!Valid()) return trail.Refuse(", Err Me.Invalid");
-    if (indexMin_ < range_.start || indexMax_ > range_.end || indexMin_ > indexMax_) {
+    trail.Traced(", Enter ", " Index=", self.pending.first, " to ", self.pending.last);
+    self.DiagnoseConnection(trail);
+    if (!self.Valid()) return trail.Refuse(", Err Me.Invalid");
+    const IndexRange& registers = self.range.registers;
+    if (self.pending.first < registers.first || self.pending.last > registers.last ||
+        self.pending.first > self.pending.last) {
       return trail.Refuse(", Err IndexMin or IndexMax");
     }
-    const auto first = static_cast<std::size_t>(indexMin_ - range_.start);
-    const std::int32_t registers = indexMax_ - indexMin_ + 1;
+    const auto first = static_cast<std::size_t>(self.pending.first - registers.first);
     const auto from = [first](const auto& staged, std::size_t stride) {
       return ArrayView(std::span(staged).subspan(first * stride));
     };
-    const std::int32_t status = Share().Lower()->WriteRXyzwprConfig(
-        ElementAddress(StartAddress(), indexMin_, range_.start, CartesianWords), registers,
-        from(xyzwpr_, FloatCount), FloatCount, from(config_, ConfigCount), ConfigCount);
-    if (!Written(status, trail, ", Err WriteRXyzwpr ")) return false;
+    const std::int32_t status = self.Context().Lower()->WriteRXyzwprConfig(
+        ElementAddress(self.StartAddress(), self.pending.first, registers.first, CartesianWords),
+        self.pending.Length(), from(self.xyzwpr, FloatCount), FloatCount,
+        from(self.config, ConfigCount), ConfigCount);
+    if (!self.Written(status, trail, ", Err WriteRXyzwpr ")) return false;
     Reset();
     trail.Traced(", Return");
     return true;
@@ -105,10 +114,20 @@ bool DataPosRegXyzwpr::Update() noexcept {
 // the last 2n floats of the whole array stay. One of the last registers that is staged later with
 // fewer than nine elements keeps its old values in the others.
 void DataPosRegXyzwpr::Reset() noexcept {
-  indexMin_ = 0;
-  indexMax_ = 0;
-  std::ranges::fill(config_, std::int16_t{0});
-  std::fill_n(xyzwpr_.begin(), config_.size(), 0.0F);
+  auto& self = static_cast<PosRegXyzwpr&>(*this);
+  self.pending = {};
+  std::ranges::fill(self.config, std::int16_t{0});
+  std::fill_n(self.xyzwpr.begin(), self.config.size(), 0.0F);
+}
+
+std::int32_t DataPosRegXyzwpr::Group() const noexcept {
+  return static_cast<const PosRegXyzwpr&>(*this).range.group;
+}
+std::int32_t DataPosRegXyzwpr::StartIndex() const noexcept {
+  return static_cast<const PosRegXyzwpr&>(*this).range.registers.first;
+}
+std::int32_t DataPosRegXyzwpr::EndIndex() const noexcept {
+  return static_cast<const PosRegXyzwpr&>(*this).range.registers.last;
 }
 
 }  // namespace orif

@@ -1,25 +1,24 @@
 // A write-only companion of DataPosReg for cartesian values: values for any registers of the range
 // are staged, and all staged registers are sent to the controller in one transfer. Nothing is read
-// back. Registered with DataTable::AddPosRegXyzwpr. Shapes and units: PositionItem.h.
+// back. Registered with DataTable::AddPosRegXyzwpr. Shapes and units: PositionRecord.h.
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
-#include "orif/items/BlockItem.h"
-#include "orif/items/RegisterRange.h"
+#include "orif/base/ArrayView.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataPosRegXyzwpr : public BlockItem {
+class ORIF_EXPORT DataPosRegXyzwpr : public DataItem {
  public:
   /// The motion group, from 1 on.
-  std::int32_t Group() const noexcept { return range_.group; }
+  std::int32_t Group() const noexcept;
 
   /// The number of the first and of the last register of the range.
-  std::int32_t StartIndex() const noexcept { return range_.start; }
-  std::int32_t EndIndex() const noexcept { return range_.end; }
+  std::int32_t StartIndex() const noexcept;
+  std::int32_t EndIndex() const noexcept;
 
   /// Stages register `Index`; the controller is not touched. False for an invalid item, arrays with
   /// a lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements, an index outside
@@ -42,21 +41,7 @@ class ORIF_EXPORT DataPosRegXyzwpr : public BlockItem {
   void Reset() noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataPosRegXyzwpr() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
-            std::int32_t EndIndex) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-
-  RegisterRange range_;
-  std::vector<float> xyzwpr_;         // nine a register
-  std::vector<std::int16_t> config_;  // seven a register
-  std::int32_t indexMin_ = 0;         // the staged registers; 0: none
-  std::int32_t indexMax_ = 0;
+  DataPosRegXyzwpr() = default;
 };
 
 }  // namespace orif

@@ -1,57 +1,52 @@
-#include "orif/items/DataString.h"
+#include "orif/items/String.h"
 
 #include <algorithm>
 
-#include "orif/items/Staging.h"
-#include "orif/items/TextBlock.h"
+#include "orif/items/DataArea.h"
 
 namespace orif {
 
-DataString::DataString() noexcept
-    : BlockItem("DataString", {.enter = ", Enter ", .done = ", Return "}) {}
+using DataArea::TextWords;
+
+String::String() noexcept : Hidden("DataString", {.enter = ", Enter ", .done = ", Return "}) {}
 
 // The entry line shows the symbol where other items show the type; the type is not tested.
-bool DataString::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
-                      std::int32_t EndIndex) noexcept {
-  const auto trail = TrailOf("Init");
+bool String::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
+                  std::int32_t EndIndex) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataSymbol, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     if (DataSymbol.empty()) return trail.Refuse(", Err invalid data symbol ");
-    if (StartIndex < 1 || EndIndex < 1 || StartIndex > EndIndex) {
-      return trail.Refuse(", Err invalid index ");
-    }
-    const std::int32_t words = Multiply(RangeLength(StartIndex, EndIndex), TextWords);
-    if (words <= MostWords) words_.resize(static_cast<std::size_t>(words) + 1);
-    dataSymbol_ = DataSymbol;
+    const IndexRange range{StartIndex, EndIndex};
+    if (!range.Valid()) return trail.Refuse(", Err invalid index ");
+    // A range that no table has room for gets no storage.
+    const std::int32_t count = Multiply(range.Length(), TextWords);
+    if (count <= DataArea::LastWord) words.resize(static_cast<std::size_t>(count) + 1);
+    symbol = DataSymbol;
     SetDataType(DataType);
-    startIndex_ = StartIndex;
-    endIndex_ = EndIndex;
+    texts = range;
     Reset();
     trail.Traced(", Return ");
     return true;
   });
 }
 
-std::int32_t DataString::GetSize() const {
-  return Multiply(RangeLength(startIndex_, endIndex_), TextWords);
-}
+std::int32_t String::GetSize() const { return Multiply(texts.Length(), TextWords); }
 
-std::string DataString::Designation() const {
-  return dataSymbol_ + convert::ToText(startIndex_) + "] 1";
-}
+std::string String::Designation() const { return symbol + convert::ToText(texts.first) + "] 1"; }
 
-bool DataString::Covers(std::int32_t index) const noexcept {
-  return Valid() && index >= startIndex_ && index <= endIndex_;
-}
+bool String::Covers(std::int32_t index) const noexcept { return Valid() && texts.Covers(index); }
 
 bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
-  const auto trail = TrailOf("GetValue");
+  auto& self = static_cast<String&>(*this);
+  const HeldTrail<Item> trail(self, "GetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
-    const std::int32_t address = ElementAddress(StartAddress(), Index, startIndex_, TextWords);
-    if (!Owner().GetLastDataString(address, Value, TextWords)) {
+    if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
+    const std::int32_t address =
+        ElementAddress(self.StartAddress(), Index, self.texts.first, TextWords);
+    if (!self.Owner().GetLastDataString(address, Value, TextWords)) {
       return trail.Refuse(", Err GetLastDataLong ");  // in these words, though it is a text
     }
     trail.Traced(", Return ");
@@ -60,12 +55,13 @@ bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
 }
 
 bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
-  const auto trail = TrailOf("SetValue");
+  auto& self = static_cast<String&>(*this);
+  const HeldTrail<Item> trail(self, "SetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Covers(Index)) return trail.Refuse(", Err invalid index ");
-    const std::int32_t base = Multiply(Subtract(Index, startIndex_), TextWords);
-    const ArrayView<std::int16_t> words(words_);
+    if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
+    const std::int32_t base = Multiply(Subtract(Index, self.texts.first), TextWords);
+    const ArrayView<std::int16_t> words(self.words);
     for (std::int32_t i = 0; i < TextWords; ++i) words(base + i) = 0;
     // No limit of 40 words: a longer text runs on into the next one, and past the buffer it is a
     // fault.
@@ -76,8 +72,7 @@ bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
       words(Add(base, Narrow<std::int32_t>(i / 2))) =
           static_cast<std::int16_t>(byte(i + 1) * 256 + byte(i));
     }
-    if (firstPending_ == 0 || firstPending_ > Index) firstPending_ = Index;
-    if (lastPending_ == 0 || lastPending_ < Index) lastPending_ = Index;
+    self.pending.Widen(Index);
     trail.Traced(", Return ");
     return true;
   });
@@ -86,16 +81,18 @@ bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
 // Neither the item's validity nor whether anything is pending is tested: with nothing pending the
 // words would begin before the buffer, which is a fault.
 bool DataString::Update() noexcept {
-  const auto trail = TrailOf("Update");
+  auto& self = static_cast<String&>(*this);
+  const HeldTrail<Item> trail(self, "Update");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    const std::int32_t first = Multiply(Subtract(firstPending_, startIndex_), TextWords);
-    const std::int32_t count = Multiply(RangeLength(firstPending_, lastPending_), TextWords);
-    const auto upper = Narrow<std::int32_t>(words_.size()) - 1;
-    const ArrayView<const std::int16_t> words(&ArrayView<std::int16_t>(words_)(first), first,
+    const std::int32_t first = Multiply(Subtract(self.pending.first, self.texts.first), TextWords);
+    const std::int32_t count = Multiply(self.pending.Length(), TextWords);
+    const auto upper = Narrow<std::int32_t>(self.words.size()) - 1;
+    const ArrayView<const std::int16_t> words(&ArrayView<std::int16_t>(self.words)(first), first,
                                               upper);
-    if (!Written(Share().Lower()->WriteRShort(Add(StartAddress(), first), words, count), trail,
-                 ", Err WriteR ")) {
+    if (!self.Written(
+            self.Context().Lower()->WriteRShort(Add(self.StartAddress(), first), words, count),
+            trail, ", Err WriteR ")) {
       return false;
     }
     Reset();
@@ -105,9 +102,16 @@ bool DataString::Update() noexcept {
 }
 
 void DataString::Reset() noexcept {
-  firstPending_ = 0;
-  lastPending_ = 0;
-  std::ranges::fill(words_, std::int16_t{0});
+  auto& self = static_cast<String&>(*this);
+  self.pending = {};
+  std::ranges::fill(self.words, std::int16_t{0});
+}
+
+std::int32_t DataString::StartIndex() const noexcept {
+  return static_cast<const String&>(*this).texts.first;
+}
+std::int32_t DataString::EndIndex() const noexcept {
+  return static_cast<const String&>(*this).texts.last;
 }
 
 }  // namespace orif

@@ -7,18 +7,17 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "orif/items/BlockItem.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataString : public BlockItem {
+class ORIF_EXPORT DataString : public DataItem {
  public:
   /// The number of the first and of the last text of the range.
-  std::int32_t StartIndex() const noexcept { return startIndex_; }
-  std::int32_t EndIndex() const noexcept { return endIndex_; }
+  std::int32_t StartIndex() const noexcept;
+  std::int32_t EndIndex() const noexcept;
 
   /// Text `Index` at the last refresh, up to 80 bytes without the blanks around it. What is staged
   /// is not seen. False, with `Value` untouched, for an index outside the range, an invalid item,
@@ -40,23 +39,7 @@ class ORIF_EXPORT DataString : public BlockItem {
   void Reset() noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataString() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
-            std::int32_t EndIndex) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-  bool Covers(std::int32_t index) const noexcept;
-
-  std::string dataSymbol_;
-  std::int32_t startIndex_ = 0;
-  std::int32_t endIndex_ = 0;
-  std::int32_t firstPending_ = 0;  // 0: none
-  std::int32_t lastPending_ = 0;
-  std::vector<std::int16_t> words_;  // one more than the texts need
+  DataString() = default;
 };
 
 }  // namespace orif

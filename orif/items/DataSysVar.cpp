@@ -1,56 +1,54 @@
-#include "orif/items/DataSysVar.h"
+#include "orif/items/SysVar.h"
 
 #include <array>
 
-#include "orif/items/TextBlock.h"
+#include "orif/items/DataArea.h"
 
 namespace orif {
-namespace {
 
-constexpr std::int32_t NumberWords = 2;
+using DataArea::NumberWords;
+using DataArea::TextWords;
 
-}  // namespace
-
-DataSysVar::DataSysVar() noexcept
-    : BlockItem("DataSysVar", {.enter = ", Enter ", .piece = ", ASG=", .done = ", Return "}) {}
+SysVar::SysVar() noexcept
+    : Hidden("DataSysVar", {.enter = ", Enter ", .piece = ", ASG=", .done = ", Return "}) {}
 
 // Its refusals carry no id.
-bool DataSysVar::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
-  const auto trail = TrailOf("Init");
+bool SysVar::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",SysVName=", SysVarName);
     if (DataType != SYSVAR_INT && DataType != SYSVAR_REAL && DataType != SYSVAR_STRING) {
       return trail.RefuseWithoutId(" Err invalid type");
     }
     if (!SysVarName.starts_with('$')) return trail.RefuseWithoutId(" Err invalid name");
-    sysVarName_ = SysVarName;
+    name = SysVarName;
     SetDataType(DataType);
     trail.Traced(", Return ");
     return true;
   });
 }
 
-std::int32_t DataSysVar::GetSize() const {
+std::int32_t SysVar::GetSize() const {
   return DataType() == SYSVAR_STRING ? TextWords : NumberWords;
 }
 
-std::string DataSysVar::Designation() const {
-  return sysVarName_ + (DataType() == SYSVAR_REAL ? " 0" : " 1");
-}
+std::string SysVar::Designation() const { return name + (DataType() == SYSVAR_REAL ? " 0" : " 1"); }
 
 std::string DataSysVar::SysVarName() const noexcept {
-  return Guarded(std::string(), [&] { return sysVarName_; });
+  auto& self = static_cast<const SysVar&>(*this);
+  return Guarded(std::string(), [&] { return self.name; });
 }
 
 bool DataSysVar::GetValue(Variant& Value) noexcept {
-  const auto trail = TrailOf("GetValue");
+  auto& self = static_cast<SysVar&>(*this);
+  const HeldTrail<Item> trail(self, "GetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
-    switch (DataType()) {
+    if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
+    switch (self.DataType()) {
       case SYSVAR_INT: {
         std::int32_t value = 0;
-        if (!Owner().GetLastDataLong(StartAddress(), value)) {
+        if (!self.Owner().GetLastDataLong(self.StartAddress(), value)) {
           return trail.Refuse(", Err GetLastDataLong ");
         }
         Value = value;
@@ -58,7 +56,7 @@ bool DataSysVar::GetValue(Variant& Value) noexcept {
       }
       case SYSVAR_REAL: {
         float value = 0;
-        if (!Owner().GetLastDataFloat(StartAddress(), value)) {
+        if (!self.Owner().GetLastDataFloat(self.StartAddress(), value)) {
           return trail.Refuse(", Err GetLastDataFloat ");
         }
         Value = value;
@@ -66,7 +64,7 @@ bool DataSysVar::GetValue(Variant& Value) noexcept {
       }
       case SYSVAR_STRING: {
         std::string value;
-        if (!Owner().GetLastDataString(StartAddress(), value, TextWords)) {
+        if (!self.Owner().GetLastDataString(self.StartAddress(), value, TextWords)) {
           return trail.Refuse(", Err GetLastDataString ");
         }
         Value = std::move(value);
@@ -81,26 +79,29 @@ bool DataSysVar::GetValue(Variant& Value) noexcept {
 }
 
 bool DataSysVar::SetValue(const Variant& Value) noexcept {
-  const auto trail = TrailOf("SetValue");
+  auto& self = static_cast<SysVar&>(*this);
+  const HeldTrail<Item> trail(self, "SetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ,Value=", [&] { return Value.ToText(); });
-    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
-    const LowerCoreRef lower = Share().Lower();
+    if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
+    const Ref<LowerCore> lower = self.Context().Lower();
     bool written = false;
-    switch (DataType()) {
+    switch (self.DataType()) {
       case SYSVAR_INT: {
         const std::array value{Value.ToInt32()};
-        written = Written(lower->WriteRLong(StartAddress(), value, 1), trail, ", Err WriteRLong ");
+        written = self.Written(lower->WriteRLong(self.StartAddress(), value, 1), trail,
+                               ", Err WriteRLong ");
         break;
       }
       case SYSVAR_REAL: {
         const std::array value{Value.ToFloat()};
-        written =
-            Written(lower->WriteRFloat(StartAddress(), value, 1), trail, ", Err WriteRFloat ");
+        written = self.Written(lower->WriteRFloat(self.StartAddress(), value, 1), trail,
+                               ", Err WriteRFloat ");
         break;
       }
       case SYSVAR_STRING:
-        written = Written(lower->WriteR(StartAddress(), Value.ToText()), trail, ", Err WriteR ");
+        written = self.Written(lower->WriteR(self.StartAddress(), Value.ToText()), trail,
+                               ", Err WriteR ");
         break;
       default:
         return trail.Refuse(", Err invalid type ");

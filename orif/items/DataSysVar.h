@@ -8,12 +8,12 @@
 #include <string_view>
 
 #include "orif/base/Variant.h"
-#include "orif/items/BlockItem.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataSysVar : public BlockItem {
+class ORIF_EXPORT DataSysVar : public DataItem {
  public:
   /// The value at the last refresh, as a 32-bit integer, a 32-bit real or a text by the item's
   /// kind. False, with `Value` untouched, for an invalid item and before a good refresh.
@@ -28,16 +28,7 @@ class ORIF_EXPORT DataSysVar : public BlockItem {
   bool SetValue(const Variant& Value) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataSysVar() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-
-  std::string sysVarName_;
+  DataSysVar() = default;
 };
 
 }  // namespace orif

@@ -1,16 +1,20 @@
-#include "orif/items/DataSysVarPos.h"
+#include "orif/items/SysVarPos.h"
 
 #include "orif/items/ArrayChecks.h"
 
 namespace orif {
 namespace {
 
-constexpr PositionLines SysVarPosLines{
+constexpr PositionReadLines ReadLines{
     .enter = ", Enter ",
-    .invalidRead = ", Err Me.Invalid ",
+    .invalid = ", Err Me.Invalid ",
     .checksArrays = false,
     .decodeFailed = ", Err GetLastDataPos ",
-    .invalidWrite = ", Err Me.Invalid ",
+    .done = ", Return ",
+};
+
+constexpr PositionWriteLines WriteLines{
+    .invalid = ", Err Me.Invalid ",
     .jointStatus = nullptr,
     .jointRefused = ", Err WriteRJoint ",
     .jointRefusedStatus = true,
@@ -19,15 +23,15 @@ constexpr PositionLines SysVarPosLines{
 
 }  // namespace
 
-DataSysVarPos::DataSysVarPos() noexcept : SinglePosition("DataSysVarPos", {}, SysVarPosLines) {}
+SysVarPos::SysVarPos() noexcept : SingleRecord("DataSysVarPos", {}, ReadLines, WriteLines) {}
 
-bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
-  const auto trail = TrailOf("Init");
+bool SysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",SysVName=", SysVarName);
     if (DataType != SYSVAR_POS) return trail.Refuse(", Err invalid type");
     if (!SysVarName.starts_with('$')) return trail.Refuse(", Err invalid name ");
-    sysVarName_ = SysVarName;
+    name = SysVarName;
     SetDataType(DataType);
     trail.Traced(", Return ");
     return true;
@@ -35,15 +39,17 @@ bool DataSysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) n
 }
 
 std::string DataSysVarPos::SysVarName() const noexcept {
-  return Guarded(std::string(), [&] { return sysVarName_; });
+  auto& self = static_cast<const SysVarPos&>(*this);
+  return Guarded(std::string(), [&] { return self.name; });
 }
 
 bool DataSysVarPos::SetValueJoint(ArrayView<const float> Joint, std::int16_t UF,
                                   std::int16_t UT) noexcept {
-  const auto trail = TrailOf("SetValueJoint");
+  auto& self = static_cast<SysVarPos&>(*this);
+  const HeldTrail<Item> trail(self, "SetValueJoint");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", Shown("Joint", Joint));
-    return WriteJoint(trail, Only, Joint, UF, UT);
+    return self.WriteJoint(trail, OnlyRecord, Joint, UF, UT);
   });
 }
 
@@ -57,10 +63,11 @@ bool DataSysVarPos::SetValueJoint2(float J1, float J2, float J3, float J4, float
 bool DataSysVarPos::SetValueXyzwpr(ArrayView<const float> Xyzwpr,
                                    ArrayView<const std::int16_t> Config, std::int16_t UF,
                                    std::int16_t UT) noexcept {
-  const auto trail = TrailOf("SetValueXyzwpr");
+  auto& self = static_cast<SysVarPos&>(*this);
+  const HeldTrail<Item> trail(self, "SetValueXyzwpr");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", Shown(" Xyzwpr", Xyzwpr), ",", Shown("Config", Config), ",");
-    return WriteXyzwpr(trail, Only, Xyzwpr, Config, UF, UT);
+    return self.WriteXyzwpr(trail, OnlyRecord, Xyzwpr, Config, UF, UT);
   });
 }
 

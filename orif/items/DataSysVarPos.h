@@ -1,7 +1,7 @@
 // A position-typed system variable of the controller, named by the client. Values are those of the
 // table's last refresh; the setters write to the controller at once, and what they write is seen
 // after the next refresh. Registered with DataTable::AddSysVarPos. Shapes and units:
-// PositionItem.h.
+// PositionRecord.h.
 #pragma once
 
 #include <cstdint>
@@ -35,15 +35,7 @@ class ORIF_EXPORT DataSysVarPos : public SinglePosition {
                        std::int16_t UT) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataSysVarPos() noexcept;
-  bool Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept;
-
- private:
-  std::string Designation() const override { return sysVarName_ + " 0.0"; }
-
-  std::string sysVarName_;
+  DataSysVarPos() = default;
 };
 
 }  // namespace orif

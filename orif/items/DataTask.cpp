@@ -1,10 +1,12 @@
-#include "orif/items/DataTask.h"
+#include "orif/items/Task.h"
+
+#include "orif/base/Checked.h"
+#include "orif/items/DataArea.h"
 
 namespace orif {
 namespace {
 
 // The block, in words.
-constexpr std::int32_t BlockWords = 18;
 constexpr std::int32_t NameOffset = 0;
 constexpr std::int32_t LineOffset = 8;
 constexpr std::int32_t StateOffset = 9;
@@ -32,41 +34,44 @@ const char* Filter(ORIF_DATA_TYPE type) {
 
 }  // namespace
 
-bool DataTask::Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
-  const auto trail = TrailOf("Init");
+bool Task::Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
+  const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",Index=", Index);
     if (Filter(DataType) == nullptr) return trail.Refuse(", Err invalid type ");
     if (Index < 1) return trail.Refuse(", Err invalid index ");
     SetDataType(DataType);
-    index_ = Index;
+    index = Index;
     trail.Traced(", Return ");
     return true;
   });
 }
 
-std::int32_t DataTask::GetSize() const { return BlockWords; }
+std::int32_t Task::GetSize() const { return DataArea::TaskWords; }
 
-std::string DataTask::Designation() const {
-  return std::string("PRG[") + Filter(DataType()) + convert::ToText(index_) + "] 1";
+std::string Task::Designation() const {
+  return std::string("PRG[") + Filter(DataType()) + convert::ToText(index) + "] 1";
 }
 
 bool DataTask::GetValue(std::string& ProgName, std::int16_t& LineNumber, std::int16_t& State,
                         std::string& ParentProgName) noexcept {
-  const auto trail = TrailOf("GetValue");
+  auto& self = static_cast<Task&>(*this);
+  const HeldTrail<Item> trail(self, "GetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter ");
-    if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
-    const auto at = [this](std::int32_t offset) { return Add(StartAddress(), offset); };
+    if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
+    const auto at = [&](std::int32_t offset) { return Add(self.StartAddress(), offset); };
     // All four are read whatever failed before.
-    bool all = Owner().GetLastDataString(at(NameOffset), ProgName, NameWords);
-    all = Owner().GetLastDataShort(at(LineOffset), LineNumber) && all;
-    all = Owner().GetLastDataShort(at(StateOffset), State) && all;
-    all = Owner().GetLastDataString(at(ParentOffset), ParentProgName, NameWords) && all;
+    bool all = self.Owner().GetLastDataString(at(NameOffset), ProgName, NameWords);
+    all = self.Owner().GetLastDataShort(at(LineOffset), LineNumber) && all;
+    all = self.Owner().GetLastDataShort(at(StateOffset), State) && all;
+    all = self.Owner().GetLastDataString(at(ParentOffset), ParentProgName, NameWords) && all;
     if (!all) return trail.Refuse(", Err GetLastData ");
     trail.Traced(", Return ");
     return true;
   });
 }
+
+std::int32_t DataTask::Index() const noexcept { return static_cast<const Task&>(*this).index; }
 
 }  // namespace orif

@@ -6,16 +6,16 @@
 #include <cstdint>
 #include <string>
 
-#include "orif/items/BlockItem.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT DataTask : public BlockItem {
+class ORIF_EXPORT DataTask : public DataItem {
  public:
   /// The position in the task list, from 1 on, counted without the programs that the item's kind
   /// leaves out.
-  std::int32_t Index() const noexcept { return index_; }
+  std::int32_t Index() const noexcept;
 
   /// The status at the last refresh. `State` is the controller's number. A name of exactly 16
   /// characters brings the words behind it along. False for an invalid item, before a
@@ -25,16 +25,7 @@ class ORIF_EXPORT DataTask : public BlockItem {
                 std::string& ParentProgName) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  DataTask() noexcept : BlockItem("DataTask", {}) {}
-  bool Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept;
-  std::int32_t GetSize() const override;
-
- private:
-  std::string Designation() const override;
-
-  std::int32_t index_ = 0;
+  DataTask() = default;
 };
 
 }  // namespace orif

@@ -1,5 +1,5 @@
-// What an item asks of the table that holds it: where its block of words may begin, the values of
-// the last refresh, and the way to the Core. DataTable implements it.
+// What an item asks of the table that holds it: the values of the last refresh, and the way to the
+// Core. The table implements it.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,14 @@
 #include <string>
 
 #include "orif/base/ArrayView.h"
-#include "orif/items/CoreShare.h"
+#include "orif/items/CoreContext.h"
 
 namespace orif {
 
 class DataTable;
+class Item;
+template <class Object>
+class Trail;
 
 /// Where a decoded position goes: the caller's own arrays and variables.
 struct PositionOutput {
@@ -31,18 +34,14 @@ class ItemOwner {
   ItemOwner& operator=(const ItemOwner&) = delete;
   virtual ~ItemOwner() = default;
 
-  /// The table itself, as the client knows it, and its id.
-  virtual std::shared_ptr<orif::DataTable> Table() noexcept = 0;
-  virtual std::int32_t TableID() const noexcept = 0;
+  /// The table itself, as the client knows it.
+  virtual std::shared_ptr<DataTable> AsDataTable() noexcept = 0;
 
   /// What the owning Core shares; the null object when there is no Core.
-  const CoreShare& Share() const noexcept { return *share_; }
-  virtual bool HasCore() const noexcept = 0;
-  /// The Core's connect state, asked through its public member.
-  virtual std::int32_t CoreConnectState() const = 0;
+  const CoreContext& Context() const noexcept { return *context_; }
 
-  /// The next free word address of the data area.
-  virtual std::int32_t NextAddr() const noexcept = 0;
+  /// Tells what keeps a write of an item from reaching the controller, in the item's own trail.
+  virtual void DiagnoseConnection(const Trail<Item>& trail) const = 0;
 
   // Decoding of the last refresh at a word address of the data area; false, with the output
   // untouched, when there was no good refresh or the words are not all in the buffer.
@@ -56,7 +55,7 @@ class ItemOwner {
   virtual bool GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept = 0;
 
  protected:
-  const CoreShare* share_ = &NoCore;
+  const CoreContext* context_ = &NoCore;
 };
 
 }  // namespace orif

@@ -15,12 +15,12 @@ struct Position {
 }  // namespace
 
 bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept {
-  const auto trail = TrailOf("GetValue");
+  const HeldTrail<Item> trail(*this, "GetValue");
   return trail.Guarded(false, [&] {
     trail.Traced(lines_.enter, Shown(" Xyzwpr", position.Xyzwpr), ",",
                  Shown("Config", position.Config), ",", Shown("Joint", position.Joint));
     if (!Valid()) {
-      if (lines_.invalidRead != nullptr) trail.Always(lines_.invalidRead);
+      if (lines_.invalid != nullptr) trail.Always(lines_.invalid);
       return false;
     }
     if (lines_.checksArrays) {
@@ -62,13 +62,13 @@ bool PositionItem::ReadJoint(std::int32_t index, const FloatOutputs& floats, std
 }
 
 // The number of joint values handed on is the caller's.
-bool PositionItem::WriteJoint(const Trail<DataItem>& trail, std::int32_t index,
-                              ArrayView<const float> joint, std::int16_t UF,
-                              std::int16_t UT) const {
-  if (!Valid()) return trail.Refuse(lines_.invalidWrite);
+bool WritablePosition::WriteJoint(const Trail<Item>& trail, std::int32_t index,
+                                  ArrayView<const float> joint, std::int16_t UF,
+                                  std::int16_t UT) const {
+  if (!Valid()) return trail.Refuse(lines_.invalid);
   const std::int32_t address = RecordAddress(index);
   if (!BeginsAtZero(joint)) return trail.Refuse(", Err Joint() invalid");
-  const std::int32_t status = Share().Lower()->WriteRJoint(address, joint, UF, UT);
+  const std::int32_t status = Context().Lower()->WriteRJoint(address, joint, UF, UT);
   if (lines_.jointStatus != nullptr) trail.Traced(lines_.jointStatus, status);
   if (status < 0 && !lines_.jointRefusedStatus) {
     trail.Always(lines_.jointRefused);
@@ -81,14 +81,15 @@ bool PositionItem::WriteJoint(const Trail<DataItem>& trail, std::int32_t index,
 }
 
 // The bounds cannot change on the way to the controller, so they are tested once.
-bool PositionItem::WriteXyzwpr(const Trail<DataItem>& trail, std::int32_t index,
-                               ArrayView<const float> xyzwpr, ArrayView<const std::int16_t> config,
-                               std::int16_t UF, std::int16_t UT) const {
-  if (!Valid()) return trail.Refuse(lines_.invalidWrite);
+bool WritablePosition::WriteXyzwpr(const Trail<Item>& trail, std::int32_t index,
+                                   ArrayView<const float> xyzwpr,
+                                   ArrayView<const std::int16_t> config, std::int16_t UF,
+                                   std::int16_t UT) const {
+  if (!Valid()) return trail.Refuse(lines_.invalid);
   if (!Holds(xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
   if (!Holds(config, LeastConfig)) return trail.Refuse(", Err Config() invalid");
   const std::int32_t address = RecordAddress(index);
-  const std::int32_t status = Share().Lower()->WriteRXyzwpr(address, xyzwpr, config, UF, UT);
+  const std::int32_t status = Context().Lower()->WriteRXyzwpr(address, xyzwpr, config, UF, UT);
   if (!Written(status, trail, ", Err WriteRXyzwpr ")) return false;
   trail.Traced(lines_.done);
   return true;

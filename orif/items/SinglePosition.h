@@ -4,12 +4,13 @@
 
 #include <cstdint>
 
-#include "orif/items/PositionItem.h"
+#include "orif/base/ArrayView.h"
+#include "orif/items/DataItem.h"
 #include "orif/orif_export.h"
 
 namespace orif {
 
-class ORIF_EXPORT SinglePosition : public PositionItem {
+class ORIF_EXPORT SinglePosition : public DataItem {
  public:
   /// The position at the last refresh. False for an invalid item, before a good refresh, and for
   /// arrays in which the elements 0 to 8, 0 to 6 and 0 to 8 do not all fit: what fits is written
@@ -28,15 +29,7 @@ class ORIF_EXPORT SinglePosition : public PositionItem {
                      float& J8, float& J9, std::int16_t& UT, std::int16_t& ValidJ) noexcept;
 
  protected:
-  friend class orif::DataTable;
-
-  using PositionItem::PositionItem;
-
-  std::int32_t GetSize() const override { return PositionRecord::Words; }
-  std::int32_t RecordAddress(std::int32_t /*index*/) const override { return StartAddress(); }
-
-  /// The argument by which PositionItem's members mean the single record.
-  static constexpr std::int32_t Only = 0;
+  SinglePosition() = default;
 };
 
 }  // namespace orif

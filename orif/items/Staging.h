@@ -6,19 +6,15 @@
 
 #include "orif/base/ArrayView.h"
 #include "orif/base/Checked.h"
-#include "orif/items/DataItem.h"
+#include "orif/items/Item.h"
 
 namespace orif {
-
-/// The words of the data area, 1 to 16383: the most that an item can be assigned; a larger one
-/// holds no storage for them.
-constexpr std::int32_t MostWords = 16383;
 
 /// Stores the elements of `array` one after the other from `target` on, `stride` places each, by
 /// `store(place, element)`. One that would not lie wholly within `places` is told of with `line`
 /// and ends it; those before stay.
 template <class T, class Store>
-bool Stage(const Trail<DataItem>& trail, const char* line, ArrayView<const T> array,
+bool Stage(const Trail<Item>& trail, const char* line, ArrayView<const T> array,
            std::int32_t target, std::int32_t stride, std::size_t places, const Store& store) {
   const auto upper = Narrow<std::int32_t>(std::int64_t(places) - 1);
   for (std::int64_t k = 0; k < array.Count(); ++k) {

@@ -5,6 +5,7 @@
 
 #include "orif/base/Checked.h"
 #include "orif/base/Fault.h"
+#include "orif/lowerlayer/InstalledComponent.h"
 #include "orif/platform/platform.h"
 
 namespace orif {
@@ -74,8 +75,7 @@ std::shared_ptr<Dispatch> CreateLoadedCore(const std::string& path) {
   return std::make_shared<ComponentCore>(component, std::move(object));
 }
 
-std::shared_ptr<Dispatch> CreateComponentCore() {
-  const std::string named = platform::Environment(ComponentVariable);
+std::shared_ptr<Dispatch> CreateComponentCore(const std::string& named) {
   return platform::IsAbsolutePath(named) ? CreateLoadedCore(named) : CreateInstalledCore(named);
 }
 

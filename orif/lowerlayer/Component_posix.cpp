@@ -2,6 +2,7 @@
 
 #include "orif/base/Fault.h"
 #include "orif/lowerlayer/Component.h"
+#include "orif/lowerlayer/InstalledComponent.h"
 
 namespace orif {
 namespace {

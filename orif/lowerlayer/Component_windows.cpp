@@ -1,5 +1,5 @@
 #include "orif/lowerlayer/Automation.h"
-#include "orif/lowerlayer/Component.h"
+#include "orif/lowerlayer/InstalledComponent.h"
 
 namespace orif {
 namespace {

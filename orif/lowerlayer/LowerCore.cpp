@@ -5,7 +5,9 @@
 #include <limits>
 #include <type_traits>
 
+#include "orif/base/Checked.h"
 #include "orif/base/Variant.h"
+#include "orif/lowerlayer/DispId.h"
 
 namespace orif {
 namespace {

@@ -1,7 +1,8 @@
 // The lower core object with one typed member per operation: arguments are narrowed to what the
 // operation takes, results converted to what it answers. Nothing else in the library invokes a
 // number. Members throw a Fault for a number that does not fit, an array that does not reach as far
-// as its count, and whatever the object throws; a refusal is the status that they return.
+// as its count, and whatever the object throws; a refusal is the status that they return. Hold a
+// Ref during every call: the host may release the object while it runs.
 #pragma once
 
 #include <cstdint>
@@ -11,15 +12,16 @@
 #include <string_view>
 
 #include "orif/base/ArrayView.h"
+#include "orif/base/Counted.h"
 #include "orif/lowerlayer/DispId.h"
 #include "orif/lowerlayer/Dispatch.h"
 
 namespace orif {
 
-class LowerCoreRef;
-
-class LowerCore {
+class LowerCore : public Counted {
  public:
+  explicit LowerCore(std::shared_ptr<Dispatch> object) : object_(std::move(object)) {}
+
   const std::shared_ptr<Dispatch>& Object() const { return object_; }
 
   void HostName(std::string_view value);
@@ -69,52 +71,11 @@ class LowerCore {
                        std::int32_t count);
 
  private:
-  friend class LowerCoreRef;
-
-  explicit LowerCore(std::shared_ptr<Dispatch> object) : object_(std::move(object)) {}
-
   OrvexValue Method(DispId id, std::span<const OrvexValue> arguments = {});
   OrvexValue Get(DispId id);
   void Put(DispId id, const OrvexValue& value);
 
   std::shared_ptr<Dispatch> object_;
-  std::int32_t references_ = 0;
-};
-
-/// A counted reference to a lower core object; empty until one is given. Whoever calls an operation
-/// holds one for as long as the call lasts, so that letting go of the object meanwhile does not end
-/// it. The count is not atomic: one thread at a time uses a Core and what belongs to it, and a
-/// value read takes one of these.
-class LowerCoreRef {
- public:
-  constexpr LowerCoreRef() = default;
-  explicit LowerCoreRef(std::shared_ptr<Dispatch> object)
-      : core_(new LowerCore(std::move(object))) {
-    ++core_->references_;
-  }
-  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
-  LowerCoreRef(const LowerCoreRef& other) noexcept : core_(other.core_) {
-    if (core_ != nullptr) ++core_->references_;
-  }
-  LowerCoreRef(LowerCoreRef&& other) noexcept : core_(std::exchange(other.core_, nullptr)) {}
-  LowerCoreRef& operator=(const LowerCoreRef& other) noexcept {
-    return *this = LowerCoreRef(other);
-  }
-  LowerCoreRef& operator=(LowerCoreRef&& other) noexcept {
-    std::swap(core_, other.core_);
-    return *this;
-  }
-  constexpr ~LowerCoreRef() {
-    if (core_ != nullptr && --core_->references_ == 0) delete core_;
-  }
-
-  LowerCore* operator->() const { return core_; }
-  LowerCore& operator*() const { return *core_; }
-  // NOLINTEND(clang-analyzer-cplusplus.NewDelete)
-  explicit operator bool() const { return core_ != nullptr; }
-
- private:
-  LowerCore* core_ = nullptr;
 };
 
 }  // namespace orif

@@ -85,7 +85,7 @@ TEST_F(Automation, ResultsOfUnknownTypesAreNumbersOrFaultsWhereTheyAreUsed) {
   probe.answer = [&](auto, VARIANT* result, auto) {
     return result->vt = type, result->llVal = type == VT_DISPATCH ? 0 : 42, S_OK;
   };
-  const LowerCoreRef lower(core);
+  const Ref lower(new LowerCore(core));
   for (const int unusable : {VT_DISPATCH, VT_NULL, VT_ERROR}) {
     type = static_cast<VARTYPE>(unusable);
     EXPECT_NO_THROW(lower->Reset());

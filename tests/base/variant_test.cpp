@@ -6,6 +6,8 @@
 #include <limits>
 #include <optional>
 
+#include "orif/base/Checked.h"
+
 namespace orif {
 namespace {
 

@@ -1,3 +1,5 @@
+#include "orif/datatable/Table.h"
+#include "orif/items/PosRegXyzwpr.h"
 #include "tests/support/Transcript.h"
 
 namespace orif::test {
@@ -424,45 +426,30 @@ TEST_F(MultiGroup, IsStagedAndSentAsOneBlock) {
   RUN(item->SetValueJoint(1, 1, six), item->Update());
 }
 
-// A table as no client can make one, for an item that is out of the ordinary.
-class StandIn : public ItemOwner {
- public:
-  bool core = true;
+// A Core as no client can make one, for a table and an item that are out of the ordinary.
+struct StandIn : TableOwner {
+  const CoreContext& Context() const noexcept override { return context; }
+  std::int32_t ConnectState() const noexcept override { return state; }
+  void ReleaseDataTable2() noexcept override {}
+
+  CoreContext context;
   std::int32_t state = 1;
-  CoreShare share;
-
-  StandIn() { share_ = &share; }
-  std::shared_ptr<orif::DataTable> Table() noexcept override { return nullptr; }
-  std::int32_t TableID() const noexcept override { return 99; }
-  bool HasCore() const noexcept override { return core; }
-  std::int32_t CoreConnectState() const override { return state; }
-  std::int32_t NextAddr() const noexcept override { return 1; }
-  bool GetLastDataShort(std::int32_t, std::int16_t&) noexcept override { return false; }
-  bool GetLastDataLong(std::int32_t, std::int32_t&) noexcept override { return false; }
-  bool GetLastDataFloat(std::int32_t, float&) noexcept override { return false; }
-  bool GetLastDataString(std::int32_t, std::string&, std::int32_t) noexcept override {
-    return false;
-  }
-  bool GetLastDataPos(std::int32_t, const PositionOutput&) noexcept override { return false; }
-};
-
-class LooseItem : public DataPosRegXyzwpr {
- public:
-  using DataPosRegXyzwpr::SetDataTable;
 };
 
 TEST_F(Positions, TheDiagnosisHasAWordForEveryCase) {
-  LooseItem item;
-  RUN(item.Update());
-  const auto owner = std::make_shared<StandIn>();
-  item.SetDataTable(owner);
-  owner->share.debugLog = true;
+  const auto item = MakeShared<PosRegXyzwpr>();
+  RUN(item->Update());
+  StandIn owner;
+  const auto loose = MakeShared<Table>();
+  loose->OwnerCore(&owner);
+  item->SetDataTable(loose);
+  owner.context.debugLog = true;
   for (const std::int32_t state : {0, 1, 2, 7}) {
-    owner->state = state;
-    RUN(item.Update());
+    owner.state = state;
+    RUN(item->Update());
   }
-  owner->core = false;
-  RUN(item.Update());
+  loose->OwnerCore(nullptr);
+  RUN(item->Update());
 }
 
 }  // namespace

@@ -111,7 +111,7 @@ class Cell : public orif::test::Sheet<testing::Test> {
   Network network;
   // 20 numeric, 5 position and 4 string registers, 2 groups, 3 user frames.
   Controller& robot = network.AddController("cell", {20, 5, 4, 2, 3});
-  LowerCoreRef core{network.Factory()()};
+  Ref<LowerCore> core{new LowerCore(network.Factory()())};
 };
 
 TEST_F(Cell, IsAssignedPieceByPiece) {
@@ -223,7 +223,7 @@ TEST_F(Cell, ShowsPositionsThroughWindows) {
 }
 
 TEST_F(Cell, ConnectsToKnownHosts) {
-  LowerCoreRef other(network.Factory()());
+  Ref other(new LowerCore(network.Factory()()));
   RUN(other->PortNumber(), other->TimeOutValue(), other->Connect(), other->HostName("CELL"),
       other->Connect(), other->LastErrorText(), void(network.AddController("CELL")));
   Say("each object has an assignment of its own, and each connection");

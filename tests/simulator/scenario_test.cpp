@@ -39,7 +39,7 @@ class ScenarioFile : public orif::test::Sheet<testing::Test> {
   std::string Connect(Time after) {
     cell.network.Advance(after);
     core.emplace(cell.network.Factory());
-    if (!core->Connect("cell")) return LowerCoreRef(core->GetLib())->LastErrorText();
+    if (!core->Connect("cell")) return LowerCore(core->GetLib()).LastErrorText();
     table = core->DataTable();
     numbers = table->AddNumReg(NUMREG_REAL, 1, 10);
     shift = table->AddString(STRREG, 3, 3);
@@ -48,7 +48,7 @@ class ScenarioFile : public orif::test::Sheet<testing::Test> {
   }
   std::string Read(Time after) {
     cell.network.Advance(after);
-    if (!table->Refresh()) return LowerCoreRef(core->GetLib())->LastErrorText();
+    if (!table->Refresh()) return LowerCore(core->GetLib()).LastErrorText();
     Variant parts, warm;
     std::array<std::string, 4> s;
     std::array<std::int16_t, 11> n{};

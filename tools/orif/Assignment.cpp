@@ -7,15 +7,13 @@
 #include <sstream>
 #include <type_traits>
 
-#include "orif/base/Convert.h"
-#include "orif/items/PositionRecord.h"
+#include "orif/items/DataArea.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
+#include "tools/orif/UpperCase.h"
 
 namespace orif::tool {
 namespace {
-
-constexpr std::size_t LongestText = 80;  // bytes
 
 bool Has(std::span<const std::string_view> names, std::string_view name) {
   return std::ranges::find(names, name) != names.end();
@@ -52,9 +50,9 @@ Value RegisterValue(Assignment& assignment, const std::string& text) {
 }
 
 Value TextValue(const Assignment& assignment, const std::string& text) {
-  if (text.size() > LongestText) {
+  if (text.size() > DataArea::TextBytes) {
     assignment.Refuse("the text has " + std::to_string(text.size()) + " bytes; " +
-                      std::to_string(LongestText) + " is the most");
+                      std::to_string(DataArea::TextBytes) + " is the most");
   }
   return text;
 }
@@ -62,7 +60,7 @@ Value TextValue(const Assignment& assignment, const std::string& text) {
 Value BitValue(const Assignment& assignment, const std::string& text) {
   static const std::map<std::string, bool> words{
       {"ON", true}, {"1", true}, {"OFF", false}, {"0", false}};
-  const auto word = words.find(convert::UpperCase(text));
+  const auto word = words.find(UpperCase(text));
   if (word == words.end()) assignment.Refuse("a bit signal is on, off, 1 or 0");
   return word->second;
 }
@@ -78,9 +76,9 @@ void ParsePosition(Assignment& assignment, const std::string& text) {
   for (std::string part; std::getline(parts, part, ',');) {
     const auto colon = part.find(':');
     const std::string value = colon == std::string::npos ? "" : part.substr(colon + 1);
-    std::string name = convert::UpperCase(part.substr(0, colon));
+    std::string name = UpperCase(part.substr(0, colon));
     Value parsed;
-    if (name == convert::UpperCase(PositionFields::Config)) {
+    if (name == UpperCase(PositionFields::Config)) {
       name = PositionFields::Config;
       ConfigNumbers(assignment, value);
       parsed = value;

@@ -9,9 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "orif/items/PositionRecord.h"
-#include "orif/items/Staging.h"
-#include "orif/items/TextBlock.h"
+#include "orif/items/DataArea.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Signals.h"
 
@@ -27,28 +25,24 @@ namespace {
 using std::int64_t;
 
 // How many words an item takes. A numeric register without a type is registered in both forms.
-constexpr std::int64_t NumberWords = 2;
-constexpr std::int64_t TaskWords = 18;
-constexpr std::int64_t AlarmWords = 100;
-
 std::int64_t WordsOf(const Designation& designation) {
   const std::int64_t count = std::int64_t{designation.last} - designation.first + 1;
   switch (designation.Is()) {
     case Kind::NumReg:
-      return count * (designation.type ? NumberWords : 2 * NumberWords);
+      return count * (designation.type ? 1 : 2) * DataArea::NumberWords;
     case Kind::PosReg:
     case Kind::CurPos:
-      return count * PositionRecord::Words;
+      return count * DataArea::PositionWords;
     case Kind::StringReg:
-      return count * TextWords;
+      return count * DataArea::TextWords;
     case Kind::SysVar:
-      return designation.type == SYSVAR_POS      ? PositionRecord::Words
-             : designation.type == SYSVAR_STRING ? TextWords
-                                                 : NumberWords;
+      return designation.type == SYSVAR_POS      ? DataArea::PositionWords
+             : designation.type == SYSVAR_STRING ? DataArea::TextWords
+                                                 : DataArea::NumberWords;
     case Kind::Task:
-      return count * TaskWords;
+      return count * DataArea::TaskWords;
     case Kind::Alarm:
-      return std::int64_t{designation.last} * AlarmWords;
+      return std::int64_t{designation.last} * DataArea::AlarmWords;
     default:
       return 0;
   }
@@ -113,14 +107,13 @@ bool DecodeText(DataString& item, Value* column, std::int32_t index) {
 
 bool DecodeTask(DataTask& task, Value* column) {
   // A name that fills its words brings along what lies behind them.
-  constexpr std::size_t LongestName = 16;
   std::string program;
   std::string parent;
   std::int16_t line = 0;
   std::int16_t state = 0;
   if (!task.GetValue(program, line, state, parent)) return false;
-  if (program.size() > LongestName) program.resize(LongestName);
-  if (parent.size() > LongestName) parent.resize(LongestName);
+  if (program.size() > DataArea::ProgramNameBytes) program.resize(DataArea::ProgramNameBytes);
+  if (parent.size() > DataArea::ProgramNameBytes) parent.resize(DataArea::ProgramNameBytes);
   if (program.empty()) return true;
   *column++ = program;
   *column++ = int64_t{line};
@@ -166,12 +159,12 @@ Readout::Readout(Session& session, std::vector<Designation> designations, bool c
                   "'" + designation.text + "': signals end at " + std::to_string(MostSignals));
     }
     words += WordsOf(designation);
-    if (comments && designation.symbol->comment) words += count * TextWords;
+    if (comments && designation.symbol->comment) words += count * DataArea::TextWords;
   }
-  if (words > MostWords) {
+  if (words > DataArea::LastWord) {
     throw Error(Exit::Usage, "these items take " + std::to_string(words) +
                                  " words of the controller's data area, which has " +
-                                 std::to_string(MostWords) + "; name fewer at a time");
+                                 std::to_string(DataArea::LastWord) + "; name fewer at a time");
   }
   refreshes_ = words > 0;
   for (std::size_t i = 0; i < designations_.size(); ++i) Register(i, comments);

@@ -5,10 +5,8 @@
 #include <regex>
 #include <utility>
 
-#include "orif/base/Guard.h"
-#include "orif/diag/modOrif.h"
 #include "orif/lowerlayer/Component.h"
-#include "orif/lowerlayer/LowerCore.h"
+#include "orif/lowerlayer/DispId.h"
 #include "simulator/Demo.h"
 #include "simulator/scenario/Scenario.h"
 #include "tools/orif/Error.h"
@@ -19,8 +17,8 @@ namespace {
 
 // The trail's text has no line end behind its first line: the time and the thread that begin the
 // second one tell where that is.
-void PrintTrail(std::ostream& out) {
-  const std::string trail = std::regex_replace(modOrif::AllMessages(), std::regex("\r\n"), "\n");
+void PrintTrail(std::ostream& out, const std::string& messages) {
+  const std::string trail = std::regex_replace(messages, std::regex("\r\n"), "\n");
   if (trail.empty()) return;
   const std::regex lineStart(R"([0-9]{1,2}[^0-9][0-9]{2}[^0-9][0-9]{2}( [^ ]+)? [0-9]+ \[)");
   std::smatch second;
@@ -92,11 +90,12 @@ Cell::Cell(Connection connection) : connection_(std::move(connection)) {
 }
 
 Cell::~Cell() {
-  if (connection_.trail) PrintTrail(std::cerr);
+  if (connection_.trail) PrintTrail(std::cerr, trail_);
 }
 
 Session::Session(Cell& cell)
-    : core_(cell.Simulated() != nullptr ? std::make_unique<orif::Core>(cell.Simulated()->Factory())
+    : cell_(cell),
+      core_(cell.Simulated() != nullptr ? std::make_unique<orif::Core>(cell.Simulated()->Factory())
                                         : std::make_unique<orif::Core>()) {
   if (core_->GetLib() == nullptr) {
     throw tool::Error(Exit::NoConnection,
@@ -115,10 +114,18 @@ Session::Session(Cell& cell)
   }
 }
 
+Session::~Session() { cell_.KeepTrail(core_->GetDebugMessages()); }
+
 std::string Session::LastError() {
-  std::string text;
-  Guarded([&] { text = LowerCoreRef(core_->GetLib())->LastErrorText(); });
-  return text.empty() ? "no reason given" : text;
+  constexpr auto Operation = static_cast<std::int32_t>(DispId::LastErrorText);
+  try {
+    const OrvexValue text = core_->GetLib()->Invoke(Operation, ORVEX_GET, {});
+    if (text.kind == ORVEX_TEXT && text.count > 0) {
+      return {text.as.text, static_cast<std::size_t>(text.count)};
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): then there is none
+  }
+  return "no reason given";
 }
 
 tool::Error Session::Refusal(const std::string& what) {

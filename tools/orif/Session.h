@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "orif/orif.h"
 #include "simulator/Network.h"
@@ -51,9 +52,13 @@ class Cell {
   /// The simulated network; null for a real controller.
   sim::Network* Simulated() { return network_ ? &*network_ : nullptr; }
 
+  /// What the trail says when a session ends.
+  void KeepTrail(std::string text) { trail_ = std::move(text); }
+
  private:
   Connection connection_;
   std::optional<sim::Network> network_;
+  std::string trail_;
 };
 
 class Session {
@@ -61,6 +66,9 @@ class Session {
   /// Connects. Throws an Error, Exit::NoConnection, that says what the lower layer said and what to
   /// do.
   explicit Session(Cell& cell);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
 
   orif::Core& Core() { return *core_; }
   orif::DataTable& Table() { return *table_; }
@@ -72,6 +80,7 @@ class Session {
   tool::Error Refusal(const std::string& what);
 
  private:
+  Cell& cell_;
   std::unique_ptr<orif::Core> core_;
   std::shared_ptr<orif::DataTable> table_;
 };

@@ -6,7 +6,6 @@
 #include <iostream>
 #include <span>
 
-#include "orif/base/Convert.h"
 #include "tools/orif/Assignment.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
@@ -14,6 +13,7 @@
 #include "tools/orif/Readout.h"
 #include "tools/orif/Signals.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/UpperCase.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {
@@ -225,7 +225,7 @@ bool Confirmed(const std::string& host, std::size_t count) {
             << std::flush;
   std::string answer;
   std::getline(std::cin, answer);
-  return convert::UpperCase(answer) == "Y" || convert::UpperCase(answer) == "YES";
+  return UpperCase(answer) == "Y" || UpperCase(answer) == "YES";
 }
 
 std::string Names(std::span<const Change> changes) {

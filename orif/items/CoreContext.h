@@ -10,12 +10,12 @@
 
 namespace orif {
 
-struct CoreShare {
-  LowerCoreRef lowerCore;
+struct CoreContext {
+  Ref<LowerCore> lowerCore;
   bool debugLog = false;
 
   /// The lower core object for one call. Throws a Fault when there is none.
-  LowerCoreRef Lower() const {
+  Ref<LowerCore> Lower() const {
     if (!lowerCore) throw Fault(Fault::ObjectNotSet);
     return lowerCore;
   }
@@ -24,6 +24,6 @@ struct CoreShare {
   std::string LastErrorText() const { return lowerCore ? Lower()->LastErrorText() : std::string(); }
 };
 
-inline constinit const CoreShare NoCore{};
+extern const CoreContext NoCore;
 
 }  // namespace orif

@@ -1,0 +1,64 @@
+// Objects that stay as long as somebody refers to them: the lower core object while it is called,
+// tables and items while one of their members runs. Such a call may run the host's code, which may
+// let go of the object. The count is not atomic, since a value read takes part in it: all
+// references to an object are in one unit, which one thread uses at a time.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+namespace orif {
+
+/// What can be referred to with a Ref derives from it.
+class Counted {
+ public:
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+ protected:
+  Counted() = default;
+  ~Counted() = default;
+
+ private:
+  template <class T>
+  friend class Ref;
+  mutable std::int32_t references_ = 0;
+};
+
+/// A reference to a `T`, or none. The last one that goes deletes the object.
+template <class T>
+class Ref {
+ public:
+  constexpr Ref() = default;
+  explicit Ref(T* object) noexcept : object_(object) {
+    if (object_ != nullptr) ++object_->references_;
+  }
+  Ref(const Ref& other) noexcept : Ref(other.object_) {}
+  Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+  Ref& operator=(Ref other) noexcept {
+    std::swap(object_, other.object_);
+    return *this;
+  }
+  // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete): the analyzer cannot follow the count
+  constexpr ~Ref() {
+    if (object_ != nullptr && --object_->references_ == 0) delete object_;
+  }
+  T* operator->() const { return object_; }
+  T& operator*() const { return *object_; }
+  // NOLINTEND(clang-analyzer-cplusplus.NewDelete)
+  explicit operator bool() const { return object_ != nullptr; }
+
+ private:
+  T* object_ = nullptr;
+};
+
+/// A new object as clients hold it. Their references together are one: the object outlives them
+/// while a member of it runs.
+template <class T, class... Arguments>
+std::shared_ptr<T> MakeShared(Arguments&&... arguments) {
+  auto* const object = new T(std::forward<Arguments>(arguments)...);
+  return std::shared_ptr<T>(object, [held = Ref<T>(object)](T*) mutable { held = {}; });
+}
+
+}  // namespace orif

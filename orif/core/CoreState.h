@@ -1,0 +1,46 @@
+// The rest of a Core, which clients do not see: the lower core object, the tables, the state of the
+// connection.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "orif/datatable/Table.h"
+#include "orif/datatable/TableOwner.h"
+#include "orif/diag/Trail.h"
+#include "orif/items/CoreContext.h"
+#include "orif/lowerlayer/Dispatch.h"
+
+namespace orif {
+
+struct CoreState final : TableOwner {
+  CoreState() noexcept;
+
+  static std::string_view ClassName() noexcept { return "Core"; }
+  std::int32_t ObjectID() const noexcept { return objectId; }
+  bool DebugLog() const noexcept { return context.debugLog; }
+
+  // Throw a Fault where there is no lower core object.
+  void CreateLowerCore();
+  void CreateFirstTable();
+  std::shared_ptr<Table> CreateTable(std::int32_t startAddr);
+
+  // For the tables.
+  const CoreContext& Context() const noexcept override { return context; }
+  std::int32_t ConnectState() const noexcept override;
+  void ReleaseDataTable2() noexcept override;
+
+  CoreContext context;
+  DispatchFactory factory;
+  std::shared_ptr<Table> table;
+  std::shared_ptr<Table> table2;
+  std::string hostName;
+  std::int16_t clientKey;
+  bool connected = false;
+  std::int32_t objectId;
+  std::int32_t connectState;
+};
+
+}  // namespace orif
