@@ -17,9 +17,8 @@ constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
 class Transcript : public Sheet<RecordedCore> {
  protected:
   template <class Call>
-  void Run(const char* text, const Call& call) {
+  void Run(const Call& call) {
     lower->Calls();
-    sheet_ << text;
     const Lines lines = Trail([&] {
       if constexpr (std::is_void_v<decltype(call())>)
         call();
