@@ -24,9 +24,7 @@ TEST_F(CoreTest, TellsTheLowerLayerItsKey) {
 }
 
 TEST_F(CoreTest, ConnectsOnceInItsLife) {
-  core.DebugLog(true);
-  RUN(core.Connect("robot"));
-  core.DebugLog(false);
+  TRACED(core.Connect("robot"));
   RUN(core.Connect("robot"));
   RUN(core.Disconnect());
   RUN(core.Connect("robot"));
@@ -34,9 +32,7 @@ TEST_F(CoreTest, ConnectsOnceInItsLife) {
 
 TEST_F(CoreTest, AFailedConnectCountsAsConnected) {
   lower->On(DispId::Connect, -2);
-  core.DebugLog(true);
-  RUN(core.Connect("nowhere"));
-  core.DebugLog(false);
+  TRACED(core.Connect("nowhere"));
   RUN(core.IsConnected());
   RUN(core.ConnectState());
   RUN(core.Connect("nowhere"));
@@ -46,14 +42,12 @@ TEST_F(CoreTest, ATextThatCannotBeHadEndsTheMemberThatWantsIt) {
   lower->Throw(DispId::LastErrorText, "gone");
   Say("once the status is there the Core counts as connected");
   lower->On(DispId::Connect, 1);
-  core.DebugLog(true);
-  RUN(core.Connect("robot"));
-  RUN(core.ConnectState());
-  RUN(core.IsConnected());
+  TRACED(core.Connect("robot"));
+  TRACED(core.ConnectState());
+  TRACED(core.IsConnected());
   lower->On(DispId::SendCommand, 3);
-  RUN(core.ClearAlarm());
+  TRACED(core.ClearAlarm());
   Say("nobody wants it while the Core is not traced");
-  core.DebugLog(false);
   RUN(core.ClearAlarm());
 }
 
@@ -77,9 +71,7 @@ TEST_F(CoreTest, DisconnectKillsTheFirstTableAndLeavesTheSecond) {
   const auto table2 = core.DataTable2();
   const auto second = table2->AddNumReg(NUMREG_INT, 1, 1);
   lower->On(DispId::Disconnect, -5);
-  core.DebugLog(true);
-  RUN(core.Disconnect());
-  core.DebugLog(false);
+  TRACED(core.Disconnect());
   RUN(table->Valid());
   RUN(first->Valid());
   RUN(table2->Valid());
@@ -102,9 +94,8 @@ TEST_F(CoreTest, ClearAlarmSendsTheCommandWhileConnected) {
   RUN(core.ClearAlarm());
   RUN(core.ClearAlarm(2));
   RUN(core.ClearAlarm(-3));
-  core.DebugLog(true);
   lower->On(DispId::SendCommand, 3);
-  RUN(core.ClearAlarm());
+  TRACED(core.ClearAlarm());
 }
 
 TEST_F(CoreTest, PassesSettingsThroughUnchanged) {

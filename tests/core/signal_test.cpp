@@ -41,8 +41,7 @@ TEST_F(SignalIo, EveryMemberHasItsOperationAndItsSuccess) {
     RUN(core.ReadGI(1, groups, 4));
     RUN(core.WriteGI(1, groups, 4));
   }
-  core.DebugLog(true);
-  RUN(core.WriteGO(1, groups, 4));
+  TRACED(core.WriteGO(1, groups, 4));
 }
 
 TEST_F(SignalIo, BlocksIndicesAndCounts) {
@@ -97,11 +96,9 @@ TEST_F(SignalIo, BlocksIndicesAndCounts) {
   core.DebugLog(false);
   Say("faults of the lower layer, and no lower core object");
   lower->Throw(DispId::ReadUI, "broken");
-  core.DebugLog(true);
-  RUN(core.ReadUI(1, bits, 1));
+  TRACED(core.ReadUI(1, bits, 1));
   core.Connect("robot");
   core.Disconnect();
-  core.DebugLog(false);
   RUN(core.ReadUI(1, bits, 1));
 }
 

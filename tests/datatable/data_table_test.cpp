@@ -5,20 +5,10 @@
 namespace orif::test {
 namespace {
 
-class Table : public Transcript {
- protected:
-  Table() {
-    core.Connect("robot");
-    table = core.DataTable();
-  }
-
-  std::shared_ptr<DataTable> table;  // ID 3
-};
+using Table = TableTranscript;
 
 TEST_F(Table, RegistersAnItemInThreeSteps) {
-  core.DebugLog(true);
-  RUN(table->AddNumReg(NUMREG_INT, 1, 10));
-  core.DebugLog(false);
+  TRACED(table->AddNumReg(NUMREG_INT, 1, 10));
   RUN(table->AddNumReg(NUMREG_REAL, 5, 6));
   RUN(table->AddNumReg(NUMREG_INT, 3, 3));
   RUN(table->Count());
@@ -33,9 +23,7 @@ TEST_F(Table, ARefusedItemLeavesNothingBehind) {
   RUN(table->AddNumReg(NUMREG_INT, 1, Max));
   Say("refused by the controller, traced");
   lower->On(DispId::SetRAssignment, 7);
-  core.DebugLog(true);
-  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
-  core.DebugLog(false);
+  TRACED(table->AddNumReg(NUMREG_INT, 1, 1));
   Say("a fault of the lower layer");
   lower->Throw(DispId::SetRAssignment, "broken");
   RUN(table->AddNumReg(NUMREG_INT, 1, 1));
@@ -172,13 +160,11 @@ TEST_F(Table, RefreshReadsAllWordsAtOnce) {
   RUN(table2->Refresh());
   table2->AddNumReg(NUMREG_INT, 1, 3);
   lower->On(DispId::ReadRShort, 1);
-  core.DebugLog(true);
-  RUN(table->Refresh());
-  RUN(table2->Refresh());
+  TRACED(table->Refresh());
+  TRACED(table2->Refresh());
   lower->On(DispId::ReadRShort, 0);
   lower->On(DispId::LastErrorText, [](auto) { return Text("timed out"); });
-  RUN(table->Refresh());
-  core.DebugLog(false);
+  TRACED(table->Refresh());
   Say("a text that cannot be had, and a fault of the read itself");
   lower->Throw(DispId::LastErrorText, "gone");
   RUN(table->Refresh());

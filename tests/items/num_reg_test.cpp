@@ -6,11 +6,9 @@ namespace {
 using Longs = std::vector<std::int32_t>;
 using Reals = std::vector<float>;
 
-class NumReg : public Transcript {
+class NumReg : public TableTranscript {
  protected:
   NumReg() {
-    core.Connect("robot");
-    table = core.DataTable();
     longs = table->AddNumReg(NUMREG_INT, 1, 10);
     reals = table->AddNumReg(NUMREG_REAL, 5, 6);
     lower->On(DispId::ReadRShort, 1);
@@ -22,7 +20,6 @@ class NumReg : public Transcript {
     lower->On(DispId::WriteRFloat, -4);
   }
 
-  std::shared_ptr<DataTable> table;   // ID 3
   std::shared_ptr<DataNumReg> longs;  // ID 4
   std::shared_ptr<DataNumReg> reals;  // ID 5
   Variant value = "untouched";
@@ -55,10 +52,8 @@ TEST_F(NumReg, WritesOneRegister) {
   RUN(longs->SetValue(2, true));
   RUN(reals->SetValue(6, "2.25"));
   Say("traced; any status that is not negative is success");
-  core.DebugLog(true);
   lower->On(DispId::WriteRLong, 1);
-  RUN(longs->SetValue(3, 5));
-  core.DebugLog(false);
+  TRACED(longs->SetValue(3, 5));
   Say("what it cannot write");
   RUN(longs->SetValue(11, 1));
   RUN(longs->SetValue(1, "seven"));
@@ -72,10 +67,8 @@ TEST_F(NumReg, WritesOneRegister) {
 }
 
 TEST_F(NumReg, WritesARunFromAVariant) {
-  core.DebugLog(true);
-  RUN(longs->SetValues(9, Variant(Longs{7, 8, 9}, -5), 2));
-  RUN(reals->SetValues(5, Variant(Reals{0.5F, 1}), 2));
-  core.DebugLog(false);
+  TRACED(longs->SetValues(9, Variant(Longs{7, 8, 9}, -5), 2));
+  TRACED(reals->SetValues(5, Variant(Reals{0.5F, 1}), 2));
   Say("out of range, too short, or not such an array");
   RUN(longs->SetValues(10, Longs{1, 2}, 2));
   RUN(longs->SetValues(0, Longs{1, 2}, 2));
@@ -91,10 +84,8 @@ TEST_F(NumReg, WritesARunFromAVariant) {
 TEST_F(NumReg, WritesARunFromTheCallersArray) {
   const std::array<std::int32_t, 3> ints{7, 8, 9};
   const std::array<float, 2> floats{0.5F, 1};
-  core.DebugLog(true);
-  RUN(longs->SetValuesInt(8, ints, 3));
-  RUN(reals->SetValuesReal(5, floats, 1));
-  core.DebugLog(false);
+  TRACED(longs->SetValuesInt(8, ints, 3));
+  TRACED(reals->SetValuesReal(5, floats, 1));
   Refuse();
   RUN(longs->SetValuesInt(9, ints, 3));
   RUN(longs->SetValuesInt(1, ints, 4));
@@ -107,10 +98,8 @@ TEST_F(NumReg, WritesARunFromTheCallersArray) {
 
 TEST_F(NumReg, AFaultInATextEndsTheMember) {
   Say("a value that has no text, and a sum that does not fit: before the index is looked at");
-  core.DebugLog(true);
-  RUN(longs->SetValue(0, Longs{1}));
-  RUN(reals->SetValues(Max, Reals{1}, 1));
-  core.DebugLog(false);
+  TRACED(longs->SetValue(0, Longs{1}));
+  TRACED(reals->SetValues(Max, Reals{1}, 1));
   RUN(longs->SetValue(0, Longs{1}));
   Say("a refusal whose text cannot be had");
   Refuse();
@@ -121,12 +110,11 @@ TEST_F(NumReg, AFaultInATextEndsTheMember) {
 }
 
 TEST_F(NumReg, AWriteThatReachedTheRobotIsNotReportedAsFailed) {
-  core.DebugLog(true);
   lower->On(DispId::WriteRLong, [this](auto) {
     table->Kill();  // the item loses its Core half-way
     return Long(0);
   });
-  RUN(longs->SetValue(1, 1));
+  TRACED(longs->SetValue(1, 1));
 }
 
 TEST_F(NumReg, AnItemThatIsDroppedByItsOwnCallStaysUntilItReturns) {

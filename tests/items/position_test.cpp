@@ -6,7 +6,7 @@ namespace orif::test {
 namespace {
 
 // Every word of the last refresh is its own address, and a float is its first word.
-class Positions : public Transcript {
+class Positions : public TableTranscript {
  protected:
   Positions() {
     lower->On(DispId::ReadRShort, [](auto arguments) {
@@ -16,9 +16,11 @@ class Positions : public Transcript {
       return Long(1);
     });
     lower->On(DispId::ShortToFloat, [](auto arguments) { return Real(*arguments[0].as.i2Ref); });
+    lower->On(DispId::WriteRShort, [this](auto arguments) {
+      words.assign(arguments[1].as.i2Ref, arguments[1].as.i2Ref + arguments[2].as.i2);
+      return Long(0);
+    });
     lower->On(DispId::LastErrorText, [](auto) { return Text("no way"); });
-    core.Connect("robot");
-    table = core.DataTable();
   }
 
   void Refresh() {
@@ -56,7 +58,7 @@ class Positions : public Transcript {
                               ValidJ);
   }
 
-  std::shared_ptr<DataTable> table;  // ID 3
+  std::vector<std::int16_t> words;  // of the last write of words
   std::array<float, 9> xyzwpr{};
   std::array<std::int16_t, 9> config{};
   std::array<float, 9> joint{};
@@ -69,13 +71,11 @@ class Positions : public Transcript {
 };
 
 TEST_F(Positions, AreRegistered) {
-  core.DebugLog(true);
-  RUN(table->AddPosReg(POSREG, 1, 1, 10));
-  RUN(table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 4));
-  RUN(table->AddCurPos(CURPOS, 1));
-  RUN(table->AddSysVarPos(SYSVAR_POS, "$NAME"));
-  RUN(table->AddPosRegMG(POSREGMG, "c,J6", 1, 10));
-  core.DebugLog(false);
+  TRACED(table->AddPosReg(POSREG, 1, 1, 10));
+  TRACED(table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 4));
+  TRACED(table->AddCurPos(CURPOS, 1));
+  TRACED(table->AddSysVarPos(SYSVAR_POS, "$NAME"));
+  TRACED(table->AddPosRegMG(POSREGMG, "c,J6", 1, 10));
   RUN(table->AddPosReg(POSREG, 2, 5, 5));
   RUN(table->AddPosRegXyzwpr(POSREG_XYZWPR, 3, 7, 7));
   RUN(table->AddCurPosUF(CURPOS, 2, 3));
@@ -115,9 +115,7 @@ TEST_F(Positions, AreRefusedByTheController) {
   lower->On(DispId::SetRAssignment, 5);
   RUN(table->AddPosReg(POSREG, 1, 1, 1));
   RUN(table->AddSysVarPos(SYSVAR_POS, "$NAME"));
-  core.DebugLog(true);
-  RUN(table->AddCurPos(CURPOS, 1));
-  core.DebugLog(false);
+  TRACED(table->AddCurPos(CURPOS, 1));
   Say("a refused second piece: the words of the first stay used");
   int pieces = 0;
   lower->On(DispId::SetRAssignment, [&](auto) { return Long(++pieces == 2 ? 5 : 0); });
@@ -149,10 +147,8 @@ TEST_F(Positions, RegistersAreRead) {
   table->AddPosReg(POSREG, 2, 1, 1);
   RUN(item->GetValue(5, xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
   Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(6, xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
+  TRACED(item->GetValue(6, xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
   ShowAll();
-  core.DebugLog(false);
   Say("an index outside the range means what lies there");
   RUN(item->GetValue(7, xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
   SHOW(UT);
@@ -211,14 +207,12 @@ TEST_F(Positions, RegistersAreWritten) {
   RUN(item->SetValueJoint2(5, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2));
   RUN(item->SetValueXyzwpr(5, nine, seven, 1, 2));
   RUN(item->SetValueXyzwpr2(6, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7, 1, 2));
-  core.DebugLog(true);
-  RUN(item->SetValueJoint(5, nine, 1, 2));
-  RUN(item->SetValueXyzwpr(5, nine, seven, 1, 2));
+  TRACED(item->SetValueJoint(5, nine, 1, 2));
+  TRACED(item->SetValueXyzwpr(5, nine, seven, 1, 2));
   lower->On(DispId::WriteRJoint, -3);
   lower->On(DispId::WriteRXyzwpr, -3);
-  RUN(item->SetValueJoint(5, nine, 1, 2));
-  RUN(item->SetValueXyzwpr(5, nine, seven, 1, 2));
-  core.DebugLog(false);
+  TRACED(item->SetValueJoint(5, nine, 1, 2));
+  TRACED(item->SetValueXyzwpr(5, nine, seven, 1, 2));
   RUN(item->SetValueJoint(5, nine, 1, 2));
   Say("bounds");
   RUN(item->SetValueJoint(5, ArrayView<const float>(nine.data(), 1, 9), 1, 2));
@@ -247,9 +241,7 @@ TEST_F(Positions, CurrentPositionIsRead) {
   const auto item = table->AddCurPos(CURPOS, 2);
   RUN(item->Group());
   Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
-  core.DebugLog(false);
+  TRACED(item->GetValue(xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
   ShowAll();
   Forget();
   RUN(FlatXyzwpr(*item));
@@ -268,12 +260,10 @@ TEST_F(Positions, AVariableIsReadAndWritten) {
   const auto item = table->AddSysVarPos(SYSVAR_POS, "$Name");
   RUN(item->SysVarName());
   Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
+  TRACED(item->GetValue(xyzwpr, config, joint, UF, UT, ValidC, ValidJ));
   ShowAll();
-  RUN(item->SetValueJoint(ArrayView<const float>(nine.data(), 0, 5), 1, 2));
-  RUN(item->SetValueXyzwpr(nine, seven, 1, 2));
-  core.DebugLog(false);
+  TRACED(item->SetValueJoint(ArrayView<const float>(nine.data(), 0, 5), 1, 2));
+  TRACED(item->SetValueXyzwpr(nine, seven, 1, 2));
   Forget();
   RUN(FlatXyzwpr(*item));
   RUN(FlatJoint(*item));
@@ -305,19 +295,12 @@ TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
                   arguments[2].as.r4Ref + arguments[1].as.i2 * arguments[3].as.i2);
     return Long(0);
   });
-  const auto sent = [&] {
-    std::string text;
-    for (const float value : floats) text += Show(value) + " ";
-    return text;
-  };
   const auto item = table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 4);
   RUN(item->Update());
-  core.DebugLog(true);
-  RUN(item->SetValueXyzwpr(3, nine, seven));
-  RUN(item->SetValueXyzwpr2(2, 11, 12, 13, 14, 15, 16, 17, 18, 19, 1, 2, 3, 4, 5, 6, 7));
-  RUN(item->Update());
-  SHOW(sent());
-  core.DebugLog(false);
+  TRACED(item->SetValueXyzwpr(3, nine, seven));
+  TRACED(item->SetValueXyzwpr2(2, 11, 12, 13, 14, 15, 16, 17, 18, 19, 1, 2, 3, 4, 5, 6, 7));
+  TRACED(item->Update());
+  SHOW(floats);
   RUN(item->Update());
   Say("a longer array runs on; one that runs past the end leaves what fits, and the range widened");
   std::array<float, 12> twelve{21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32};
@@ -326,11 +309,11 @@ TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
   RUN(item->SetValueXyzwpr(4, twelve, seven));
   RUN(item->SetValueXyzwpr(4, nine, eight));
   RUN(item->Update());
-  SHOW(sent());
+  SHOW(floats);
   Say("a reset leaves the last floats, two for each register in number");
   RUN(item->SetValueXyzwpr(4, ArrayView<const float>(nine.data(), -2, 3), seven));
   RUN(item->Update());
-  SHOW(sent());
+  SHOW(floats);
   Say("refused: what is staged stays");
   item->SetValueXyzwpr(1, nine, seven);
   lower->On(DispId::WriteRXyzwprConfig, -6);
@@ -354,11 +337,6 @@ TEST_F(Positions, CartesianRegistersAreStagedAndSentAtOnce) {
 }
 
 TEST_F(Positions, ABlockOfTheWholeAreaIsStagedToItsLastWord) {
-  std::vector<std::int16_t> words;
-  lower->On(DispId::WriteRShort, [&](auto arguments) {
-    words.assign(arguments[1].as.i2Ref, arguments[1].as.i2Ref + arguments[2].as.i2);
-    return Long(0);
-  });
   const auto cartesian = table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655);
   RUN(cartesian->SetValueXyzwpr(655, nine, seven));
   RUN(cartesian->Update());
@@ -394,11 +372,9 @@ class MultiGroup : public Positions {
 TEST_F(MultiGroup, IsRead) {
   RUN(item->GroupCount());
   Refresh();
-  core.DebugLog(true);
-  RUN(Joint(2, 1, joint));
-  RUN(Xyzwpr(2, 2));
+  TRACED(Joint(2, 1, joint));
+  TRACED(Xyzwpr(2, 2));
   ShowAll();
-  core.DebugLog(false);
   Say("what the group or the index forbids");
   RUN(Joint(1, 0, joint));
   RUN(Joint(1, 4, joint));
@@ -430,25 +406,13 @@ TEST_F(MultiGroup, IsRead) {
 }
 
 TEST_F(MultiGroup, IsStagedAndSentAsOneBlock) {
-  std::vector<std::int16_t> words;
-  lower->On(DispId::WriteRShort, [&](auto arguments) {
-    words.assign(arguments[1].as.i2Ref, arguments[1].as.i2Ref + arguments[2].as.i2);
-    return Long(0);
-  });
-  const auto sent = [&] {
-    std::string text;
-    for (const std::int16_t word : words) text += Show(word) + " ";
-    return text;
-  };
   const std::array<float, 6> six{1, 2, 3, 4, 5, 6};
-  core.DebugLog(true);
-  RUN(item->SetValueJoint(2, 1, six));
-  RUN(item->SetValueXyzwpr(1, 2, nine, seven));
+  TRACED(item->SetValueJoint(2, 1, six));
+  TRACED(item->SetValueXyzwpr(1, 2, nine, seven));
+  TRACED(item->Update());
+  SHOW(words);
   RUN(item->Update());
-  SHOW(sent());
-  core.DebugLog(false);
-  RUN(item->Update());
-  SHOW(sent());
+  SHOW(words);
   RUN(Joint2(1));
   RUN(Joint2(3));
   RUN(item->SetValueXyzwpr2(2, 2, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1, 2, 3, 4, 5, 6, 7));
@@ -492,7 +456,7 @@ TEST_F(Positions, TheDiagnosisHasAWordForEveryCase) {
   const auto item = MakeShared<PosRegXyzwpr>();
   RUN(item->Update());
   StandIn owner;
-  const auto loose = MakeShared<Table>();
+  const auto loose = MakeShared<orif::Table>();
   loose->OwnerCore(&owner);
   item->SetDataTable(loose);
   owner.context.debugLog = true;

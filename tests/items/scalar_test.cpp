@@ -7,7 +7,7 @@
 namespace orif::test {
 namespace {
 
-class Scalars : public Transcript {
+class Scalars : public TableTranscript {
  protected:
   Scalars() {
     lower->On(DispId::ReadRShort, [this](auto arguments) {
@@ -22,8 +22,6 @@ class Scalars : public Transcript {
       return Long(0);
     });
     lower->On(DispId::LastErrorText, [](auto) { return Text("no way"); });
-    core.Connect("robot");
-    table = core.DataTable();
   }
   // What the controller holds, as bytes from word `address` on.
   void Put(std::int32_t address, std::string_view bytes) {
@@ -36,18 +34,15 @@ class Scalars : public Transcript {
     }
   }
 
-  std::shared_ptr<DataTable> table;  // ID 3
   std::string memory = std::string(40000, '\0');
   std::string sent;
 };
 
 TEST_F(Scalars, AreRegistered) {
-  core.DebugLog(true);
-  RUN(table->AddSysVar(SYSVAR_INT, "$Name"));
-  RUN(table->AddString(STRREG, 1, 10));
-  RUN(table->AddTask(TASK, 1));
-  RUN(table->AddAlarm(ALARM_LIST, 5, 1));
-  core.DebugLog(false);
+  TRACED(table->AddSysVar(SYSVAR_INT, "$Name"));
+  TRACED(table->AddString(STRREG, 1, 10));
+  TRACED(table->AddTask(TASK, 1));
+  TRACED(table->AddAlarm(ALARM_LIST, 5, 1));
   RUN(table->AddSysVar(SYSVAR_REAL, "$NAME"));
   RUN(table->AddSysVar(SYSVAR_STRING, "$NAME"));
   RUN(table->AddTask(TASK_IGNORE_MACRO, 3));
@@ -110,11 +105,9 @@ TEST_F(Scalars, SystemVariables) {
   table->Refresh();
   lower->On(DispId::ShortToLong, -70000);
   lower->On(DispId::ShortToFloat, [](auto) { return Real(2.5F); });
-  core.DebugLog(true);
-  RUN(integer->GetValue(value));
+  TRACED(integer->GetValue(value));
   SHOW(value);
-  RUN(integer->SetValue("12"));
-  core.DebugLog(false);
+  TRACED(integer->SetValue("12"));
   RUN(real->GetValue(value));
   SHOW(value);
   RUN(text->GetValue(value));
@@ -137,8 +130,7 @@ TEST_F(Scalars, SystemVariables) {
   RUN(text->GetValue(value));
   RUN(text->SetValue(1));
   Say("a value that has no text is a fault of the line, before the item is looked at");
-  core.DebugLog(true);
-  RUN(text->SetValue(std::vector<float>{1}));
+  TRACED(text->SetValue(std::vector<float>{1}));
 }
 
 TEST_F(Scalars, TextsAreRead) {
@@ -153,10 +145,8 @@ TEST_F(Scalars, TextsAreRead) {
   Put(139, std::string("ab\0cd", 5));
   Put(179, "\xE4\xF6\xFF");
   table->Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(3, value));
+  TRACED(item->GetValue(3, value));
   SHOW(value);
-  core.DebugLog(false);
   for (std::int32_t i = 4; i <= 8; ++i) {
     RUN(item->GetValue(i, value));
     SHOW(value);
@@ -170,11 +160,9 @@ TEST_F(Scalars, TextsAreRead) {
 TEST_F(Scalars, TextsAreStagedAndSentAtOnce) {
   const auto item = table->AddString(STRREG, 1, 4);
   RUN(item->Update());
-  core.DebugLog(true);
-  RUN(item->SetValue(4, "four"));
-  RUN(item->SetValue(2, "odd"));
-  RUN(item->Update());
-  core.DebugLog(false);
+  TRACED(item->SetValue(4, "four"));
+  TRACED(item->SetValue(2, "odd"));
+  TRACED(item->Update());
   SHOW(sent);
   Say("neighbours in either order");
   RUN(item->SetValue(3, "three"));
@@ -240,13 +228,11 @@ TEST_F(Scalars, Tasks) {
   Put(19, "SIXTEEN_CHARS_16");
   PutNumbers(27, 0x4241, 1);
   table->Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(name, line, state, parent));
+  TRACED(item->GetValue(name, line, state, parent));
   SHOW(name);
   SHOW(line);
   SHOW(state);
   SHOW(parent);
-  core.DebugLog(false);
   RUN(next->GetValue(name, line, state, parent));
   SHOW(name);
   SHOW(line);
@@ -294,9 +280,7 @@ TEST_F(AlarmValues, AreReadByMode) {
   const auto shorter = table->AddAlarm(ALARM_LIST, 2, 1);
   PutNumbers(201, 500, 22);
   table->Refresh();
-  core.DebugLog(true);
-  RUN(Get(*shorter, 2));
-  core.DebugLog(false);
+  TRACED(Get(*shorter, 2));
   SHOW(numbers);
   Say("the severity's last word is the next record's first");
   RUN(Get(*list, 1));

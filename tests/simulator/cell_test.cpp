@@ -234,12 +234,9 @@ TEST_F(Cell, FillsTheRecordsOfTextsTasksAndAlarms) {
   Assign({"1001 300 ALM[1] 1", "1301 22 ALM[E1]@1.11 1", "1401 91 ALM[P1]@1.91 1"});
   RUN(Print(1101, "wwwwwwwwwwwtts"));
   RUN(Read(1201, 291));
-  RUN(Send(""));
-  RUN(Send("CLRALMS"));
-  RUN(Send("CLRALM "));
-  RUN(Send("CLRALM 0"));
-  RUN(Send("CLRALM -1"));
-  RUN(Send("CLRALM x"));
+  for (const char* unknown : {"", "CLRALMS", "CLRALM ", "CLRALM 0", "CLRALM -1", "CLRALM x"}) {
+    RUN(Send(unknown));
+  }
   RUN(Read(1001, 3));
   RUN(Send("CLRALM 2"));
   RUN(Read(1001, 322));
@@ -393,10 +390,7 @@ TEST_F(Cell, FaultsOnWhatIsNoCallAtAll) {
   Reals reals(9);
   OrvexValue noText = Of(command), noWords = Of(words);
   noText.as.text = noWords.as.text = nullptr;
-  RUN(Invoke(0, {}));
-  RUN(Invoke(-1, {}));
-  RUN(Invoke(4, {}));
-  RUN(Invoke(1000, {}));
+  for (const int unknown : {0, -1, 4, 1000}) RUN(Invoke(unknown, {}));
   RUN(Invoke(1, {}, ORVEX_GET));
   RUN(core->Object()->Lookup("writeSI"));
   RUN(Invoke(11, {Of(1)}));

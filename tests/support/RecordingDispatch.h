@@ -65,9 +65,9 @@ class RecordingDispatch : public Dispatch {
   using Arguments = std::span<const OrvexValue>;
   using Answer = std::function<OrvexValue(Arguments)>;
 
-  /// Calls since the last look, for example "13 SetRAssignment(text& SETASG 1 2 R[1] 1.0)", "get 2
-  /// TimeOutValue", "put 1 HostName(text robot)". A reference shows the first element and how many
-  /// may be touched from there.
+  /// Calls since the last look, for example "get 2 TimeOutValue", "put 1 HostName(text robot)",
+  /// "17 WriteRLong(I2 19, I4& 2 x1, I2 1)". A reference shows the first element and how many may
+  /// be touched from there.
   std::vector<std::string> Calls() { return std::exchange(calls_, {}); }
 
   void On(DispId id, Answer answer) { answers_[static_cast<std::int32_t>(id)] = std::move(answer); }

@@ -1,8 +1,8 @@
 // A test that is a list of calls. RUN makes one and writes down the call and what came of it; what
 // that is, the fixture tells in its Run. A call that the same line makes again says which turn it
-// is. The sheet is compared with the one that the test states in Expect or, if it is long, with the
-// file of the test's name in tests/transcripts/; ORIF_WRITE_TRANSCRIPTS=1 writes the file. Either
-// is read and checked by people.
+// is. A short sheet is compared with the text in the test's Expect, a long one with the file of the
+// test's name in tests/transcripts/. People read and check both. ORIF_WRITE_TRANSCRIPTS=1 writes
+// the files; a text is copied from the diff of the failing test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -30,6 +30,7 @@ namespace orif::test {
 template <class Fixture>
 class Sheet : public Fixture {
  protected:
+  // A line is the one that asks: clang 14 has no std::source_location.
   void Begin(const char* call, int line = __builtin_LINE()) {
     At(line) << call;
     if (const int turn = ++turns_[line]; turn > 1) sheet_ << " (turn " << turn << ')';

@@ -10,6 +10,9 @@
 #include "tests/support/RecordedCore.h"
 #include "tests/support/Sheet.h"
 
+/// RUN while the Core's own DebugLog is on.
+#define TRACED(call) (core.DebugLog(true), RUN(call), core.DebugLog(false))
+
 namespace orif::test {
 
 constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
@@ -51,6 +54,17 @@ class Transcript : public Sheet<RecordedCore> {
     for (const T& value : values) text += Show(value) + " ";
     return text;
   }
+};
+
+/// A transcript of the first table of a connected Core.
+class TableTranscript : public Transcript {
+ protected:
+  TableTranscript() {
+    core.Connect("robot");
+    table = core.DataTable();
+  }
+
+  std::shared_ptr<DataTable> table;  // ID 3
 };
 
 }  // namespace orif::test
