@@ -21,6 +21,16 @@ TEST_F(CoreTest, TellsTheLowerLayerItsKey) {
   Say("1024 more does not fit 16 bits");
   RUN(core.ClientID(31744));
   RUN(core.ClientID());
+  Expect(R"(
+core.ClientID() -> 0
+core.ClientID(5)
+    calls 62 SetClientID(I2& 1029 x1)
+core.ClientID() -> 5
+
+-- 1024 more does not fit 16 bits
+core.ClientID(31744)
+core.ClientID() -> 5
+)");
 }
 
 TEST_F(CoreTest, ConnectsOnceInItsLife) {
@@ -96,6 +106,20 @@ TEST_F(CoreTest, ClearAlarmSendsTheCommandWhileConnected) {
   RUN(core.ClearAlarm(-3));
   lower->On(DispId::SendCommand, 3);
   TRACED(core.ClearAlarm());
+  Expect(R"(
+core.ClearAlarm() -> false
+core.ClearAlarm() -> true
+    calls 7 SendCommand(text& CLRALM)
+core.ClearAlarm(2) -> true
+    calls 7 SendCommand(text& CLRALM 2)
+core.ClearAlarm(-3) -> true
+    calls 7 SendCommand(text& CLRALM)
+core.ClearAlarm() -> false
+    calls 7 SendCommand(text& CLRALM); get 64 LastErrorText
+    |[Core.ClearAlarm] ID=2, Enter |
+    |[Core.ClearAlarm] ID=2, no way|
+    |[Core.ClearAlarm] ID=2, Return 3|
+)");
 }
 
 TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
@@ -174,6 +198,20 @@ TEST_F(CoreTest, StandsWithoutALowerCoreObjectAndTriesAgain) {
   RUN(late->Connect("robot"));
   Say("an empty factory: never the installed component instead");
   RUN(late.emplace(DispatchFactory()).Connect("robot"));
+  Expect(R"(
+late.emplace(factory).ObjectID() -> 3
+    |[Core.Class_initialize] ID=3, Err not plugged in|
+late->Connect("robot") -> false
+late->ConnectState() -> 0
+late->DataTable() -> empty
+late->Connect("robot") -> true
+    calls 62 SetClientID(I2& 1031 x1); 65 Reset; put 1 HostName(text robot); 11 Connect
+    |[Core.Connect] ID=3, Create LibCore|
+
+-- an empty factory: never the installed component instead
+late.emplace(DispatchFactory()).Connect("robot") -> false
+    |[Core.Class_initialize] ID=4, Err Object variable not set|
+)");
 }
 
 TEST_F(CoreTest, WhatAClientStillHoldsRefusesWhenTheCoreIsGone) {

@@ -132,6 +132,15 @@ TEST_F(Table, KillDetachesWithoutTellingTheController) {
   RUN(table->AddNumReg(NUMREG_INT, 1, 1));
   RUN(table->Refresh());
   RUN(table->Clear());
+  Expect(R"(
+table->Kill()
+table->Valid() -> false
+item->Valid() -> false
+table->AddNumReg(NUMREG_INT, 1, 1) -> empty
+table->Refresh() -> false
+    |[DataTable.Refresh] ID=3, Err Me.Invalid |
+table->Clear() -> true
+)");
 }
 
 TEST_F(Table, ItemTakesAPositionAndNothingElse) {

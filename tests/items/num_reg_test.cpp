@@ -115,6 +115,11 @@ TEST_F(NumReg, AWriteThatReachedTheRobotIsNotReportedAsFailed) {
     return Long(0);
   });
   TRACED(longs->SetValue(1, 1));
+  Expect(R"(
+longs->SetValue(1, 1) -> true
+    calls 17 WriteRLong(I2 1, I4& 1 x1, I2 1)
+    |[DataNumReg.SetValue] ID=4, Enter R[1], 1|
+)");
 }
 
 TEST_F(NumReg, AnItemThatIsDroppedByItsOwnCallStaysUntilItReturns) {

@@ -235,6 +235,19 @@ TEST_F(Positions, AWriteTellsWhatKeepsItFromTheController) {
   RUN(first->SetValueXyzwpr(1, nine, seven, 1, 2));
   RUN(second->SetValueXyzwpr(1, nine, seven, 1, 2));
   RUN(second->SetValueJoint(1, nine, 1, 2));
+  Expect(R"(
+early->SetValueXyzwpr(1, nine, seven, 1, 2) -> true
+    calls 25 WriteRXyzwpr(I2 1, R4& 1 x9, I2 9, I2& 1 x7, I2 7, I2& 1 x1, I2& 2 x1)
+    |[DataPosReg.SetValueXyzwpr] ID=6, Err not connected yet|
+first->SetValueXyzwpr(1, nine, seven, 1, 2) -> false
+    |[DataPosReg.SetValueXyzwpr] ID=7, Err Core is Nothing|
+    |[DataPosReg.SetValueXyzwpr] ID=7, Err Me.Invalid|
+second->SetValueXyzwpr(1, nine, seven, 1, 2) -> false
+    |[DataPosReg.SetValueXyzwpr] ID=9, Err already disconnedted|
+    |[DataPosReg.SetValueXyzwpr] ID=9, Err Object variable not set|
+second->SetValueJoint(1, nine, 1, 2) -> false
+    |[DataPosReg.SetValueJoint] ID=9, Err Object variable not set|
+)");
 }
 
 TEST_F(Positions, CurrentPositionIsRead) {

@@ -441,6 +441,11 @@ TEST_F(Cell, TakesNoHarmFromHostileArguments) {
     }
   }
   for (const int outcome : outcomes) RUN(outcome > 1000);
+  Expect(R"(
+outcome > 1000 -> true
+outcome > 1000 (turn 2) -> true
+outcome > 1000 (turn 3) -> true
+)");
 }
 
 TEST_F(Cell, IsOfferedByAComponentWithAPlainInterface) {
