@@ -1,13 +1,11 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds with warnings as errors, and runs all tests. An argument chooses another preset
 # than the debug one: release, or sanitize, which clang builds.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 preset=${1:-debug}
 
-scripts/setup.sh g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev nlohmann-json3-dev \
-  libsqlite3-dev sqlite3 gnuplot-nox
-[ "$preset" != sanitize ] || scripts/setup.sh clang libclang-rt-14-dev
+scripts/install-deps.sh
+[ "$preset" != sanitize ] || scripts/install-deps.sh clang
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
 ctest --preset "$preset"

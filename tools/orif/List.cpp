@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "tools/orif/Json.h"
 #include "tools/orif/Text.h"
 
 namespace orif::tool {

@@ -15,10 +15,6 @@
 #include "tools/orif/Readout.h"
 #include "tools/orif/Session.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orif::tool {
 
 /// When to refresh, and how long: for a time, for so many refreshes, or until the user interrupts.
@@ -29,9 +25,6 @@ struct Pace {
   std::optional<Milliseconds> length;
   std::optional<std::int64_t> count;
 };
-
-/// Adds --every, --for and --count.
-void AddPaceOptions(CLI::App& command, Pace& pace);
 
 class Poll {
  public:

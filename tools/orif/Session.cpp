@@ -1,6 +1,5 @@
 #include "tools/orif/Session.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <regex>
 #include <utility>
@@ -40,33 +39,6 @@ std::string ReasonOf(const std::string& line) {
 }
 
 }  // namespace
-
-std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command) {
-  auto connection = std::make_shared<Connection>();
-  Connection& options = *connection;
-  const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
-  add(command.add_option("--host", options.host, "Name or address of the controller"))
-      ->option_text("NAME");
-  add(command.add_option("--port", options.port, "TCP port of the controller"))
-      ->option_text("NUMBER")
-      ->check(CLI::Range(1, 65535));
-  add(command.add_option("--time-out", options.timeOut,
-                         "How long to wait for an answer, 100 or more"))
-      ->option_text("MS")
-      ->check(CLI::Range(100, 3600000));
-  CLI::Option* component = add(command.add_option(
-      "--component", options.component, "The communication component, if it is not installed"));
-  component->option_text("PATH");
-  CLI::Option* simulate = add(command.add_option(
-      "--simulate", options.simulate,
-      "A simulated cell instead: a scenario file (.json), or none for the demonstration cell"));
-  simulate->option_text("[FILE]")->excludes(component);
-  add(command.add_flag("--fast", options.fast, "Simulated time passes without waiting"))
-      ->needs(simulate);
-  add(command.add_flag("--trail", options.trail,
-                       "Print the debug trail to standard error at the end"));
-  return connection;
-}
 
 Cell::Cell(Connection connection) : connection_(std::move(connection)) {
   if (connection_.simulate) {

@@ -1,6 +1,6 @@
-// The way from the command line to a controller: the options that say where to connect, the cell
-// that they mean, and a session, which is one connection to it. A Core connects once in its life,
-// so whoever loses the link makes a new Session of the same Cell.
+// The way to a controller: what the user said about where to connect, the cell that this means, and
+// a session, which is one connection to it. A Core connects once in its life, so whoever loses the
+// link makes a new Session of the same Cell.
 #pragma once
 
 #include <cstdint>
@@ -12,10 +12,6 @@
 #include "orif/orif.h"
 #include "simulator/Network.h"
 #include "tools/orif/Error.h"
-
-namespace CLI {
-class App;
-}
 
 namespace orif::tool {
 
@@ -32,9 +28,6 @@ struct Connection {
 
 /// What "--simulate" without a file means.
 inline constexpr const char* DemoCell = "demo";
-
-/// Adds the options of every command that connects. The Connection is filled when the command runs.
-std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command);
 
 /// What the tool connects to, real or simulated. Made once a run; outlives all Sessions. Prints the
 /// debug trail at its end when that is wanted.

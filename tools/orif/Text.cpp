@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 
 namespace orif::tool {
 namespace {
@@ -96,18 +95,6 @@ std::string CsvLine(std::span<const std::string> fields) {
     line += '"';
   }
   return line + "\r\n";
-}
-
-Json ToJson(const Value& value) {
-  return std::visit(
-      Overloaded{[](std::monostate) { return Json(); },
-                 [](float real) { return std::isfinite(real) ? Json(Widened(real)) : Json(); },
-                 [](const auto& other) { return Json(other); }},
-      value);
-}
-
-std::string JsonText(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace orif::tool

@@ -1,8 +1,7 @@
-// How values are written: for a table, for a CSV file, for JSON. A text is passed on byte by byte
-// but for JSON, where bytes that are no UTF-8 become the replacement character.
+// How values are written: for a table and for a CSV file. A text is passed on byte by byte.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -39,13 +38,5 @@ std::string CsvText(const Value& value);
 
 /// A line of CSV (RFC 4180) with its line end; fields are quoted where that is needed.
 std::string CsvLine(std::span<const std::string> fields);
-
-using Json = nlohmann::ordered_json;
-
-/// Numbers as numbers, null for no value and for what is no finite number.
-Json ToJson(const Value& value);
-
-/// With line breaks and a line end.
-std::string JsonText(const Json& json);
 
 }  // namespace orif::tool

@@ -1,5 +1,4 @@
 // "orif watch": shows items again and again, in place in a terminal, elsewhere a line a refresh.
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -15,12 +14,6 @@
 
 namespace orif::tool {
 namespace {
-
-struct WatchOptions {
-  std::shared_ptr<Connection> connection;
-  std::vector<std::string> items;
-  Pace pace;
-};
 
 /// Which values are others than they were at the refresh before.
 class Changes {
@@ -60,9 +53,11 @@ void PrintLine(const Poll& poll, Link link, const std::vector<bool>& changed) {
   std::cout << std::endl;
 }
 
+}  // namespace
+
 void Watch(const WatchOptions& options) {
   const std::vector<Designation> items = ParseDesignations(options.items);
-  Cell cell(*options.connection);
+  Cell cell(options.connection);
   Poll poll(cell, items, options.pace);
   std::optional<Screen> screen;
   if (platform::IsTerminal(platform::Stream::Output)) screen.emplace();
@@ -79,20 +74,6 @@ void Watch(const WatchOptions& options) {
   // What was seen last stays in sight.
   screen.reset();
   for (const Line& line : Layout(poll.Values())) std::cout << PlainText(line) << '\n';
-}
-
-}  // namespace
-
-void AddWatchCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("watch", "Show items again and again, as they change");
-  const auto options = std::make_shared<WatchOptions>();
-  command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
-      ->required()
-      ->type_name("ITEM");
-  AddPaceOptions(*command, options->pace);
-  options->connection = AddConnectionOptions(*command);
-  command->footer("Example:\n  orif watch 'R[1-10]' 'POS[0]' --every 250ms --host cell1");
-  command->callback([options] { Watch(*options); });
 }
 
 }  // namespace orif::tool

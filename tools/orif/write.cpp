@@ -1,6 +1,5 @@
 // "orif write": checks all assignments, shows what is there and what shall be, asks, writes, and
 // shows what the controller has then.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
 #include <iostream>
@@ -243,11 +242,7 @@ void WriteAll(Session& session, std::span<const Change> changes) {
   }
 }
 
-struct WriteOptions {
-  std::shared_ptr<Connection> connection;
-  std::vector<std::string> assignments;
-  bool yes = false;
-};
+}  // namespace
 
 void Write(const WriteOptions& options) {
   std::vector<Change> changes;
@@ -258,7 +253,7 @@ void Write(const WriteOptions& options) {
                 "nobody to ask: standard input is no terminal; add --yes to write "
                 "without a question");
   }
-  Cell cell(*options.connection);
+  Cell cell(options.connection);
   Session session(cell);
   std::vector<Designation> items;
   for (Change& change : changes) {
@@ -282,23 +277,6 @@ void Write(const WriteOptions& options) {
   if (!readout.Read()) throw session.Refusal("all was written, but could not be read again");
   std::cout << "Written. The controller has now:\n";
   Print(Rows(readout, changes), false);
-}
-
-}  // namespace
-
-void AddWriteCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("write", "Write registers, positions, variables, signals");
-  const auto options = std::make_shared<WriteOptions>();
-  command->add_option("assignments", options->assignments, "What to write, for example R[3]=5")
-      ->required()
-      ->option_text("ITEM=VALUE");
-  command->add_flag("--yes", options->yes, "Write without a question");
-  options->connection = AddConnectionOptions(*command);
-  command->footer(
-      "Values: R[3]=5 writes an integer, R[3]=5.0 a real; DO[4]=on; SR[1]=text; PR[2]=x:400,y:0\n"
-      "or PR[2]=j1:10,j2:20, where parts that are not named keep their values.\n\n"
-      "Example:\n  orif write 'R[3]=5' 'DO[4]=on' --host cell1");
-  command->callback([options] { Write(*options); });
 }
 
 }  // namespace orif::tool
