@@ -4,12 +4,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "simulator/SimulatedCore.h"
+#include "simulator/Operations.h"
 
 namespace orif::sim {
 
 void Misbehaviour::FailNext(std::string_view operation, Failure failure, int times) {
-  if (!SimulatedCore::ReachesController(operation)) {
+  if (!ReachesController(operation)) {
     throw std::invalid_argument("No operation with the controller: " + std::string(operation));
   }
   if (times > 0) orders_.push_back({std::string(operation), std::move(failure), times});

@@ -1,4 +1,6 @@
-// The operations of a simulated core object: what each does, and the table of them all.
+// What each operation of a simulated core object does, and the table of them all.
+#include "simulator/Operations.h"
+
 #include <algorithm>
 #include <array>
 #include <type_traits>
@@ -332,6 +334,12 @@ const SimulatedCore::Operation* SimulatedCore::Find(std::int32_t id, OrvexCall c
   const bool known = call == ORVEX_METHOD || call == ORVEX_GET || call == ORVEX_PUT;
   if (!known || id < 0 || static_cast<std::size_t>(id) >= Index.size()) return nullptr;
   return Index[static_cast<std::size_t>(id)][Table::Slot(call)];
+}
+
+bool ReachesController(std::string_view operation) {
+  const auto& all = SimulatedCore::Table::Operations;
+  const auto found = std::ranges::find(all, operation, &SimulatedCore::Operation::name);
+  return found != all.end() && found->place != SimulatedCore::Operation::Place::Local;
 }
 
 }  // namespace orif::sim

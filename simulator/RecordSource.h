@@ -1,14 +1,19 @@
 // The one implementation of WordSource: a run of equal elements, each a record of words, shown
-// whole or through a window. What an element's words mean is told by a small `Cells` class of each
-// kind of data:
+// whole or through a window. Each kind of data has a small `Cells` class that turns one element
+// into words and back:
 //
-//   static constexpr std::size_t Words;     words of one element
-//   static constexpr ValueKind Kind;        what its words hold
+//   static constexpr std::size_t Words;  // words of one element
+//   static constexpr ValueKind Kind;     // what its words hold
 //   static constexpr bool Writable;
 //   void Load(std::size_t index, std::span<Word, Words> words) const;
-//   void Store(std::size_t index, std::span<const Word, Words> words, Window written);      if
-//   writable std::span<Position> From(std::size_t index, std::size_t count);               if
-//   writable positions
+//
+// If it is writable:
+//
+//   void Store(std::size_t index, std::span<const Word, Words> words, Window written);
+//
+// If its elements are writable positions:
+//
+//   std::span<Position> From(std::size_t index, std::size_t count) const;
 #pragma once
 
 #include <algorithm>

@@ -31,11 +31,6 @@ std::int32_t SimulatedCore::Lookup(std::string_view name) {
   return operation->id;
 }
 
-bool SimulatedCore::ReachesController(std::string_view name) {
-  const auto operation = std::ranges::find(Operations(), name, &Operation::name);
-  return operation != Operations().end() && operation->place != Operation::Place::Local;
-}
-
 std::optional<Failure> SimulatedCore::Obstacle(std::string_view operation,
                                                Controller& controller) const {
   if (auto failure = controller.Misbehave().Take(operation)) return failure;

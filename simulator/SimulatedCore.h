@@ -33,13 +33,12 @@ class SimulatedCore final : public Dispatch {
   /// What SetClientID was last given.
   std::int16_t ClientKey() const { return clientKey_; }
 
-  /// Whether `operation` is answered by the controller, so that it can be made to fail there.
-  static bool ReachesController(std::string_view operation);
-
  private:
   struct Operation;
   struct Handlers;
   struct Table;
+  friend bool ReachesController(std::string_view operation);
+
   static std::span<const Operation> Operations();
   static const Operation* Find(std::int32_t id, OrvexCall call);
 
