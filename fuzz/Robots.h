@@ -23,7 +23,7 @@ inline const sim::Network& Robots(Input& in) {
     }
   }
   auto& robot = *network.Find("robot");
-  robot.Misbehave().Stop();
+  robot.FaultInjection().Stop();
   robot.NumericRegister(1) = in.Value<float>();
   robot.StringRegister(1) = in.Text();
   robot.TaskList() = {{.program = in.Text()}, {.program = "SEARCH", .macro = true}};

@@ -73,14 +73,14 @@ void Call(Input& in, Dispatch& core) {
   if (result.kind == ORVEX_TEXT) std::string(result.as.text, std::size_t(result.count)).clear();
 }
 
-void Misbehave(Input& in, sim::Misbehaviour& robot) {
+void InjectFault(Input& in, sim::FaultInjection& faults) {
   static constexpr std::array Operations{"Connect",    "Disconnect", "SetRAssignment", "ReadRShort",
                                          "WriteRLong", "ReadSDO",    "Reset",          ""};
   const std::size_t form = in.Below(32);
-  if (form == 0) robot.FailNext(in.Pick(Operations), {in.Number(), in.Text()}, in.Number());
-  if (form == 1) robot.AnswerAfter(in.Number());
-  if (form == 2) robot.LoseConnections();
-  if (form == 3) robot.Stop();
+  if (form == 0) faults.FailNext(in.Pick(Operations), {in.Number(), in.Text()}, in.Number());
+  if (form == 1) faults.AnswerAfter(in.Number());
+  if (form == 2) faults.LoseConnections();
+  if (form == 3) faults.Stop();
 }
 
 void Parse(const std::string& text) {
@@ -107,7 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (int calls = 0; calls < 200 && !in.Empty(); ++calls) {
     try {
       Parse(PieceText(in));
-      Misbehave(in, network.Find("robot")->Misbehave());
+      InjectFault(in, network.Find("robot")->FaultInjection());
       Call(in, *in.Pick(cores));
     } catch (const std::exception&) {  // a fault, told to the caller
     }

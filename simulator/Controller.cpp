@@ -24,7 +24,7 @@ void Controller::Advance(Time by) {
   const Time before = std::exchange(now_, now_ + by);
   for (const Behaviour& behaviour : behaviours_) behaviour(*this, before, now_);
   alarms_.Advance(before, now_);
-  misbehaviour_.Advance(now_);
+  faultInjection_.Advance(now_);
 }
 
 OpenedSource Controller::Open(const Piece& piece) {

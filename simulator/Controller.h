@@ -12,7 +12,7 @@
 
 #include "simulator/Alarms.h"
 #include "simulator/Behaviour.h"
-#include "simulator/Misbehaviour.h"
+#include "simulator/FaultInjection.h"
 #include "simulator/NumericRegisters.h"
 #include "simulator/Positions.h"
 #include "simulator/Signals.h"
@@ -81,7 +81,7 @@ class Controller {
   const std::vector<std::string>& Commands() const { return commands_; }
 
   /// Failing, answering late, losing connections.
-  Misbehaviour& Misbehave() { return misbehaviour_; }
+  sim::FaultInjection& FaultInjection() { return faultInjection_; }
 
   /// What the controller does by itself from now on, as if it had done so since its time began.
   void Add(Behaviour behaviour);
@@ -108,7 +108,7 @@ class Controller {
   sim::Alarms alarms_;
   sim::Signals signals_;
   std::vector<std::string> commands_;
-  Misbehaviour misbehaviour_;
+  sim::FaultInjection faultInjection_;
   std::vector<Behaviour> behaviours_;
   Time now_{};
 };

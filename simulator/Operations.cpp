@@ -46,16 +46,16 @@ struct SimulatedCore::Handlers {
     core.DropConnection();
     auto controller = core.network_.Find(core.hostName_);
     if (!controller) return core.Answer(Status::UnknownHost);
-    if (controller->Misbehave().LinkIsDown()) return core.Answer(Status::LinkDown);
+    if (controller->FaultInjection().LinkIsDown()) return core.Answer(Status::LinkDown);
     if (const auto obstacle = core.Obstacle("Connect", *controller)) return core.Answer(*obstacle);
-    core.losses_ = controller->Misbehave().Losses();
+    core.losses_ = controller->FaultInjection().Losses();
     core.controller_ = std::move(controller);
     return core.Answer(Status::Ok);
   }
 
   static OrvexValue Disconnect(SimulatedCore& core, const Arguments&) {
     if (core.controller_) {
-      const auto failure = core.controller_->Misbehave().Take("Disconnect");
+      const auto failure = core.controller_->FaultInjection().Take("Disconnect");
       if (failure) return core.Answer(*failure);
     }
     core.DropConnection();

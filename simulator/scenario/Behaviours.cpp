@@ -178,7 +178,7 @@ std::string AddAlarm(const Site& site, const Parts& parts) {
 std::string AddLinkDrop(const Site& site, const Parts& parts) {
   CheckKeys(*parts.done, Fields<Schedule>(ScheduleFields));
   const auto [schedule, words] = ReadLasting(*parts.done);
-  site.robot.Misbehave().DropLink(schedule);
+  site.robot.FaultInjection().DropLink(schedule);
   return "the link is down" + words;
 }
 
@@ -197,7 +197,7 @@ std::string AddLateAnswers(const Site& site, const Parts& parts) {
   Lateness late;
   ReadFields<Lateness>(*parts.done, late, LatenessFields);
   const auto [schedule, words] = ReadLasting(*parts.done);
-  site.robot.Misbehave().AnswerAfter(static_cast<std::int32_t>(late.by.count()), schedule);
+  site.robot.FaultInjection().AnswerAfter(static_cast<std::int32_t>(late.by.count()), schedule);
   return "answers are " + parts.done->At("by").Text() + " late" + words;
 }
 

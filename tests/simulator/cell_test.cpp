@@ -241,7 +241,7 @@ TEST_F(Cell, ConnectsToKnownHosts) {
 }
 
 TEST_F(Cell, IsMadeToMisbehave) {
-  Misbehaviour& wrong = robot.Misbehave();
+  FaultInjection& wrong = robot.FaultInjection();
   RUN(wrong.FailNext("SendCommand", {-77, "cable"}, 2), wrong.FailNext("SendCommand", {1, "odd"}),
       core->WriteR(0, ""), Send("CLRALM"), Send("CLRALM"), Send("CLRALM"), core->LastErrorText(),
       robot.Commands(), Send("CLRALM"), robot.Commands(), wrong.FailNext("ShortToLong", {}),

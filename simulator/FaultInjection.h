@@ -20,7 +20,7 @@ struct Failure {
   std::string text;         ///< the last error text from then on
 };
 
-class Misbehaviour {
+class FaultInjection {
  public:
   /// Answers the next `times` calls of `operation` ("WriteRLong") with `failure`. Failures of one
   /// operation queue up. Throws std::invalid_argument for a name that is no operation with the
