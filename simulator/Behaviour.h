@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "simulator/Course.h"
+#include "simulator/Profile.h"
 #include "simulator/Schedule.h"
 
 namespace orif::sim {
@@ -16,9 +16,9 @@ class Controller;
 /// Called when the time has passed from `before` to `now`, and at first with BeforeStart.
 using Behaviour = std::function<void(Controller& robot, Time before, Time now)>;
 
-/// Lets `put` store the value of the course whenever that changes. What a client writes in the
+/// Lets `put` store the value of the profile whenever that changes. What a client writes in the
 /// meantime stays until then.
-Behaviour Follow(Course course, std::function<void(Controller&, const VariableValue&)> put);
+Behaviour Follow(Profile profile, std::function<void(Controller&, const VariableValue&)> put);
 
 /// Keeps the task `program` running from line `first` to line `last` and round again, `each` for
 /// every line.

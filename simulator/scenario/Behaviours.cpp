@@ -22,7 +22,7 @@ struct Parts {
 // Values over time.
 
 struct Points {
-  std::vector<Course::Point> list;
+  std::vector<Profile::Point> list;
   Time length{};
   std::string words;
 };
@@ -84,7 +84,7 @@ Points ReadPath(const Node& node, const Holding& item) {
 }
 
 // What is a real in one place is a real everywhere.
-void MakeAlike(std::vector<Course::Point>& points) {
+void MakeAlike(std::vector<Profile::Point>& points) {
   const auto real = [](const auto& point) { return std::holds_alternative<float>(point.value); };
   if (std::ranges::none_of(points, real)) return;
   for (auto& [time, value] : points) {
@@ -109,7 +109,7 @@ Ending ReadThen(const Node* node, Then otherwise) {
 }
 
 template <auto ReadPoints, Motion Usual, Then Otherwise>
-std::string AddCourse(const Site& site, const Parts& parts) {
+std::string AddProfile(const Site& site, const Parts& parts) {
   if (parts.what == nullptr) parts.done->Fail("needs \"what\" beside it");
   const Item item = Item::Changing(site, *parts.what);
   Points points = ReadPoints(*parts.done, {item.Holds(), item.PositionNow(site.robot)});
@@ -117,12 +117,12 @@ std::string AddCourse(const Site& site, const Parts& parts) {
   const bool stepwise = parts.stepwise || item.Holds() == Form::Bit;
   const Ending ending = ReadThen(parts.then, Otherwise);
   try {
-    Course course(std::move(points.list), points.length, stepwise ? Motion::Stepwise : Usual,
-                  ending.then);
+    Profile profile(std::move(points.list), points.length, stepwise ? Motion::Stepwise : Usual,
+                    ending.then);
     const auto put = [item](Controller& robot, const VariableValue& value) {
       item.Put(robot, value);
     };
-    site.robot.Add(Follow(std::move(course), put));
+    site.robot.Add(Follow(std::move(profile), put));
   } catch (const std::invalid_argument& error) {
     parts.done->Fail(error.what());
   }
@@ -244,9 +244,9 @@ constexpr auto PartFields = std::to_array<Field<Parts>>({
     {"what", Into<&Parts::what>},
     {"then", Into<&Parts::then>},
     {"stepwise", Into<&Parts::stepwise>},
-    {"ramp", Doing<AddCourse<ReadRamp, Motion::Linear, Then::Hold>>},
-    {"cycle", Doing<AddCourse<ReadCycle, Motion::Stepwise, Then::Repeat>>},
-    {"path", Doing<AddCourse<ReadPath, Motion::Linear, Then::Hold>>},
+    {"ramp", Doing<AddProfile<ReadRamp, Motion::Linear, Then::Hold>>},
+    {"cycle", Doing<AddProfile<ReadCycle, Motion::Stepwise, Then::Repeat>>},
+    {"path", Doing<AddProfile<ReadPath, Motion::Linear, Then::Hold>>},
     {"task", Doing<AddTask>},
     {"alarm", Doing<AddAlarm>},
     {"link", Doing<AddLinkDrop>},

@@ -1,5 +1,5 @@
 // What a value is at any time: a list of points that it passes, in steps or in straight lines, and
-// how it goes on behind the last. A ramp, a cycle and a taught path are all courses. Plain values;
+// how it goes on behind the last. A ramp, a cycle and a taught path are all profiles. Plain values;
 // a Behaviour lets data of a Controller follow one.
 #pragma once
 
@@ -20,7 +20,7 @@ enum class Then { Hold, Repeat, Bounce };
 /// a position's configuration and frames.
 enum class Motion { Stepwise, Linear };
 
-class Course {
+class Profile {
  public:
   struct Point {
     Time time{};
@@ -30,7 +30,7 @@ class Course {
   /// The first value holds until the first point's time. `length`, at least the last point's time,
   /// is when it repeats or turns. Throws std::invalid_argument unless times rise and all values
   /// are of one type, positions with the same forms.
-  Course(std::vector<Point> points, Time length, Motion motion, Then then);
+  Profile(std::vector<Point> points, Time length, Motion motion, Then then);
 
   VariableValue At(Time time) const;
 
