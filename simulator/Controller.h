@@ -23,7 +23,7 @@
 namespace orif::sim {
 
 /// How much of each kind of data a controller has.
-struct Layout {
+struct Capacity {
   std::size_t numericRegisters = 10000;  ///< R[1] and up
   std::size_t positionRegisters = 500;   ///< of each motion group
   std::size_t stringRegisters = 500;     ///< SR[1] and up
@@ -36,7 +36,7 @@ struct Layout {
 class Controller {
  public:
   /// With all registers 0 and empty, no variables, tasks or alarms.
-  explicit Controller(const Layout& layout = {});
+  explicit Controller(const Capacity& capacity = {});
   Controller(const Controller&) = delete;
   Controller& operator=(const Controller&) = delete;
   ~Controller() = default;

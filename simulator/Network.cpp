@@ -26,10 +26,10 @@ struct Network::Hosts {
 
 Network::Network() : hosts_(std::make_shared<Hosts>()) {}
 
-Controller& Network::AddController(std::string_view host, const Layout& layout) {
+Controller& Network::AddController(std::string_view host, const Capacity& capacity) {
   auto& slot = hosts_->byName[LowerCase(host)];
   if (slot) throw std::invalid_argument("There is a controller already: " + std::string(host));
-  slot = std::make_shared<Controller>(layout);
+  slot = std::make_shared<Controller>(capacity);
   return *slot;
 }
 

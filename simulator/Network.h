@@ -19,7 +19,7 @@ class Network {
 
   /// Adds a controller that answers as `host` (upper and lower case are the same). Throws
   /// std::invalid_argument when there is one of that name.
-  Controller& AddController(std::string_view host, const Layout& layout = {});
+  Controller& AddController(std::string_view host, const Capacity& capacity = {});
 
   /// The controller of that name, empty when there is none.
   std::shared_ptr<Controller> Find(std::string_view host) const;

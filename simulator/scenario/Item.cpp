@@ -12,15 +12,15 @@ struct Item::Kind {
   std::string_view symbol;
   std::string_view section;
   Form form;
-  std::size_t Layout::*count;  // null for signals
+  std::size_t Capacity::*count;  // null for signals
   std::optional<CommentKind> comment;
   std::optional<SignalKind> signal;
 
   bool Grouped() const { return form == Form::Position || form == Form::Origin; }
   bool CurrentPosition() const { return form == Form::Position && !comment; }
 
-  std::size_t Count(const Layout& layout) const {
-    if (count != nullptr) return layout.*count;
+  std::size_t Count(const Capacity& capacity) const {
+    if (count != nullptr) return capacity.*count;
     return signal ? SignalCount(*signal) : Texts::SignalsWithoutValue;
   }
 
@@ -31,11 +31,11 @@ const Item::Kind& Item::Kind::Of(const Node& node, std::string_view symbol) {
   using C = CommentKind;
   using S = SignalKind;
   static const auto kinds = std::to_array<Kind>({
-      {"R", "registers", Form::Number, &Layout::numericRegisters, C::NumericRegister, {}},
-      {"SR", "strings", Form::Text, &Layout::stringRegisters, C::StringRegister, {}},
-      {"PR", "positions", Form::Position, &Layout::positionRegisters, C::PositionRegister, {}},
+      {"R", "registers", Form::Number, &Capacity::numericRegisters, C::NumericRegister, {}},
+      {"SR", "strings", Form::Text, &Capacity::stringRegisters, C::StringRegister, {}},
+      {"PR", "positions", Form::Position, &Capacity::positionRegisters, C::PositionRegister, {}},
       {"POS", "positions", Form::Position, nullptr, {}, {}},
-      {"UF", "frames", Form::Origin, &Layout::userFrames, {}, {}},
+      {"UF", "frames", Form::Origin, &Capacity::userFrames, {}, {}},
       {"DI", "signals", Form::Bit, nullptr, C::DI, S::SDI},
       {"DO", "signals", Form::Bit, nullptr, C::DO, S::SDO},
       {"RI", "signals", Form::Bit, nullptr, C::RI, S::RDI},
@@ -138,10 +138,10 @@ Item::Item(const Site& site, const Node& node, const std::string& name) {
   if (match[2].matched) {
     if (!kind_->Grouped()) node.Fail("must not name a motion group; only PR, POS and UF do");
     group_ = std::stoi(match.str(2));
-    check(group_, site.layout.motionGroups, "a motion group");
+    check(group_, site.capacity.motionGroups, "a motion group");
   }
   if (!kind_->CurrentPosition()) {
-    check(index_, kind_->Count(site.layout), "an index");
+    check(index_, kind_->Count(site.capacity), "an index");
   } else if (index_ != 0) {
     node.Fail("must be POS[0]: the current position is given in the world frame");
   }

@@ -21,7 +21,7 @@ enum class Form { Number, Integer, Real, Bit, Text, Position, Origin, Nothing };
 /// A controller while it is set up, and its sizes.
 struct Site {
   Controller& robot;
-  const Layout& layout;
+  const Capacity& capacity;
 };
 
 class Item {

@@ -14,11 +14,11 @@ namespace {
 // A controller while its part of the file is read.
 struct Cell {
   std::string host;
-  Layout layout{.motionGroups = 1};
+  Capacity capacity{.motionGroups = 1};
   Controller* robot = nullptr;
   std::string summary;
 
-  Site At() const { return {*robot, layout}; }
+  Site At() const { return {*robot, capacity}; }
   void Say(const std::string& line) { summary += "  " + line + '\n'; }
 
   // How many there are of `what`, and the first of them.
@@ -31,11 +31,11 @@ struct Cell {
   }
 };
 
-constexpr auto SizeFields = std::to_array<Field<Layout>>({
-    {"numericRegisters", Between<&Layout::numericRegisters, 1, 10000>},
-    {"positionRegisters", Between<&Layout::positionRegisters, 1, 10000>},
-    {"stringRegisters", Between<&Layout::stringRegisters, 1, 10000>},
-    {"userFrames", Between<&Layout::userFrames, 1, 99>},
+constexpr auto SizeFields = std::to_array<Field<Capacity>>({
+    {"numericRegisters", Between<&Capacity::numericRegisters, 1, 10000>},
+    {"positionRegisters", Between<&Capacity::positionRegisters, 1, 10000>},
+    {"stringRegisters", Between<&Capacity::stringRegisters, 1, 10000>},
+    {"userFrames", Between<&Capacity::userFrames, 1, 99>},
 });
 
 // Registers, strings, positions, frames and signals, as the section's key says.
@@ -125,10 +125,10 @@ constexpr auto ControllerFields = std::to_array<Field<Cell>>({
     {"host", Text<&Cell::host, 255>, true},
     {"groups",
      [](Cell& cell, const Node& node) {
-       cell.layout.motionGroups = static_cast<std::size_t>(ReadWhole(node, 1, 8));
+       cell.capacity.motionGroups = static_cast<std::size_t>(ReadWhole(node, 1, 8));
      }},
     {"sizes",
-     [](Cell& cell, const Node& node) { ReadObject<Layout>(node, cell.layout, SizeFields); }},
+     [](Cell& cell, const Node& node) { ReadObject<Capacity>(node, cell.capacity, SizeFields); }},
     {"registers", ReadItems},
     {"strings", ReadItems},
     {"positions", ReadItems},
@@ -151,8 +151,8 @@ void ReadController(Scenario& scenario, const Node& node) {
   const Node& host = *node.Find("host");
   if (cell.host.empty()) host.Fail("must not be empty");
   if (scenario.network.Find(cell.host)) host.Fail("must differ from the other controllers' hosts");
-  cell.robot = &scenario.network.AddController(cell.host, cell.layout);
-  const auto& [numeric, positions, strings, groups, frames] = cell.layout;
+  cell.robot = &scenario.network.AddController(cell.host, cell.capacity);
+  const auto& [numeric, positions, strings, groups, frames] = cell.capacity;
   cell.summary = cell.host + ": " + std::to_string(groups) + " motion group" +
                  (groups == 1 ? "" : "s") + ", " + std::to_string(numeric) + " numeric, " +
                  std::to_string(positions) + " position and " + std::to_string(strings) +
