@@ -111,7 +111,7 @@ Ending ReadThen(const Node* node, Then otherwise) {
 template <auto ReadPoints, Motion Usual, Then Otherwise>
 std::string AddProfile(const Site& site, const Parts& parts) {
   if (parts.what == nullptr) parts.done->Fail("needs \"what\" beside it");
-  const Item item = Item::Changing(site, *parts.what);
+  const ScenarioItem item = ScenarioItem::Changing(site, *parts.what);
   Points points = ReadPoints(*parts.done, {item.Holds(), item.PositionNow(site.robot)});
   MakeAlike(points.list);
   const bool stepwise = parts.stepwise || item.Holds() == Form::Bit;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/scenario/Item.h"
+#include "simulator/scenario/ScenarioItem.h"
 
 namespace orif::sim {
 

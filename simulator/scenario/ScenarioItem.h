@@ -24,18 +24,18 @@ struct Site {
   const Capacity& capacity;
 };
 
-class Item {
+class ScenarioItem {
  public:
   /// The item that is the key of `node` in its section of the file, "registers" for example. Like
   /// Changing, throws a Mistake for what is none, and for what the controller does not have.
-  static Item InSection(const Site& site, const Node& node, std::string_view section);
+  static ScenarioItem InSection(const Site& site, const Node& node, std::string_view section);
 
   /// The item that `node` names, which changes over time: parts of positions and variables too.
-  static Item Changing(const Site& site, const Node& node);
+  static ScenarioItem Changing(const Site& site, const Node& node);
 
   Form Holds() const { return form_; }
   /// What an item holds at this time, if that is a position; an empty one otherwise.
-  sim::Position PositionNow(Controller& robot) const;
+  Position PositionNow(Controller& robot) const;
   void Put(Controller& robot, const VariableValue& value) const;
 
   /// Null for an item that has none.
@@ -48,9 +48,9 @@ class Item {
  private:
   struct Kind;
 
-  Item() = default;
-  Item(const Site& site, const Node& node, const std::string& name);
-  sim::Position& Position(Controller& robot) const;
+  ScenarioItem() = default;
+  ScenarioItem(const Site& site, const Node& node, const std::string& name);
+  Position& PositionIn(Controller& robot) const;
 
   const Kind* kind_ = nullptr;  // null for a variable
   std::string variable_;
