@@ -118,7 +118,7 @@ void AddWatchCommand(CLI::App& app) {
 void AddWriteCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("write", "Write registers, positions, variables, signals");
   const auto options = std::make_shared<WriteOptions>();
-  command->add_option("assignments", options->assignments, "What to write, for example R[3]=5")
+  command->add_option("assignments", options->requests, "What to write, for example R[3]=5")
       ->required()
       ->option_text("ITEM=VALUE");
   command->add_flag("--yes", options->yes, "Write without a question");

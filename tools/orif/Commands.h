@@ -30,7 +30,7 @@ void Watch(const WatchOptions& options);
 
 struct WriteOptions {
   Connection connection;
-  std::vector<std::string> assignments;
+  std::vector<std::string> requests;  ///< "R[3]=5"
   bool yes = false;
 };
 void Write(const WriteOptions& options);

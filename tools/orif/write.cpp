@@ -1,11 +1,10 @@
-// "orif write": checks all assignments, shows what is there and what shall be, asks, writes, and
+// "orif write": checks all requests, shows what is there and what shall be, asks, writes, and
 // shows what the controller has then.
 #include <algorithm>
 #include <functional>
 #include <iostream>
 #include <span>
 
-#include "tools/orif/Assignment.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
@@ -13,6 +12,7 @@
 #include "tools/orif/Signals.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/UpperCase.h"
+#include "tools/orif/WriteRequest.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {
@@ -33,8 +33,8 @@ struct PositionToWrite {
   std::int16_t UT = 0;
 };
 
-/// An assignment on its way to the controller.
-struct Change : Assignment {
+/// An request on its way to the controller.
+struct Change : WriteRequest {
   PositionToWrite position;
   std::function<bool(const Change&)> write;
 };
@@ -246,8 +246,8 @@ void WriteAll(Session& session, std::span<const Change> changes) {
 
 void Write(const WriteOptions& options) {
   std::vector<Change> changes;
-  for (const std::string& text : options.assignments)
-    changes.push_back({ParseAssignment(text), {}, {}});
+  for (const std::string& text : options.requests)
+    changes.push_back({ParseWriteRequest(text), {}, {}});
   if (!options.yes && !platform::IsTerminal(platform::Stream::Input)) {
     throw Error(Exit::Usage,
                 "nobody to ask: standard input is no terminal; add --yes to write "

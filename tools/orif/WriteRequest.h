@@ -25,7 +25,7 @@ inline constexpr auto Frames = std::to_array<std::string_view>({"UF", "UT"});
 inline constexpr std::string_view Config = "config";
 }  // namespace PositionFields
 
-struct Assignment {
+struct WriteRequest {
   std::string text;  ///< the argument
   /// A single item. A numeric register has the type in which its value is written.
   Designation item;
@@ -41,10 +41,10 @@ struct Assignment {
   [[noreturn]] void Refuse(const std::string& reason) const;
 };
 
-/// Throws an Error, Exit::Usage, for what is no assignment, cannot be written, or does not fit.
-Assignment ParseAssignment(const std::string& text);
+/// Throws an Error, Exit::Usage, for what is no request, cannot be written, or does not fit.
+WriteRequest ParseWriteRequest(const std::string& text);
 
 /// The seven numbers of a configuration as text, "1 0 1 0 0 0 0".
-std::vector<std::int16_t> ConfigNumbers(const Assignment& assignment, const std::string& text);
+std::vector<std::int16_t> ConfigNumbers(const WriteRequest& request, const std::string& text);
 
 }  // namespace orif::tool
