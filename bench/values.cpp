@@ -68,7 +68,7 @@ BENCHMARK_CAPTURE(NumReg, real, Lower::Simulator, NUMREG_REAL)->Name("NumReg/rea
 BENCHMARK(NumRegByHand<std::int32_t>)->Name("NumReg/int/by hand");
 BENCHMARK(NumRegByHand<float>)->Name("NumReg/real/by hand");
 
-struct Position {
+struct PositionValues {
   std::array<float, PositionRecord::FloatCount> xyzwpr{};
   std::array<std::int16_t, PositionRecord::ConfigCount> config{};
   std::array<float, PositionRecord::FloatCount> joint{};
@@ -82,7 +82,7 @@ void PosReg(State& state, Lower lower) {
   Session session(lower);
   const auto registers = session.table->AddPosReg(POSREG, 1, 1, 2);
   session.table->Refresh();
-  Position p;
+  PositionValues p;
   Measure(state, [&] {
     const bool done =
         registers->GetValue(2, p.xyzwpr, p.config, p.joint, p.uf, p.ut, p.validC, p.validJ);
@@ -93,7 +93,7 @@ void PosReg(State& state, Lower lower) {
 
 void PosRegByHand(State& state) {
   const Words words;
-  Position p;
+  PositionValues p;
   // One at a time: the compiler may not join reads.
   const auto put = [](auto& target, auto value) {
     benchmark::DoNotOptimize(value);

@@ -54,7 +54,7 @@ class Painter {
   }
 
  private:
-  const Item& ItemAt(std::size_t i) const { return readout_.Items()[i]; }
+  const ItemColumns& ItemAt(std::size_t i) const { return readout_.Items()[i]; }
   const Column& ColumnAt(std::size_t i, std::size_t field) const {
     return readout_.Columns()[ItemAt(i).first + field];
   }

@@ -11,7 +11,7 @@
 
 #include "orif/items/DataArea.h"
 #include "tools/orif/Error.h"
-#include "tools/orif/Signals.h"
+#include "tools/orif/SignalMembers.h"
 
 namespace orif::tool {
 
@@ -57,7 +57,7 @@ Value Plain(const Variant& value) {
   return value.ToText();
 }
 
-struct Position {
+struct PositionValues {
   std::array<float, PositionRecord::FloatCount> xyzwpr{};
   std::array<std::int16_t, PositionRecord::ConfigCount> config{};
   std::array<float, PositionRecord::FloatCount> joint{};
@@ -67,7 +67,7 @@ struct Position {
   std::int16_t validJ = 0;
 };
 
-std::string ConfigText(const Position& position) {
+std::string ConfigText(const PositionValues& position) {
   std::string text;
   for (const std::int16_t number : position.config) {
     text += (text.empty() ? "" : " ") + std::to_string(number);
@@ -75,7 +75,7 @@ std::string ConfigText(const Position& position) {
   return text;
 }
 
-void ShowPosition(const Position& position, Value* column) {
+void ShowPosition(const PositionValues& position, Value* column) {
   for (const float value : position.xyzwpr) {
     *column++ = position.validC != 0 ? Value(value) : Value();
   }
@@ -89,7 +89,7 @@ void ShowPosition(const Position& position, Value* column) {
 
 template <class Item, class... Index>
 bool DecodePosition(Item& item, Value* column, Index... index) {
-  Position position;
+  PositionValues position;
   if (!item.GetValue(index..., position.xyzwpr, position.config, position.joint, position.UF,
                      position.UT, position.validC, position.validJ)) {
     return false;
@@ -182,31 +182,32 @@ void Readout::CheckNames() const {
 }
 
 void Readout::Register(std::size_t index, bool comments) {
-  static constexpr auto Plain = std::to_array<Field>({{""}});
-  static constexpr auto Position = std::to_array<Field>(
+  static constexpr auto PlainFields = std::to_array<Field>({{""}});
+  static constexpr auto PositionFields = std::to_array<Field>(
       {{"X", "mm"},   {"Y", "mm"},   {"Z", "mm"},   {"W", "deg"},  {"P", "deg"},  {"R", "deg"},
        {"E1", "mm"},  {"E2", "mm"},  {"E3", "mm"},  {"config"},    {"J1", "deg"}, {"J2", "deg"},
        {"J3", "deg"}, {"J4", "deg"}, {"J5", "deg"}, {"J6", "deg"}, {"J7", "deg"}, {"J8", "deg"},
        {"J9", "deg"}, {"UF"},        {"UT"}});
-  static constexpr auto Task = std::to_array<Field>({{"program"}, {"line"}, {"state"}, {"parent"}});
-  static constexpr auto Alarm = std::to_array<Field>({{"time"},
-                                                      {"id"},
-                                                      {"number"},
-                                                      {"severity"},
-                                                      {"severity_text"},
-                                                      {"message"},
-                                                      {"cause_id"},
-                                                      {"cause_number"},
-                                                      {"cause"}});
+  static constexpr auto TaskFields =
+      std::to_array<Field>({{"program"}, {"line"}, {"state"}, {"parent"}});
+  static constexpr auto AlarmFields = std::to_array<Field>({{"time"},
+                                                            {"id"},
+                                                            {"number"},
+                                                            {"severity"},
+                                                            {"severity_text"},
+                                                            {"message"},
+                                                            {"cause_id"},
+                                                            {"cause_number"},
+                                                            {"cause"}});
   const Designation& designation = designations_[index];
-  std::span<const Field> fields = Plain;
+  std::span<const Field> fields = PlainFields;
   if (designation.Is() == Kind::PosReg || designation.Is() == Kind::CurPos ||
       designation.type == SYSVAR_POS) {
-    fields = Position;
+    fields = PositionFields;
   } else if (designation.Is() == Kind::Task) {
-    fields = Task;
+    fields = TaskFields;
   } else if (designation.Is() == Kind::Alarm) {
-    fields = Alarm;
+    fields = AlarmFields;
   }
 
   const Decode values = RegisterValues(designation);

@@ -26,7 +26,7 @@ struct Column {
 };
 
 /// What an item has among the columns: `count` of them from `first` on, its comment last.
-struct Item {
+struct ItemColumns {
   std::string name;
   std::size_t designation;  ///< the one it comes from, counted from 0
   std::size_t first;
@@ -47,7 +47,7 @@ class Readout {
 
   const std::vector<Designation>& Designations() const { return designations_; }
   const std::vector<Column>& Columns() const { return columns_; }
-  const std::vector<Item>& Items() const { return items_; }
+  const std::vector<ItemColumns>& Items() const { return items_; }
 
   /// Brings all values: one refresh of the table, then the signals. False when the controller
   /// refuses; the values are those of the last good Read then. Session::LastError has the reason.
@@ -74,7 +74,7 @@ class Readout {
   Session& session_;
   std::vector<Designation> designations_;
   std::vector<Column> columns_;
-  std::vector<Item> items_;
+  std::vector<ItemColumns> items_;
   std::vector<Source> sources_;
   std::vector<Value> values_;
   bool refreshes_ = false;  // whether the table has items

@@ -22,7 +22,7 @@ void PrintCsv(const Readout& readout) {
 // An item with one value is that value; others are an object of their fields.
 void PrintJson(const Readout& readout) {
   Json json = Json::object();
-  for (const Item& item : readout.Items()) {
+  for (const ItemColumns& item : readout.Items()) {
     for (std::size_t i = item.first; i < item.first + item.count; ++i) {
       const std::string& field = readout.Columns()[i].field;
       Json value = ToJson(readout.Values()[i]);

@@ -9,7 +9,7 @@
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
 #include "tools/orif/Readout.h"
-#include "tools/orif/Signals.h"
+#include "tools/orif/SignalMembers.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/UpperCase.h"
 #include "tools/orif/WriteRequest.h"
@@ -107,7 +107,7 @@ void Register(Session& session, Change& change) {
 /// The values of a position's parts: what is named, else what the controller has.
 class Parts {
  public:
-  Parts(const Change& change, const Readout& readout, const Item& item)
+  Parts(const Change& change, const Readout& readout, const ItemColumns& item)
       : change_(change), readout_(readout), item_(item) {}
 
   Value At(std::string_view field) const {
@@ -149,11 +149,11 @@ class Parts {
 
   const Change& change_;
   const Readout& readout_;
-  const Item& item_;
+  const ItemColumns& item_;
 };
 
 // What is not named stays: the values behind the last named one are not sent at all.
-void CompletePosition(Change& change, const Readout& readout, const Item& item) {
+void CompletePosition(Change& change, const Readout& readout, const ItemColumns& item) {
   const Parts parts(change, readout, item);
   PositionToWrite& position = change.position = {};
   position.UF = parts.Number("UF");
@@ -195,7 +195,7 @@ struct Row {
 std::vector<Row> Rows(const Readout& readout, const std::vector<Change>& changes) {
   std::vector<Row> rows;
   for (std::size_t i = 0; i < changes.size(); ++i) {
-    const Item& item = readout.Items()[i];
+    const ItemColumns& item = readout.Items()[i];
     for (std::size_t column = item.first; column < item.first + item.count; ++column) {
       const auto part = changes[i].parts.find(readout.Columns()[column].field);
       if (part == changes[i].parts.end()) continue;
