@@ -5,36 +5,26 @@
 #include <utility>
 
 #include "simulator/SimulatedCore.h"
+#include "spelling/UpperCase.h"
 
 namespace orif::sim {
-namespace {
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
-}  // namespace
 
 struct Network::Hosts {
-  std::map<std::string, std::shared_ptr<Controller>> byName;
+  std::map<std::string, std::shared_ptr<Controller>> byName;  // in upper case
   Time now{};
 };
 
 Network::Network() : hosts_(std::make_shared<Hosts>()) {}
 
 Controller& Network::AddController(std::string_view host, const Capacity& capacity) {
-  auto& slot = hosts_->byName[LowerCase(host)];
+  auto& slot = hosts_->byName[spelling::UpperCase(host)];
   if (slot) throw std::invalid_argument("There is a controller already: " + std::string(host));
   slot = std::make_shared<Controller>(capacity);
   return *slot;
 }
 
 std::shared_ptr<Controller> Network::Find(std::string_view host) const {
-  const auto found = hosts_->byName.find(LowerCase(host));
+  const auto found = hosts_->byName.find(spelling::UpperCase(host));
   return found == hosts_->byName.end() ? nullptr : found->second;
 }
 

@@ -5,7 +5,7 @@
 #include <set>
 #include <utility>
 
-#include "simulator/scenario/EditDistance.h"
+#include "spelling/EditDistance.h"
 
 namespace orif::sim {
 namespace {
@@ -189,7 +189,9 @@ Node ParseDocument(std::string_view text) {
 }
 
 std::string Suggestion(std::string_view wrong, std::span<const std::string_view> words) {
-  const auto distance = [wrong](std::string_view word) { return EditDistance(wrong, word); };
+  const auto distance = [wrong](std::string_view word) {
+    return spelling::EditDistance(wrong, word);
+  };
   const auto nearest = std::ranges::min_element(words, {}, distance);
   const bool similar = nearest != words.end() && distance(*nearest) * 2 <= nearest->size();
   if (similar) return ", did you mean \"" + std::string(*nearest) + "\"?";

@@ -8,9 +8,9 @@
 #include <type_traits>
 
 #include "orif/items/DataArea.h"
+#include "spelling/UpperCase.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
-#include "tools/orif/UpperCase.h"
 
 namespace orif::tool {
 namespace {
@@ -60,7 +60,7 @@ Value TextValue(const WriteRequest& request, const std::string& text) {
 Value BitValue(const WriteRequest& request, const std::string& text) {
   static const std::map<std::string, bool> words{
       {"ON", true}, {"1", true}, {"OFF", false}, {"0", false}};
-  const auto word = words.find(UpperCase(text));
+  const auto word = words.find(spelling::UpperCase(text));
   if (word == words.end()) request.Refuse("a bit signal is on, off, 1 or 0");
   return word->second;
 }
@@ -76,9 +76,9 @@ void ParsePosition(WriteRequest& request, const std::string& text) {
   for (std::string part; std::getline(parts, part, ',');) {
     const auto colon = part.find(':');
     const std::string value = colon == std::string::npos ? "" : part.substr(colon + 1);
-    std::string name = UpperCase(part.substr(0, colon));
+    std::string name = spelling::UpperCase(part.substr(0, colon));
     Value parsed;
-    if (name == UpperCase(PositionFields::Config)) {
+    if (name == spelling::UpperCase(PositionFields::Config)) {
       name = PositionFields::Config;
       ConfigNumbers(request, value);
       parsed = value;

@@ -5,13 +5,13 @@
 #include <iostream>
 #include <span>
 
+#include "spelling/UpperCase.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
 #include "tools/orif/Readout.h"
 #include "tools/orif/SignalMembers.h"
 #include "tools/orif/Text.h"
-#include "tools/orif/UpperCase.h"
 #include "tools/orif/WriteRequest.h"
 #include "tools/orif/platform/platform.h"
 
@@ -224,7 +224,7 @@ bool Confirmed(const std::string& host, std::size_t count) {
             << std::flush;
   std::string answer;
   std::getline(std::cin, answer);
-  return UpperCase(answer) == "Y" || UpperCase(answer) == "YES";
+  return spelling::UpperCase(answer) == "Y" || spelling::UpperCase(answer) == "YES";
 }
 
 std::string Names(std::span<const Change> changes) {

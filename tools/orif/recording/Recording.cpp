@@ -13,12 +13,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "spelling/UpperCase.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
 #include "tools/orif/recording/DatabaseRecording.h"
 #include "tools/orif/recording/RecordingFile.h"
 #include "tools/orif/recording/RowSource.h"
-#include "tools/orif/UpperCase.h"
 
 namespace orif::tool {
 namespace {
@@ -70,12 +70,12 @@ Column ColumnNamed(const std::string& name) {
 /// The positions of the columns that `name` names. Of an item's parts those with a unit are meant,
 /// if there are some: a position without its configuration and frames.
 std::vector<std::size_t> Find(const std::vector<Column>& columns, const std::string& name) {
-  const std::string wanted = UpperCase(name);
+  const std::string wanted = spelling::UpperCase(name);
   std::vector<std::size_t> parts;
   std::vector<std::size_t> partsWithUnit;
   for (std::size_t i = RowColumns.size(); i < columns.size(); ++i) {
-    if (UpperCase(columns[i].name) == wanted) return {i};
-    if (UpperCase(columns[i].item) != wanted) continue;
+    if (spelling::UpperCase(columns[i].name) == wanted) return {i};
+    if (spelling::UpperCase(columns[i].item) != wanted) continue;
     parts.push_back(i);
     if (!columns[i].unit.empty()) partsWithUnit.push_back(i);
   }
