@@ -1,6 +1,6 @@
-// What a controller can be told to do wrong: fail the next calls of an operation, answer late, lose
-// its connections. Owned by a Controller, set by tests and demonstrations, asked by every
-// SimulatedCore before it carries out a transfer. Time is only reckoned with; nothing ever waits.
+// Makes a controller go wrong on purpose: it fails the next calls of an operation, answers late or
+// loses its connections. Owned by a Controller and set by tests and demonstrations; every
+// SimulatedCore asks it before a transfer. Delays are compared with time-outs; nothing ever waits.
 #pragma once
 
 #include <cstdint>
@@ -13,50 +13,52 @@
 
 namespace orif::sim {
 
-/// An answer given instead of carrying an operation out. `status` may be any number, 0 and positive
-/// ones included.
+/// What the controller answers instead of carrying out an operation.
 struct Failure {
-  std::int32_t status = 0;  ///< any number
-  std::string text;         ///< the last error text from then on
+  std::int32_t status = 0;  ///< any number, 0 and positive ones too
+  std::string text;         ///< becomes the last error text
 };
 
+/// The faults of one controller: those that were asked for, and those on a schedule.
 class FaultInjection {
  public:
   /// Answers the next `times` calls of `operation` ("WriteRLong") with `failure`. Failures of one
-  /// operation queue up. Throws std::invalid_argument for a name that is no operation with the
-  /// controller.
+  /// operation queue up. Throws std::invalid_argument if the controller has no such operation.
   void FailNext(std::string_view operation, Failure failure, int times = 1);
 
-  /// Answers every operation but Disconnect `milliseconds` after it was asked; one that is later
-  /// than the caller's time-out is refused and not carried out.
+  /// Answers every operation but Disconnect after `milliseconds`. If that is longer than the
+  /// caller's time-out, the operation is refused and not carried out.
   void AnswerAfter(std::int32_t milliseconds) { delay_ = milliseconds; }
-  /// The same while `schedule` is on. The longest of several delays counts.
+
+  /// The same while `schedule` is on. Of several delays the longest counts.
   void AnswerAfter(std::int32_t milliseconds, const Schedule& schedule) {
     delays_.push_back({milliseconds, schedule});
   }
 
-  /// Drops every connection: transfers are refused until the core object connects again.
+  /// Drops every connection. Transfers are refused until the core object connects again.
   void LoseConnections() { ++losses_; }
 
-  /// Takes the link down while `schedule` is on: when that begins every connection is lost, and
-  /// until it ends none can be made.
+  /// Takes the link down while `schedule` is on: every connection is lost at once, and none can be
+  /// made until it is off.
   void DropLink(const Schedule& schedule) { drops_.push_back(schedule); }
 
-  /// Forgets the failures and the delay that were asked for, not what is scheduled. Lost
-  /// connections stay lost.
+  /// Ends the failures and the delay that were asked for. Schedules go on, and lost connections
+  /// stay lost.
   void Stop();
 
-  /// What is scheduled goes by this time.
+  /// Sets the time that the schedules follow.
   void Advance(Time now) { now_ = now; }
 
-  /// How late answers come at this time, in milliseconds, and whether a connection can be made.
+  /// How late answers come now, in milliseconds.
   std::int32_t Delay() const;
+
+  /// Whether no connection can be made now.
   bool LinkIsDown() const;
 
-  /// Changes with every loss; a connection made under another number is gone.
+  /// How often connections have been lost. A connection made at another number is gone.
   std::int64_t Losses() const;
 
-  /// Takes the failure that the next call of `operation` is to answer, if there is one.
+  /// Takes the failure that this call of `operation` has to answer, if there is one.
   std::optional<Failure> Take(std::string_view operation);
 
  private:

@@ -66,7 +66,7 @@ struct SimulatedCore::Handlers {
     return core.Answer(core.controller_->Run(arguments.Text(0)));
   }
 
-  // The elements of an operation whose arguments are a number, a reference and a count.
+  // The elements of a call whose arguments are a number, a reference and a count.
   template <class T>
   static std::span<T> RunOf(const Arguments& arguments) {
     const std::int32_t count = arguments.Integer(2);
@@ -171,7 +171,7 @@ struct SimulatedCore::Handlers {
     position.ut = static_cast<std::int16_t>(arguments.Integer(first + 1));
   }
 
-  // Several registers at once; their user frames and tools stay as they are.
+  // Several registers at once; their user frames and tools do not change.
   static OrvexValue WriteCartesianRun(SimulatedCore& core, const Arguments& arguments) {
     const std::int32_t registers = arguments.Integer(1);
     const std::int32_t perValues = arguments.Integer(3);
@@ -244,14 +244,14 @@ constexpr auto& Cartesian = List<Short, Reals, Short, Shorts, Short, ShortVariab
 constexpr auto& CartesianRun = List<Short, Short, Reference(ORVEX_R4, Extent::NextPerRegister),
                                     Short, Reference(ORVEX_I2, Extent::NextPerRegister), Short>;
 
-// Operations that clients know by name only have numbers of the simulation's own.
+// Clients call these by name, so their numbers are the simulator's own.
 constexpr DispId WriteSI{101};
 constexpr DispId WriteUI{102};
 constexpr std::size_t Numbers = 103;
 
 }  // namespace
 
-// Held against docs/lower-layer.md, which describes each operation.
+// docs/lower-layer.md describes each operation.
 struct SimulatedCore::Table {
   using enum Operation::Place;
   using O = Operation;
@@ -316,7 +316,7 @@ struct SimulatedCore::Table {
     return call == ORVEX_METHOD ? 0 : call == ORVEX_GET ? 1 : 2;
   }
 
-  // Operations by number and call, so that finding one costs no search.
+  // Operations by number and kind of call: finding one needs no search.
   using Index = std::array<std::array<const Operation*, 3>, Numbers>;
   static constexpr Index MakeIndex() {
     Index index{};

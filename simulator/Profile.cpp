@@ -84,7 +84,7 @@ VariableValue Profile::At(Time time) const {
       from.value);
 }
 
-// Along one leg a value moves in one direction only.
+// Within one leg a value moves in one direction only.
 std::pair<std::int64_t, std::size_t> Profile::Leg(Time time) const {
   if (time < Time::zero()) return {-1, 0};
   return {then_ == Then::Hold ? 0 : time / length_, PointBefore(WithinRound(time))};

@@ -1,6 +1,6 @@
-// What a value is at any time: a list of points that it passes, in steps or in straight lines, and
-// how it goes on behind the last. A ramp, a cycle and a taught path are all profiles. Plain values;
-// a Behaviour lets data of a Controller follow one.
+// A value over time: points that it passes in steps or in straight lines, and what happens after
+// the last one. Ramps, cycles and taught paths are all profiles. Plain values; a Behaviour makes
+// data of a Controller follow one.
 #pragma once
 
 #include <cstddef>
@@ -13,11 +13,11 @@
 
 namespace orif::sim {
 
-/// Behind the last point: stay there, begin again, or go back and forth.
+/// After the last point: stay there, start over, or go back and forth.
 enum class Then { Hold, Repeat, Bounce };
 
-/// From point to point: stay until the next one, or go there evenly. Texts always step, and so do
-/// a position's configuration and frames.
+/// From point to point: stay until the time of the next one, or move there evenly. Texts always
+/// step, and so do the configuration and the frames of a position.
 enum class Motion { Stepwise, Linear };
 
 class Profile {
@@ -27,14 +27,14 @@ class Profile {
     VariableValue value;
   };
 
-  /// The first value holds until the first point's time. `length`, at least the last point's time,
-  /// is when it repeats or turns. Throws std::invalid_argument unless times rise and all values
-  /// are of one type, positions with the same forms.
+  /// The first value holds until the time of the first point. After `length`, which is not before
+  /// the last point, the profile repeats or turns round. Throws std::invalid_argument unless the
+  /// times rise and all values are of one type, positions with the same valid forms.
   Profile(std::vector<Point> points, Time length, Motion motion, Then then);
 
   VariableValue At(Time time) const;
 
-  /// Whether the value moves, or another point is reached, between the two times.
+  /// Whether the value changes, or another point is reached, between the two times.
   bool Changes(Time before, Time now) const;
 
  private:

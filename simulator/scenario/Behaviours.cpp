@@ -10,7 +10,7 @@
 namespace orif::sim {
 namespace {
 
-// A behaviour as it is written: one key says what is done, others to what and how.
+// One behaviour as written: one key says what it does, the others to what and how.
 struct Parts {
   const Node* what = nullptr;
   const Node* then = nullptr;
@@ -27,10 +27,10 @@ struct Points {
   std::string words;
 };
 
-// What the values are for.
+// The item whose values they are.
 struct Holding {
   Form form;
-  Position position;  // as it is set up
+  Position position;  // as the file sets it up
 };
 
 std::string Words(const Node& value) {
@@ -83,7 +83,7 @@ Points ReadPath(const Node& node, const Holding& item) {
   return points;
 }
 
-// What is a real in one place is a real everywhere.
+// If one value is a real, all are.
 void MakeAlike(std::vector<Profile::Point>& points) {
   const auto real = [](const auto& point) { return std::holds_alternative<float>(point.value); };
   if (std::ranges::none_of(points, real)) return;
@@ -129,7 +129,7 @@ std::string AddProfile(const Site& site, const Parts& parts) {
   return parts.what->Text() + ' ' + points.words + ending.words;
 }
 
-// What comes and goes.
+// Alarms, link drops and late answers, which come and go.
 
 constexpr auto ScheduleFields = std::to_array<Field<Schedule>>({
     {"at", Into<&Schedule::at>},
@@ -201,7 +201,7 @@ std::string AddLateAnswers(const Site& site, const Parts& parts) {
   return "answers are " + parts.done->At("by").Text() + " late" + words;
 }
 
-// A task that walks its lines.
+// A task that runs through its lines.
 
 struct Walk {
   std::string program;
@@ -253,7 +253,7 @@ constexpr auto PartFields = std::to_array<Field<Parts>>({
     {"late", Doing<AddLateAnswers>},
 });
 
-// "what", "then" and "stepwise" are of values only.
+// "what", "then" and "stepwise" are for values only.
 void CheckTogether(const Node& node, const Parts& parts) {
   if (parts.done == nullptr) {
     node.Fail("must have ramp, cycle, path, task, alarm, link or late");

@@ -11,7 +11,7 @@
 namespace orif::sim {
 namespace {
 
-// A controller while its part of the file is read.
+// A controller while its part of the file is being read.
 struct ControllerDraft {
   std::string host;
   Capacity capacity{.motionGroups = 1};
@@ -21,7 +21,7 @@ struct ControllerDraft {
   Site At() const { return {*robot, capacity}; }
   void Say(const std::string& line) { summary += "  " + line + '\n'; }
 
-  // How many there are of `what`, and the first of them.
+  // Adds a line to the summary: how many of `what` there are, and the names of the first ones.
   void Tell(const std::string& what, const std::vector<std::string>& names) {
     constexpr std::size_t Told = 6;
     if (names.empty()) return;
@@ -38,7 +38,7 @@ constexpr auto SizeFields = std::to_array<Field<Capacity>>({
     {"userFrames", Between<&Capacity::userFrames, 1, 99>},
 });
 
-// Registers, strings, positions, frames and signals, as the section's key says.
+// One of the sections registers, strings, positions, frames and signals.
 void ReadItems(ControllerDraft& draft, const Node& section) {
   Controller& robot = *draft.robot;
   std::vector<std::string> names;
@@ -119,7 +119,7 @@ constexpr auto AlarmListFields = std::to_array<Field<ControllerDraft>>({
     {"password", ReadAlarms<AlarmList::Password>},
 });
 
-// The first ones make the controller, the others fill it.
+// The first ones are needed to make the controller; the others fill it.
 constexpr std::size_t MakingFields = 3;
 constexpr auto ControllerFields = std::to_array<Field<ControllerDraft>>({
     {"host", Text<&ControllerDraft::host, 255>, true},

@@ -1,6 +1,5 @@
-// What a scenario file calls by name: "R[3]", "PR[G2:5]", "POS[0].X", "DO[1]", "$OVERRIDE". An item
-// knows which values it takes and puts them where they belong. Used by the readers of a scenario
-// file.
+// What a scenario file names: "R[3]", "PR[G2:5]", "POS[0].X", "DO[1]", "$OVERRIDE". An item knows
+// which values it takes and stores them in the controller.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +13,11 @@
 
 namespace orif::sim {
 
-/// What an item holds. A number is an integer or a real, as it is written; the last two have no
-/// value that could change.
+/// What an item holds. A Number is an integer or a real, whichever is written. An Origin or Nothing
+/// cannot change over time.
 enum class Form { Number, Integer, Real, Bit, Text, Position, Origin, Nothing };
 
-/// A controller while it is set up, and its sizes.
+/// The controller that is being set up, and its sizes.
 struct Site {
   Controller& robot;
   const Capacity& capacity;
@@ -26,21 +25,23 @@ struct Site {
 
 class ScenarioItem {
  public:
-  /// The item that is the key of `node` in its section of the file, "registers" for example. Like
-  /// Changing, throws a Mistake for what is none, and for what the controller does not have.
+  /// The item that the key of `node` names, in a section of the file such as "registers". Throws a
+  /// Mistake if it is no item, or one that the controller does not have.
   static ScenarioItem InSection(const Site& site, const Node& node, std::string_view section);
 
-  /// The item that `node` names, which changes over time: parts of positions and variables too.
+  /// The item that the text `node` names and that changes over time; it may be part of a position
+  /// or a variable. Throws a Mistake like InSection.
   static ScenarioItem Changing(const Site& site, const Node& node);
 
   Form Holds() const { return form_; }
-  /// What an item holds at this time, if that is a position; an empty one otherwise.
+  /// The item's position now, or an empty one if the item is none.
   Position PositionNow(Controller& robot) const;
+  /// Stores the value.
   void Put(Controller& robot, const VariableValue& value) const;
 
-  /// Null for an item that has none.
+  /// The item's comment, or null if it cannot have one.
   std::string* Comment(Controller& robot) const;
-  /// Of a user frame.
+  /// The origin of a user frame.
   CurrentPositions::Origin& Origin(Controller& robot) const {
     return robot.FrameOrigin(group_, index_);
   }
@@ -60,10 +61,10 @@ class ScenarioItem {
   Form form_ = Form::Nothing;
 };
 
-/// A value as an item of that form takes it. A position has what it does not say from `usual`.
+/// Reads a value of that form. What a position leaves out is taken from `usual`.
 VariableValue ReadValue(const Node& node, Form form, const Position& usual = {});
 
-/// What a section says of an item: a value, a comment, or both.
+/// What a section says about an item: a value, a comment, or both.
 struct Entry {
   std::optional<VariableValue> value;
   const Node* comment = nullptr;
