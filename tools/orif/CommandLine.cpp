@@ -202,8 +202,7 @@ void AddSimulateCommand(CLI::App& app) {
   command->callback([file] { Simulate(*file); });
 }
 
-// "--simulate" takes the argument behind it only if that is a scenario file: items may stand there
-// too.
+// "--simulate" takes the next argument only if it is a scenario file; it may also be an item.
 std::vector<std::string> Arguments(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -213,7 +212,7 @@ std::vector<std::string> Arguments(int argc, char** argv) {
   return arguments;
 }
 
-// Says so where the first word is no command; the parser would only miss one.
+// Says so if the first word is no command; the parser would only say that one is missing.
 void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments) {
   if (arguments.empty() || arguments.front().starts_with('-')) return;
   std::vector<std::string> commands;

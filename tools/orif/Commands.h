@@ -1,5 +1,5 @@
-// The commands of the tool: what each is told on the command line, and the function that carries it
-// out, in the file of its name. They throw an Error for what cannot be done.
+// The commands of the tool: the options of each, and the function that carries it out, in a file of
+// its own name. The functions throw an Error if they cannot do what was asked.
 #pragma once
 
 #include <chrono>
@@ -68,7 +68,7 @@ struct TaskOptions {
 };
 void ShowTasks(const TaskOptions& options);
 
-/// Checks a scenario file and tells what is in it.
+/// Checks a scenario file and prints what is in it.
 void Simulate(const std::string& file);
 
 }  // namespace orif::tool

@@ -11,10 +11,10 @@
 namespace orif::tool {
 namespace {
 
-// Regular expressions take stack for each character.
+// A regular expression uses stack for every character.
 constexpr std::size_t LongestItem = 200;
 
-/// A word that chooses how items are registered: a type behind the colon, a list in the brackets.
+/// A word that chooses the type to register: the type after the colon, or the list in the brackets.
 struct Choice {
   Kind kind;
   std::string_view word;
@@ -67,7 +67,7 @@ const Symbol* FindSymbol(std::string_view name) {
   return symbol == Symbols().end() ? nullptr : &*symbol;
 }
 
-// Says how the symbol is written, beginning with the argument's own number where it has one.
+// Shows how to write the symbol, with the argument's own number if it has one.
 [[noreturn]] void RefuseForm(const std::string& argument, const Symbol& symbol,
                              const std::string& reason) {
   std::smatch number;

@@ -1,5 +1,4 @@
-// Values as JSON, apart from their other texts because the library that writes it takes long to
-// compile.
+// Values as JSON. Not part of Text.h, because the JSON library takes long to compile.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -11,10 +10,10 @@ namespace orif::tool {
 
 using Json = nlohmann::ordered_json;
 
-/// Numbers as numbers, null for no value and for what is no finite number.
+/// A number as a number; null for no value, for infinities and for not-a-number.
 Json ToJson(const Value& value);
 
-/// With line breaks and a line end. Bytes that are no UTF-8 become the replacement character.
+/// Indented, with a final line end. Bytes that are not UTF-8 become the replacement character.
 std::string JsonText(const Json& json);
 
 }  // namespace orif::tool

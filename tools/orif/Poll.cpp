@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 using Milliseconds = Pace::Milliseconds;
 
-/// A lost link is tried again so often.
+/// How long to wait before a lost link is tried again.
 constexpr Milliseconds RetryAfter = 1s;
 
 }  // namespace
@@ -51,7 +51,7 @@ bool Poll::WaitUntilDue() {
 Link Poll::Refresh() {
   if (live_->readout.Read()) return Link::Up;
   if (refreshes_ == 0) throw live_->session.Refusal("the values cannot be read");
-  // The controller may have room for one connection only: this one ends before the next begins.
+  // The controller may allow one connection only: end this one before the next begins.
   live_->session.Core().Disconnect();
   lost_ = true;
   retryAt_ = began_ + RetryAfter;
@@ -69,7 +69,7 @@ Link Poll::ConnectAnew() {
       return Link::Back;
     }
   } catch (const Error&) {
-    // Not back yet. What the reason is, the user has seen at the start or sees in the trail.
+    // Not back yet. The trail has the reason.
   }
   retryAt_ = clock_.Now() + RetryAfter;
   return Link::StillLost;

@@ -24,7 +24,7 @@ namespace {
 
 using std::int64_t;
 
-// How many words an item takes. A numeric register without a type is registered in both forms.
+// How many words the items take. Numeric registers without a type are registered as both types.
 std::int64_t WordsOf(const Designation& designation) {
   const std::int64_t count = std::int64_t{designation.last} - designation.first + 1;
   switch (designation.Is()) {
@@ -48,7 +48,7 @@ std::int64_t WordsOf(const Designation& designation) {
   }
 }
 
-// The bit blocks and groups are addressed with 16 bits.
+// Signals are addressed with 16 bits.
 constexpr std::int64_t MostSignals = 32767;
 
 Value Plain(const Variant& value) {
@@ -106,7 +106,7 @@ bool DecodeText(DataString& item, Value* column, std::int32_t index) {
 }
 
 bool DecodeTask(DataTask& task, Value* column) {
-  // A name that fills its words brings along what lies behind them.
+  // A name that fills its words runs on into the words after it.
   std::string program;
   std::string parent;
   std::int16_t line = 0;
@@ -234,7 +234,7 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
   orif::DataTable& table = session_.Table();
   const std::int32_t first = designation.first;
   const std::int32_t last = designation.last;
-  // The item that was added, for what decodes it.
+  // The item that was added; throws if it was refused.
   const auto accepted = [&](auto item) {
     if (item == nullptr) throw session_.Refusal("the controller refuses " + designation.text);
     return item;
@@ -296,7 +296,7 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
       };
     case Kind::Bit:
     case Kind::Group: {
-      // The whole run is read with the first of its signals.
+      // The first signal reads the whole run.
       auto signals = std::make_shared<std::vector<std::int32_t>>();
       return [this, signals, designation](std::int32_t index, Value* column) {
         if (index == designation.first && !ReadSignals(session_.Core(), designation, *signals)) {

@@ -14,8 +14,8 @@
 namespace orif::tool {
 namespace {
 
-// The trail's text has no line end behind its first line: the time and the thread that begin the
-// second one tell where that is.
+// The trail's text has no line end after its first line: the second line begins where the next time
+// and thread are found.
 void PrintTrail(std::ostream& out, const std::string& messages) {
   const std::string trail = std::regex_replace(messages, std::regex("\r\n"), "\n");
   if (trail.empty()) return;
@@ -31,7 +31,7 @@ void PrintTrail(std::ostream& out, const std::string& messages) {
   }
 }
 
-// The reason behind the tag and the id of a trail line.
+// The reason in a trail line, after tag and id.
 std::string ReasonOf(const std::string& line) {
   constexpr std::string_view Mark = ", Err ";
   const auto mark = line.find(Mark);

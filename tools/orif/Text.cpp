@@ -53,7 +53,7 @@ std::string Right(std::string text, std::size_t width) {
   return text;
 }
 
-// By characters, not bytes, so that columns behind a name with accents still line up.
+// Counts characters, not bytes, so that columns after a name with accents line up.
 std::string Left(std::string text, std::size_t width) {
   const auto shown = static_cast<std::size_t>(
       std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));

@@ -19,7 +19,7 @@ bool Has(std::span<const std::string_view> names, std::string_view name) {
   return std::ranges::find(names, name) != names.end();
 }
 
-// The number that is the whole text; none for anything else, and for what does not fit.
+// The number that the whole text is; none if it is anything else or does not fit.
 template <class T>
 std::optional<T> Parsed(std::string_view text) {
   T number{};
@@ -41,7 +41,7 @@ T NumberIn(const WriteRequest& request, std::string_view text, const std::string
 constexpr const char* WholeNumber = "a whole number of 32 bits";
 constexpr const char* RealNumber = "a number";
 
-// A register takes the type in which its value is written, unless a type is asked for.
+// The written value decides the type of a register, unless the user names one.
 Value RegisterValue(WriteRequest& request, const std::string& text) {
   const bool digits = text.find_first_not_of("+-0123456789") == std::string::npos;
   if (!request.item.type) request.item.type = digits ? NUMREG_INT : NUMREG_REAL;

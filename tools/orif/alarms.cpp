@@ -1,5 +1,4 @@
-// "orif alarms": the alarms of one of the controller's lists, newest first as the controller has
-// them.
+// "orif alarms": lists the alarms of one of the controller's lists, newest first.
 #include <array>
 #include <map>
 #include <string>

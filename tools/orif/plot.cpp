@@ -1,4 +1,4 @@
-// "orif plot": draws a picture of what record wrote down.
+// "orif plot": draws a picture of a recording.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -17,7 +17,7 @@
 namespace orif::tool {
 namespace {
 
-/// The picture while it is drawn, beside where it belongs; gone unless it is Kept.
+/// The picture while it is drawn, in a file next to its own. Removed at the end unless Kept.
 class Draft {
  public:
   explicit Draft(const std::filesystem::path& picture)
@@ -37,7 +37,7 @@ class Draft {
 
   const std::filesystem::path& Path() const { return path_; }
 
-  /// gnuplot does not tell that the disk was full: a picture is whole when its end is there.
+  /// gnuplot does not say when the disk is full: a picture is whole if its end is there.
   bool IsWhole(std::string_view last) const {
     std::ifstream file(path_, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};

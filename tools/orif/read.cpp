@@ -19,7 +19,7 @@ void PrintCsv(const Readout& readout) {
   std::cout << CsvLine(names) << CsvLine(values);
 }
 
-// An item with one value is that value; others are an object of their fields.
+// An item with one value is that value; any other is an object of its fields.
 void PrintJson(const Readout& readout) {
   Json json = Json::object();
   for (const ItemColumns& item : readout.Items()) {

@@ -1,4 +1,4 @@
-// "orif record": writes the values of items down, a row a refresh.
+// "orif record": writes the values of items to a file, a row for each refresh.
 #include <array>
 #include <cstdio>
 #include <filesystem>

@@ -1,4 +1,4 @@
-// "orif simulate": checks a scenario file and tells what is in it.
+// "orif simulate": checks a scenario file and prints what is in it.
 #include <iostream>
 
 #include "simulator/scenario/Scenario.h"

@@ -1,4 +1,4 @@
-// "orif tasks": the programs that run on the controller.
+// "orif tasks": lists the programs that run on the controller.
 #include <array>
 #include <string>
 

@@ -1,4 +1,4 @@
-// "orif watch": shows items again and again, in place in a terminal, elsewhere a line a refresh.
+// "orif watch": keeps showing items, in place on a terminal, elsewhere as a line for each refresh.
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -15,10 +15,10 @@
 namespace orif::tool {
 namespace {
 
-/// Which values are others than they were at the refresh before.
+/// Which values have changed since the last refresh.
 class Changes {
  public:
-  /// `atFirst`: whether all values count as changed when there were none before.
+  /// `atFirst`: whether all values of the first refresh count as changed.
   explicit Changes(bool atFirst) : atFirst_(atFirst) {}
 
   std::vector<bool> Note(const std::vector<Value>& values) {
@@ -71,7 +71,7 @@ void Watch(const WatchOptions& options) {
       PrintLine(poll, *link, changed);
   }
   if (!screen) return;
-  // What was seen last stays in sight.
+  // Leave the last values on the terminal.
   screen.reset();
   for (const Line& line : Layout(poll.Values())) std::cout << PlainText(line) << '\n';
 }

@@ -1,5 +1,5 @@
-// "orif write": checks all requests, shows what is there and what shall be, asks, writes, and
-// shows what the controller has then.
+// "orif write": checks all requests, shows the old and the new values, asks, writes, and shows what
+// the controller has afterwards.
 #include <algorithm>
 #include <functional>
 #include <iostream>
@@ -18,13 +18,13 @@
 namespace orif::tool {
 namespace {
 
-constexpr std::size_t CartesianParts = 6;  // X to R; with E1 to E3 they are all of them
-constexpr std::size_t ArmAxes = 6;  // what a new joint form has at least: no axis moves unnamed
+constexpr std::size_t CartesianParts = 6;  // X to R, without E1 to E3
+constexpr std::size_t ArmAxes = 6;         // a new joint form needs them all: no axis moves unnamed
 
 using PositionFields::Cartesian;
 using PositionFields::Joint;
 
-/// A position as it is to be written.
+/// The position to write.
 struct PositionToWrite {
   std::vector<float> joint;  // empty for the cartesian form
   std::vector<float> xyzwpr;
@@ -33,7 +33,7 @@ struct PositionToWrite {
   std::int16_t UT = 0;
 };
 
-/// An request on its way to the controller.
+/// A request, with what it takes to carry it out.
 struct Change : WriteRequest {
   PositionToWrite position;
   std::function<bool(const Change&)> write;
@@ -56,7 +56,7 @@ bool WritePosition(Item& item, const PositionToWrite& position, Index... index) 
   return item.SetValueJoint(index..., position.joint, position.UF, position.UT);
 }
 
-// Registers what the change is written through.
+// Registers the item through which the change is written.
 void Register(Session& session, Change& change) {
   orif::DataTable& table = session.Table();
   const std::int32_t index = change.item.first;
@@ -104,7 +104,7 @@ void Register(Session& session, Change& change) {
   }
 }
 
-/// The values of a position's parts: what is named, else what the controller has.
+/// The values of a position's parts: as the user named them, or else as the controller has them.
 class Parts {
  public:
   Parts(const Change& change, const Readout& readout, const ItemColumns& item)
@@ -115,7 +115,7 @@ class Parts {
     return named != change_.parts.end() ? named->second : Before(field);
   }
 
-  /// Whether the controller has the form that the field belongs to.
+  /// Whether the controller's position is valid in the form that the field belongs to.
   bool HasForm(std::string_view field) const {
     return std::holds_alternative<float>(Before(field));
   }
@@ -152,7 +152,7 @@ class Parts {
   const ItemColumns& item_;
 };
 
-// What is not named stays: the values behind the last named one are not sent at all.
+// Parts that are not named stay as they are; joints after the last named one are not sent at all.
 void CompletePosition(Change& change, const Readout& readout, const ItemColumns& item) {
   const Parts parts(change, readout, item);
   PositionToWrite& position = change.position = {};
@@ -177,7 +177,7 @@ void CompletePosition(Change& change, const Readout& readout, const ItemColumns&
   position.config = ConfigNumbers(change, text != nullptr ? *text : "0 0 0 0 0 0 0");
 }
 
-// Reads what the controller has, and with it completes what is to be written.
+// Reads what the controller has, and completes the positions to write with it.
 void ReadAndComplete(Session& session, Readout& readout, std::vector<Change>& changes) {
   if (!readout.Read()) throw session.Refusal("the values could not be read; nothing was written");
   for (std::size_t i = 0; i < changes.size(); ++i) {
@@ -185,7 +185,7 @@ void ReadAndComplete(Session& session, Readout& readout, std::vector<Change>& ch
   }
 }
 
-/// One line of what is shown: a value by name, what it is, and what it shall be.
+/// One line of output: a value's name, what it is and what it will be.
 struct Row {
   std::string name;
   std::string before;
@@ -259,7 +259,7 @@ void Write(const WriteOptions& options) {
   for (Change& change : changes) {
     Register(session, change);
     items.push_back(change.item);
-    if (change.item.Is() == Kind::NumReg) items.back().type = {};  // as it is, not as it will be
+    if (change.item.Is() == Kind::NumReg) items.back().type = {};  // whatever it holds now
   }
   Readout readout(session, items);
   ReadAndComplete(session, readout, changes);
@@ -271,7 +271,7 @@ void Write(const WriteOptions& options) {
       std::cout << "Nothing was written.\n";
       return;
     }
-    ReadAndComplete(session, readout, changes);  // the controller went on while the user thought
+    ReadAndComplete(session, readout, changes);  // values may have changed while the user thought
   }
   WriteAll(session, changes);
   if (!readout.Read()) throw session.Refusal("all was written, but could not be read again");

@@ -32,7 +32,7 @@ _orif() {
   fi
   case $command in
     read | watch | write | record)
-      # An item goes on behind its bracket; a quote in front of it is the shell's.
+      # More of the item follows its bracket; a quote in front of it is the shell's.
       compopt -o nospace 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}")
       ;;
