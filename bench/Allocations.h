@@ -1,4 +1,4 @@
-// The number of allocations of this process so far; Allocations.cpp counts them.
+// How many allocations this process has made so far; Allocations.cpp counts them.
 #pragma once
 
 namespace orif::bench {

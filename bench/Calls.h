@@ -1,4 +1,4 @@
-// Calls of the lower layer without the library, to measure the library against.
+// Calls of the lower layer without the library, to compare the library with.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace orif::bench {
 
-/// An operation that reads `words` from number `first` on: bulk read or bit signals.
+/// Calls an operation that reads `words` from number `first` on: the bulk read, or bit signals.
 inline std::int32_t Read(Dispatch& lower, DispId id, std::int16_t first,
                          std::span<std::int16_t> words) {
   std::array<OrvexValue, 3> arguments{};

@@ -13,7 +13,7 @@ namespace {
 class DirectCore final : public Dispatch {
  public:
   explicit DirectCore(Delivery delivery) : delivery_(delivery) {
-    words_.fill(0x2041);  // texts are full, and their last character is a blank
+    words_.fill(0x2041);  // texts fill their words and end in a blank
   }
 
   OrvexValue Invoke(std::int32_t id, OrvexCall /*call*/,

@@ -1,5 +1,5 @@
-// The lower core object of the benchmarks: it answers at once what reading values needs, so that a
-// figure shows the library's own cost. Every other operation succeeds and does nothing.
+// The lower core object of the benchmarks. It answers at once, so that a figure shows the library's
+// own cost: reading values works, every other operation succeeds and does nothing.
 #pragma once
 
 #include <bit>
@@ -12,7 +12,7 @@ namespace orif::bench {
 
 constexpr std::int32_t AreaWords = 16383;
 
-/// The value in two neighbouring words, low-order word first; `T` is std::int32_t or float.
+/// The value in two adjacent words, low-order word first; `T` is std::int32_t or float.
 template <class T>
 T ByHand(const std::int16_t* words) {
   const std::uint32_t low = static_cast<std::uint16_t>(words[0]);
@@ -20,7 +20,7 @@ T ByHand(const std::int16_t* words) {
   return std::bit_cast<T>(low | high << 16);
 }
 
-/// Whether ReadRShort delivers its words, or only says so: then it costs the same for any count.
+/// Whether ReadRShort delivers its words or only says so. If not, it costs the same for any count.
 enum class Delivery { Copy, None };
 
 std::shared_ptr<Dispatch> MakeDirectCore(Delivery delivery);

@@ -1,5 +1,4 @@
-// What most benchmarks begin with: a connected Core over one of the two lower layers, and its
-// table.
+// What most benchmarks start with: a connected Core over one of the lower layers, and its table.
 #pragma once
 
 #include <memory>
@@ -10,8 +9,8 @@
 
 namespace orif::bench {
 
-/// Direct: a direct core. Simulator: the demonstration cell. Silent: a direct core whose bulk read
-/// costs the same for any count.
+/// Direct: a direct core. Simulator: the demonstration cell. Silent: a direct core that delivers no
+/// words.
 enum class Lower { Direct, Simulator, Silent };
 
 inline DispatchFactory Factory(Lower lower) {
@@ -31,8 +30,8 @@ struct Session {
     table = core.DataTable();
   }
 
-  /// Registers items that take all words of the data area: registers, and an alarm for the odd
-  /// number.
+  /// Registers items that take all words of the data area: registers, and an alarm because the
+  /// number of words is odd.
   void FillTable() {
     constexpr std::int32_t AlarmWords = 11;
     table->AddAlarm(ALARM_LIST, 1, 1);

@@ -1,4 +1,4 @@
-// The simulated controller's bulk read, against copying as many bytes.
+// The simulated controller's bulk read, compared with copying as many bytes.
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -13,7 +13,7 @@ namespace {
 
 using benchmark::State;
 
-// Registers shown in the type that they were written in.
+// Reads registers as the type that they hold.
 template <class T>
 void Compose(State& state) {
   constexpr bool Real = std::is_same_v<T, float>;

@@ -1,6 +1,6 @@
-// Runs for long on the simulated controller and watches its own memory: ten million cycles of
-// refresh and read, then one million of register and clear; an argument divides both numbers. Fails
-// when memory grows once the first tenth of a phase is over.
+// Runs on the simulated controller for a long time and watches its own memory: ten million cycles
+// of refresh and read, then one million of register and clear. An argument divides both numbers.
+// Fails if memory grows after the first tenth of a phase.
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr long RefreshCycles = 10'000'000;
 constexpr long RegisterCycles = 1'000'000;
-constexpr long NoiseKiB = 256;  // a byte lost in each cycle would be a thousand and more
+constexpr long NoiseKiB = 256;  // losing a byte in each cycle would lose a thousand or more
 
 long ResidentKiB() {
   std::ifstream statm("/proc/self/statm");
@@ -25,7 +25,7 @@ long ResidentKiB() {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-// Runs `cycle` so often; it answers whether all was well.
+// Runs `cycle`, which answers whether it went well, `cycles` times.
 template <class Cycle>
 void Soak(const char* what, long cycles, const Cycle& cycle) {
   long settled = 0;

@@ -20,7 +20,7 @@ void Refresh(State& state, Lower lower) {
   }
 }
 
-// The assignment is made by the same table.
+// The same table makes the assignment.
 void RefreshByLowerLayer(State& state, Lower lower) {
   Session session(lower);
   session.FillTable();
@@ -40,7 +40,7 @@ BENCHMARK_CAPTURE(RefreshByLowerLayer, sim, Lower::Simulator)
 BENCHMARK_CAPTURE(Refresh, direct, Lower::Direct)->Name("Refresh/direct");
 BENCHMARK_CAPTURE(RefreshByLowerLayer, direct, Lower::Direct)->Name("Refresh/direct/lower layer");
 
-// The lower layer costs the same for any count, so what is left is the library's own part.
+// The lower layer costs the same for any count, so the rest is the library's own cost.
 void RefreshOfItems(State& state) {
   Session session(Lower::Silent);
   for (std::int32_t i = 1; i <= state.range(0); ++i) session.table->AddNumReg(NUMREG_INT, i, i);
@@ -52,8 +52,8 @@ void RefreshOfItems(State& state) {
 
 BENCHMARK(RefreshOfItems)->Name("Refresh/items")->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->Arg(8000);
 
-// The n-th item alone takes too little time for the clock, so it is registered together with those
-// around it: a batch of items that ends with the n-th.
+// Registering the n-th item alone is too quick for the clock, so a batch of items that ends with it
+// is timed.
 void Register(State& state, Lower lower) {
   constexpr std::int32_t Batch = 100;
   Session session(lower);

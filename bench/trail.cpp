@@ -1,5 +1,5 @@
-// Writing to the debug trail, and not writing to it. DebugOut is the library's own and out of reach
-// in the shared build, so this is measured with the static library.
+// Lines of the debug trail, written and not written. DebugOut is internal to the library, so this
+// needs the static one.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -27,7 +27,7 @@ void DebugOut(State& state) {
   modOrif::TrailFlag(false);
 }
 
-// The same text, built as plainly as can be.
+// The same text, made as simply as possible.
 std::string Line(std::string_view message, int thread) {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
@@ -44,7 +44,7 @@ void Format(State& state) {
   modOrif::DebugOut(Message);
   const std::string written = modOrif::LastMessage();
   const std::string line = Line(Message, thread);
-  constexpr std::size_t TimeOfDay = 8;  // may have moved on by a second
+  constexpr std::size_t TimeOfDay = 8;  // may be a second later
   if (line.substr(TimeOfDay) != written.substr(TimeOfDay)) {
     return state.SkipWithError("not the same line");
   }
@@ -60,7 +60,7 @@ void Untraced(State& state, const Object& object) {
   const Trail<Object> trail(object, "GetValue");
   for (auto _ : state) {
     trail.Traced(", Enter R[", index, "]");
-    benchmark::ClobberMemory();  // the flag is read anew each time
+    benchmark::ClobberMemory();  // the flag is read every time
   }
 }
 

@@ -1,4 +1,4 @@
-// Reading values of the last refresh, against reading the same words by hand.
+// Reading values of the last refresh, compared with reading the same words by hand.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -13,7 +13,7 @@ namespace {
 
 using benchmark::State;
 
-/// Measures `read`, which answers whether it could; one that allocates has no figure.
+/// Measures `read`, which answers whether it succeeded. If it allocates, there is no figure.
 template <class Read>
 void Measure(State& state, const Read& read) {
   if (!read()) return state.SkipWithError("not read");
@@ -22,7 +22,7 @@ void Measure(State& state, const Read& read) {
   if (Allocations() != before) state.SkipWithError("allocates");
 }
 
-/// A buffer of words that the compiler knows nothing of.
+/// A buffer of words that the compiler knows nothing about.
 class Words {
  public:
   Words() {
@@ -68,7 +68,7 @@ BENCHMARK_CAPTURE(NumReg, real, Lower::Simulator, NUMREG_REAL)->Name("NumReg/rea
 BENCHMARK(NumRegByHand<std::int32_t>)->Name("NumReg/int/by hand");
 BENCHMARK(NumRegByHand<float>)->Name("NumReg/real/by hand");
 
-struct Position {
+struct PositionValues {
   std::array<float, PositionRecord::FloatCount> xyzwpr{};
   std::array<std::int16_t, PositionRecord::ConfigCount> config{};
   std::array<float, PositionRecord::FloatCount> joint{};
@@ -82,7 +82,7 @@ void PosReg(State& state, Lower lower) {
   Session session(lower);
   const auto registers = session.table->AddPosReg(POSREG, 1, 1, 2);
   session.table->Refresh();
-  Position p;
+  PositionValues p;
   Measure(state, [&] {
     const bool done =
         registers->GetValue(2, p.xyzwpr, p.config, p.joint, p.uf, p.ut, p.validC, p.validJ);
@@ -93,8 +93,8 @@ void PosReg(State& state, Lower lower) {
 
 void PosRegByHand(State& state) {
   const Words words;
-  Position p;
-  // One at a time: the compiler may not join reads.
+  PositionValues p;
+  // One at a time: the compiler must not combine reads.
   const auto put = [](auto& target, auto value) {
     benchmark::DoNotOptimize(value);
     target = value;
@@ -126,7 +126,7 @@ BENCHMARK_CAPTURE(PosReg, direct, Lower::Direct)->Name("PosReg/direct");
 BENCHMARK_CAPTURE(PosReg, sim, Lower::Simulator)->Name("PosReg/simulator");
 BENCHMARK(PosRegByHand)->Name("PosReg/by hand");
 
-// Texts. With the direct core they fill their words, which is the longest that there is.
+// Texts. With the direct core they fill their words, which is as long as they get.
 
 void TextByHand(const std::int16_t* words, std::size_t count, std::string& text) {
   text.clear();
@@ -236,7 +236,7 @@ BENCHMARK(TaskByHand)->Name("Task/by hand");
 BENCHMARK(Alarm)->Name("Alarm/library");
 BENCHMARK(AlarmByHand)->Name("Alarm/by hand");
 
-// Signals are read from the controller directly; a raw read is the same call of the lower layer.
+// Signals come straight from the controller; a raw read makes the same call of the lower layer.
 
 void Signals(State& state, Lower lower) {
   Session session(lower);

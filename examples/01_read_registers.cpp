@@ -1,5 +1,5 @@
-// Reads three numeric registers of a controller with one refresh. The controller is simulated; with
-// a real one the Core takes no argument and Connect takes the controller's address.
+// Reads three numeric registers of a controller with one refresh. The controller is simulated; for
+// a real one, give the Core no argument and Connect the controller's address.
 #include <iostream>
 
 #include "orif/orif.h"

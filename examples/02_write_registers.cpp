@@ -1,4 +1,4 @@
-// Writes go to the controller at once; the item shows what they did after the next refresh.
+// Writes go to the controller at once; the item shows the new values after the next refresh.
 #include <array>
 #include <iostream>
 

@@ -18,7 +18,7 @@ void PrintPart(const char* name, const std::array<float, 9>& values, std::int16_
   std::cout << '\n';
 }
 
-// A position register holds a cartesian and a joint part, each of which may be valid or not.
+// A position has a cartesian and a joint form; each may be valid or not.
 template <class Item, class... Index>
 void Print(const char* what, Item& item, Index... index) {
   std::array<float, 9> xyzwpr{};
@@ -55,7 +55,7 @@ int main() {
   Print("Current position in user frame 1", *inFrame);
   Print("$TOOL_CENTRE", *tool);
 
-  // Arrays, or one value after the other.
+  // As arrays, or value by value.
   const std::array<float, 6> joint{10, -20, 30, 0, 45.5F, 0};
   if (!registers->SetValueJoint(1, joint, 1, 2)) return 1;
   if (!registers->SetValueXyzwpr2(3, 400, 0, 250.5F, 180, 0, 90, 0, 0, 0,  // X ... E3

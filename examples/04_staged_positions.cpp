@@ -1,5 +1,5 @@
-// Writes many positions at once: values are staged and sent with one Update, for the cartesian
-// registers of one motion group and for registers of several groups.
+// Writes many positions at once: values are staged and sent with one Update. Works for the
+// cartesian registers of one motion group, and for registers of several groups.
 #include <array>
 #include <iostream>
 #include <string>
@@ -11,7 +11,7 @@ int main() {
   orif::Core core(orif::sim::DemoNetwork().Factory());
   if (!core.Connect("demo")) return 1;
   const auto table = core.DataTable();
-  // Registers 21 to 23 of group 1 for a staged transfer, and to read back what it did.
+  // Registers 21 to 23 of group 1: to stage and send, and to read back.
   const auto staged = table->AddPosRegXyzwpr(orif::POSREG_XYZWPR, 1, 21, 23);
   const auto registers = table->AddPosReg(orif::POSREG, 1, 21, 23);
   // Register 31 of two groups: an arm in cartesian form, and a turntable with one axis.
@@ -52,11 +52,11 @@ int main() {
     return 1;
   }
   print("PR[G1:31]");
-  // A group of one axis fills J1; what the others receive is not the group's.
+  // A group of one axis has J1 only; ignore the other values.
   if (!groups->GetValueJoint(31, 2, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8])) return 1;
   std::cout << "PR[G2:31] J1 " << x[0] << '\n';
 
-  // An Update with nothing staged is refused, and the trail says so.
+  // An Update with nothing staged is refused; the trail says so.
   if (staged->Update()) return 1;
   std::cout << core.DebugMessage().substr(core.DebugMessage().find('[')) << '\n';
 }

@@ -1,4 +1,4 @@
-// Reads and writes signals: runs of bit signals and of group signals go straight to and from the
+// Reads and writes runs of bit signals and group signals. They go straight to and from the
 // controller, without a data table.
 #include <array>
 #include <iostream>

@@ -47,8 +47,8 @@ int main() {
   };
   if (!print()) return 1;
 
-  // Texts are staged; one Update sends all from the lowest to the highest index that was set, and
-  // empties those in between that were not.
+  // Texts are staged. One Update sends all from the lowest to the highest index that was set; texts
+  // in between that were not set become empty.
   if (!strings->SetValue(1, "HINGE-12") || !strings->SetValue(3, "third") || !strings->Update()) {
     return 1;
   }

@@ -1,7 +1,7 @@
-// The main job, on the simulated controller, or over the component that ORVEX_COMMLIB names, such
-// as the simulator's: connect, register every kind of item, refresh, print, write, see that the old
-// values stand until the next refresh, refresh, print, clear the alarms, disconnect, and show the
-// trail. Everything printed is what the library answers.
+// All of the main job: connect, register every kind of item, refresh, print, write, see the old
+// values until the next refresh, refresh, print, clear the alarms, disconnect and show the trail.
+// It runs on the simulated controller, or through the component that ORVEX_COMMLIB names. All that
+// it prints comes from the library.
 #include <array>
 #include <cstdlib>
 #include <iostream>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// The demonstration ends at the first answer that it does not expect.
+// Ends the program at the first unexpected answer.
 template <class Answer>
 Answer Expect(Answer answer, const char* what, const orif::Core& core) {
   if (answer) return answer;
@@ -45,7 +45,7 @@ void PrintPosition(const char* what, Item& item, Index... index) {
   Print("joint    ", joint, ValidJ);
 }
 
-// Everything that is registered in the demonstration's table.
+// All items that the demonstration registers.
 struct Items {
   Items(orif::DataTable& table, const orif::Core& core)
       : counters(Expect(table.AddNumReg(orif::NUMREG_INT, 1, 2), "AddNumReg", core)),
@@ -104,7 +104,7 @@ struct Items {
   void PrintAlarm() const {
     std::array<std::int16_t, 11> n{};
     std::string message;
-    std::string cause;     // not read in message mode 2
+    std::string cause;     // message mode 2 does not read it
     std::string severity;  // nor this
     if (!alarms->GetValue(1, n[0], n[1], n[2], n[3], n[4], n[5], n[6], n[7], n[8], n[9], n[10],
                           message, cause, severity)) {
@@ -132,7 +132,7 @@ struct Items {
     Expect(reals->SetValuesReal(3, values, 2), "SetValuesReal", core);
     Expect(positions->SetValueJoint(1, joint, 1, 1), "SetValueJoint", core);
     Expect(tool->SetValueXyzwpr(centre, config, 0, 0), "SetValueXyzwpr", core);
-    // Staged values are sent with Update: the registers of one group, then those of two.
+    // Update sends what was staged: registers of one group, then of two.
     Expect(staged->SetValueXyzwpr(2, place, config), "SetValueXyzwpr", core);
     Expect(staged->Update(), "Update", core);
     Expect(groups->SetValueXyzwpr(2, 1, place, config), "SetValueXyzwpr", core);

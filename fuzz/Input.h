@@ -1,5 +1,5 @@
-// The bytes of one fuzzer input, read from front to back as the values that calls take. An input
-// that is used up goes on as zeros. Used by all targets.
+// The bytes of one fuzzer input, read from front to back as the values that calls take. Zeros
+// follow when it is used up. All targets use it.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +25,7 @@ class Input {
   bool OneIn(std::size_t times) { return Below(times) == times - 1; }
   auto& Pick(auto& list) { return list[Below(std::size(list))]; }
 
-  /// Mostly what a client would pass, sometimes a limit, sometimes anything.
+  /// Mostly a number that a client would pass, sometimes a limit, sometimes anything.
   std::int32_t Number() {
     static constexpr std::array Limits{0,    -1,   16383, 16384, 32767, 32768, INT32_MIN, INT32_MAX,
                                        8191, 8192, 10001, 11001, 2,     327,   655,       -32768};
@@ -70,7 +70,7 @@ class Input {
     }
   }
 
-  /// Elements in memory of exactly their size.
+  /// Elements in memory of exactly the right size.
   template <class T>
   std::vector<T> Values() {
     std::vector<T> values(Below(OneIn(8) ? 256 : 12));
@@ -78,7 +78,7 @@ class Input {
     return values;
   }
 
-  /// What a lower layer may answer: any kind, with any bits. Texts are as long as they say or null.
+  /// What a lower layer may answer: any kind, any bits. Texts are null or as long as they say.
   OrvexValue Answer() {
     static constexpr std::array<std::uint16_t, 7> Kinds{
         ORVEX_EMPTY, ORVEX_I2, ORVEX_I4, ORVEX_R4, ORVEX_R8, ORVEX_BOOLEAN, ORVEX_TEXT};
@@ -108,7 +108,7 @@ class Input {
     return value;
   }
 
-  int likely = 0;  // the first of the enumerators that fit the call in hand
+  int likely = 0;  // the first enumerator that fits the current call
 
  private:
   std::span<const std::uint8_t> rest_;

@@ -1,4 +1,4 @@
-// Two small simulated controllers with some of every kind of data. Used by the targets api and
+// Two small simulated controllers with some of every kind of data, for the targets api and
 // simulator.
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace orif::fuzz {
 
-// They take long to make and are made anew now and then only; what they hold may be an earlier
-// input's.
+// Making them takes long, so they are made again only now and then. They may hold data of an
+// earlier input.
 inline const sim::Network& Robots(Input& in) {
   static sim::Network network;
   static std::size_t inputs = 0;
@@ -23,7 +23,7 @@ inline const sim::Network& Robots(Input& in) {
     }
   }
   auto& robot = *network.Find("robot");
-  robot.Misbehave().Stop();
+  robot.FaultInjection().Stop();
   robot.NumericRegister(1) = in.Value<float>();
   robot.StringRegister(1) = in.Text();
   robot.TaskList() = {{.program = in.Text()}, {.program = "SEARCH", .macro = true}};

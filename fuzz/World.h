@@ -1,7 +1,7 @@
-// Two Cores, and what a client holds of their tables and items, under a random sequence of public
-// calls. The calls are the members themselves: arguments are made by their types. An object is
-// called without being held, so that what a call drops is gone. Used by the targets api and
-// component, which bring a lower layer each.
+// Two Cores, with the tables and items that a client holds, under a random sequence of public
+// calls. The members' own types decide which arguments are made. Nothing holds an object while it
+// is called, so what a call drops is gone. Used by the targets api and component, each with a lower
+// layer of its own.
 #pragma once
 
 #include <functional>
@@ -28,7 +28,7 @@ class World {
     if (coresFirst) cores_ = {};
   }
 
-  /// One call; also what a lower layer makes of the client's while it is being called itself.
+  /// Makes one call. A lower layer uses it too, to call the library while it is being called.
   void Step() {
     static const std::vector<Call> calls = Calls();
     if (running_.size() < 4) in.Pick(calls)(*this);
@@ -128,7 +128,7 @@ class World {
     return On(member);
   }
 
-  // A Core stays while one of its own members runs; everything else may go at any time.
+  // A Core must not end while one of its members runs; anything else may go at any time.
   void EndCore() {
     auto& core = in.Pick(cores_);
     if (std::ranges::count(running_, core.get()) == 0) core.reset();

@@ -1,5 +1,5 @@
-// Random sequences of the client's calls over simulated controllers, with a lower layer that now
-// and then misbehaves: it throws, answers nonsense, fills buffers in part, lets the client in.
+// Random sequences of the client's calls over simulated controllers. Now and then the lower layer
+// misbehaves: it throws, answers nonsense, fills part of a buffer or calls the client.
 #include "fuzz/Robots.h"
 #include "fuzz/World.h"
 #include "orif/base/Fault.h"
@@ -20,7 +20,7 @@ class Unruly final : public Dispatch {
     if (mood == 4) throw static_cast<int>(mood);
     if (mood == 5) throw std::bad_alloc();
     if (mood == 6) return in_.Answer();
-    // What the library asks is well formed, whatever it was asked itself.
+    // The library's calls are well formed, whatever the client's are.
     const auto asked = [&]() noexcept { return simulated_->Invoke(id, call, args); };
     OrvexValue answer = asked();
     if (mood == 7 && args.size() == 3 && args[1].kind == (ORVEX_I2 | ORVEX_BYREF)) {

@@ -1,6 +1,6 @@
-// The client's calls over a loaded component that answers nonsense: other versions, missing
-// functions, kinds, counts and texts of any sort. What is loaded is a small module that asks this
-// program for the interface.
+// The client's calls over a loaded component that answers nonsense: wrong versions, missing
+// functions, any kinds, counts and texts. The library loads a small module that gets its interface
+// from this program.
 #include <cstdlib>
 
 #include "fuzz/World.h"
@@ -22,7 +22,7 @@ std::int32_t Lookup(void* /*object*/, const char* /*name*/, std::int32_t* id) {
   return input->OneIn(4) ? input->Number() : 0;
 }
 
-// Touches all that may be touched.
+// Touches every element that it may.
 template <class T>
 void Use(T* first, std::int32_t count, bool write) {
   for (std::int32_t i = 0; i < count; ++i) {
@@ -43,7 +43,7 @@ std::int32_t Invoke(void* /*object*/, std::int32_t id, std::uint16_t /*call*/,
       Use(const_cast<char*>(a.as.text), a.count, false);
   }
   if (input->OneIn(8)) client->Step();
-  if (!input->OneIn(2)) return 0;  // nothing, which counts as 0
+  if (!input->OneIn(2)) return 0;  // an empty answer counts as 0
   *result = input->Answer();
   return input->OneIn(8) ? input->Number() : 0;
 }

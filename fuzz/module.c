@@ -1,4 +1,4 @@
-/* The component that is loaded by the target component: what it offers is made there. */
+/* The component that the target component loads; it gets its interface from there. */
 #include <orif/lowerlayer/orvex_commlib.h>
 
 const OrvexCommLib* FuzzedEntry(uint32_t version);

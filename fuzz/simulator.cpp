@@ -1,5 +1,5 @@
 // The simulated controller as a lower core object that anybody may call: any operation with any
-// arguments, of which only the references tell the truth about how far they reach.
+// arguments. Only the extents of references are true.
 #include <cstdlib>
 #include <exception>
 #include <list>
@@ -12,7 +12,7 @@
 namespace orif::fuzz {
 namespace {
 
-// Either what a piece looks like or any text.
+// Either something like a piece or any text.
 std::string PieceText(Input& in) {
   static constexpr std::array Variables{
       "R[",    "R[C",   "PR[",   "PR[G2:", "PR[C",  "POS[G1:", "SR[",    "SR[C", "PRG[",
@@ -27,15 +27,16 @@ std::string PieceText(Input& in) {
   return text.back() == '.' ? text + std::to_string(in.Number()) + " 0.0" : text;
 }
 
-// The arguments of one call; a letter each: i and l a number, t a text, in upper case a reference,
-// F one to reals.
+// The arguments of one call, a letter each: i and l are numbers, t is a text, upper case is a
+// reference, F one to reals.
 class Arguments {
  public:
   Arguments(Input& in, std::string_view shape) {
     for (const char letter : shape) {
       OrvexValue& value = values.emplace_back(in.Answer());
       if ((value.kind & ORVEX_BYREF) != 0) value.count = std::min(value.count, 0);
-      if (value.kind == ORVEX_TEXT) value.kind = ORVEX_EMPTY;  // its text goes with the next answer
+      if (value.kind == ORVEX_TEXT)
+        value.kind = ORVEX_EMPTY;  // its text is gone with the next answer
       if (in.OneIn(32)) continue;
       if (letter == 'i') value.kind = ORVEX_I2, value.as.i2 = in.Value<std::int16_t>();
       if (letter == 'l') value.kind = ORVEX_I4, value.as.i4 = in.Number();
@@ -51,7 +52,7 @@ class Arguments {
   std::vector<OrvexValue> values;
 
  private:
-  // In memory of exactly the size that the count tells.
+  // In memory of exactly the size that the count says.
   void Refer(OrvexValue& value, int kind, const auto& elements) {
     const auto* bytes = reinterpret_cast<const char*>(elements.data());
     auto& memory = memory_.emplace_back(bytes, bytes + elements.size() * sizeof(elements[0]));
@@ -73,14 +74,14 @@ void Call(Input& in, Dispatch& core) {
   if (result.kind == ORVEX_TEXT) std::string(result.as.text, std::size_t(result.count)).clear();
 }
 
-void Misbehave(Input& in, sim::Misbehaviour& robot) {
+void InjectFault(Input& in, sim::FaultInjection& faults) {
   static constexpr std::array Operations{"Connect",    "Disconnect", "SetRAssignment", "ReadRShort",
                                          "WriteRLong", "ReadSDO",    "Reset",          ""};
   const std::size_t form = in.Below(32);
-  if (form == 0) robot.FailNext(in.Pick(Operations), {in.Number(), in.Text()}, in.Number());
-  if (form == 1) robot.AnswerAfter(in.Number());
-  if (form == 2) robot.LoseConnections();
-  if (form == 3) robot.Stop();
+  if (form == 0) faults.FailNext(in.Pick(Operations), {in.Number(), in.Text()}, in.Number());
+  if (form == 1) faults.AnswerAfter(in.Number());
+  if (form == 2) faults.LoseConnections();
+  if (form == 3) faults.Stop();
 }
 
 void Parse(const std::string& text) {
@@ -107,7 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (int calls = 0; calls < 200 && !in.Empty(); ++calls) {
     try {
       Parse(PieceText(in));
-      Misbehave(in, network.Find("robot")->Misbehave());
+      InjectFault(in, network.Find("robot")->FaultInjection());
       Call(in, *in.Pick(cores));
     } catch (const std::exception&) {  // a fault, told to the caller
     }

@@ -2,13 +2,12 @@
 # Sets up what is missing, builds a release tree, runs the benchmarks with the static and with the shared library, and
 # prints each figure beside what it is measured against. An argument chooses how often each is measured (9); the least
 # of these counts, since whatever else the machine does only adds time.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 repetitions=${1:-9}
 build=build/run
 
-scripts/setup.sh g++ cmake ninja-build libbenchmark-dev >&2
-scripts/configure.sh -DORIF_BUILD_BENCH=ON >/dev/null
+scripts/install-deps.sh build bench >&2
+scripts/helpers/configure.sh -DORIF_BUILD_BENCH=ON >/dev/null
 cmake --build $build >&2
 
 # No settings and no component of the machine are seen; ratios are of figures of one run of one program.

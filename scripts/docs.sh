@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
 # Sets up what is missing and makes the site of the public headers and of docs/ in build/docs/html/; fails at the first
 # warning, so a public declaration without a comment is one.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 
-scripts/setup.sh doxygen
+scripts/install-deps.sh site
 mkdir -p build/docs
 # The public headers are those that are installed.
 headers=$(sed -n '/^set(public_headers/,/)$/s|^  \([^)]*\))*$|orif/\1|p' orif/CMakeLists.txt | tr '\n' ' ')

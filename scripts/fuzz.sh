@@ -2,10 +2,9 @@
 # Sets up what is missing, builds the fuzzers with clang and their sanitizers, and runs them on their corpora: about a
 # minute for all together, or with an argument that many minutes for each, two at a time. What is found lands in
 # build/fuzz/found/, inputs that reach something new in build/fuzz/corpus/.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 
-scripts/setup.sh clang libclang-rt-14-dev cmake ninja-build
+scripts/install-deps.sh build clang
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 

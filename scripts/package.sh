@@ -2,13 +2,11 @@
 # Sets up what is missing, builds the Debian package into build/run/, and tries it and a plain installation: each is
 # put into an empty prefix, the first example is built against it from outside the tree, once by CMake and once by
 # pkg-config, and what it prints is compared; the installed tool has to answer, and its manual page to be there.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 root=$PWD
 
-scripts/setup.sh g++ cmake ninja-build pkg-config dpkg-dev file \
-  libcli11-dev nlohmann-json3-dev libsqlite3-dev
-scripts/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
+scripts/install-deps.sh build tool package
+scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
 cmake --build build/run
 rm -rf build/package
 cpack --config build/run/CPackConfig.cmake -B build/package

@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds the tool, and makes the pictures of docs/images/ anew from the handling cell: two
 # recordings, and the screen of orif watch, run in a pseudo-terminal.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 orif=$PWD/build/run/tools/orif/orif
 cell=$PWD/examples/scenarios/handling_cell.json
 images=$PWD/docs/images
-scripts/setup.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsqlite3-dev gnuplot-nox bsdutils
-scripts/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
+scripts/install-deps.sh build tool pictures
+scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
 cmake --build build/run --target orif_tool >/dev/null
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds, and runs the library for some minutes, watching its memory. An argument divides the
 # number of cycles: 100 makes it some seconds.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 
-scripts/setup.sh g++ cmake ninja-build libbenchmark-dev
-scripts/configure.sh -DORIF_BUILD_BENCH=ON >/dev/null
+scripts/install-deps.sh build bench
+scripts/helpers/configure.sh -DORIF_BUILD_BENCH=ON >/dev/null
 cmake --build build/run --target soak
 time build/run/bench/soak "$@"

@@ -2,18 +2,16 @@
 # Sets up what is missing, builds for Windows, registers the simulated controller's component in a Windows of the
 # build's own under Wine, and runs there all tests, the demo and the tool, in the process and through the
 # component. Leaves a package in build/windows.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/helpers/common.sh"
 
-scripts/setup.sh cmake ninja-build g++-mingw-w64-x86-64-posix googletest libcli11-dev \
-  nlohmann-json3-dev unzip wine wine64
+scripts/install-deps.sh build tool windows
 cmake --preset windows >/dev/null
 cmake --build --preset windows
 
 export WINEPREFIX=$PWD/build/wine
 component=Z:$PWD/build/windows/simulator/OrvexCommLibSimulator.dll
 simulator=OrvexCommLibSimulator.Core
-wine() { scripts/wine.sh "$@"; }
+wine() { scripts/helpers/wine.sh "$@"; }
 fail() { echo "$*" >&2; exit 1; }
 
 wineserver -k 2>/dev/null || true
@@ -50,7 +48,7 @@ cmake --build --preset windows --target package
 tool=$PWD/build/windows/tool
 rm -rf "$tool"
 unzip -q build/windows/orif-*-windows-x86_64.zip -d "$tool"
-printf '#!/bin/sh\nexec "%s" "%s"/orif-*/bin/orif.exe "$@"\n' "$PWD/scripts/wine.sh" "$tool" >"$tool/orif"
+printf '#!/bin/sh\nexec "%s" "%s"/orif-*/bin/orif.exe "$@"\n' "$PWD/scripts/helpers/wine.sh" "$tool" >"$tool/orif"
 chmod +x "$tool/orif"
 sheets=tests/tool/sheets
 for sheet in items read simulate; do

@@ -9,7 +9,7 @@
 namespace orif::sim {
 namespace {
 
-// Where the texts stand in an alarm's record; the numbers come before them, a word each.
+// An alarm's record: the numbers first, a word each, then the texts.
 constexpr std::size_t Message = 11;
 constexpr std::size_t CauseMessage = Message + WordsPerText;
 constexpr std::size_t SeverityMessage = CauseMessage + WordsPerText;
@@ -40,7 +40,7 @@ class AlarmCells {
   const std::vector<Alarm>* alarms_;
 };
 
-// The simulated time begins with the year 2026.
+// Simulated time starts with the year 2026.
 Alarm Dated(Alarm alarm, Time time) {
   using std::chrono::days;
   constexpr std::chrono::sys_days Start = std::chrono::year(2026) / 1 / 1;
@@ -74,7 +74,7 @@ void Alarms::Happen(std::span<const Scheduled> alarms, Time before, Time now) {
     const Schedule& schedule = scheduled.schedule;
     const std::int64_t begun = schedule.Begun(before);
     const std::int64_t begins = schedule.Begun(now);
-    // Those that as many later ones push out of the history are seen by nobody.
+    // Later alarms of this schedule push these out of the history before anybody sees them.
     const auto unseen = [=](std::int64_t number) {
       return number >= begun && std::cmp_greater(begins - number, Shown);
     };

@@ -1,6 +1,5 @@
-// The alarm lists of a controller. Owned by a Controller and changed freely through it; a piece
-// shows the first entries of a list as records of numbers and texts, read only. One thread at a
-// time.
+// The alarm lists of a controller. A Controller owns them, and anybody may change them through it;
+// in the data area they are read only. One thread at a time.
 #pragma once
 
 #include <array>
@@ -17,46 +16,52 @@ namespace orif::sim {
 
 struct Piece;
 
-/// One alarm, with the numbers and texts that its record shows.
+/// One alarm, with the numbers and texts of its record.
 struct Alarm {
-  std::int16_t id = 0;               ///< of the group of alarms that it belongs to
+  std::int16_t id = 0;               ///< number of the alarm's group
   std::int16_t number = 0;           ///< within that group
-  std::int16_t causeId = 0;          ///< the same of its cause; 0 for none
-  std::int16_t causeNumber = 0;      ///< the same of its cause
-  std::int16_t severity = 0;         ///< the controller's number
-  std::int16_t year = 0;             ///< local date and time
+  std::int16_t causeId = 0;          ///< group of the alarm that caused it; 0 for none
+  std::int16_t causeNumber = 0;      ///< number of the cause within its group
+  std::int16_t severity = 0;         ///< as the controller numbers it
+  std::int16_t year = 0;             ///< local time, like the five below
   std::int16_t month = 0;            ///< 1 to 12
   std::int16_t day = 0;              ///< 1 to 31
   std::int16_t hour = 0;             ///< 0 to 23
   std::int16_t minute = 0;           ///< 0 to 59
   std::int16_t second = 0;           ///< 0 to 59
-  std::string message = {};          ///< the words show up to 80 bytes
-  std::string causeMessage = {};     ///< up to 80 bytes
-  std::string severityMessage = {};  ///< up to 18 bytes
+  std::string message = {};          ///< its first 80 bytes can be read
+  std::string causeMessage = {};     ///< its first 80 bytes can be read
+  std::string severityMessage = {};  ///< its first 18 bytes can be read
 
-  /// The same in every field.
+  /// Compares every field.
   bool operator==(const Alarm&) const = default;
 };
 
-enum class AlarmList { Active, Password, History };
+/// The three lists of a controller.
+enum class AlarmList {
+  Active,    ///< alarms that have come and not gone
+  Password,  ///< password alarms
+  History    ///< alarms that have come, gone or not
+};
 
+/// All alarm lists of one controller, and the alarms that come and go by themselves.
 class Alarms {
  public:
-  /// How many entries of a list the controller shows; those that a list does not have are all zero.
+  /// How many entries of a list can be read. Entries after the last alarm are all zero.
   static constexpr std::size_t Shown = 200;
 
-  /// A list, latest alarm first.
+  /// One of the lists, newest alarm first.
   std::vector<Alarm>& List(AlarmList list) { return lists_[static_cast<std::size_t>(list)]; }
 
-  /// An alarm that comes and goes: when it comes, it is the first of the active ones and of the
-  /// history, with the date of that time; when it goes, it is no longer active. Both lists keep the
-  /// latest `Shown`.
+  /// Adds an alarm that comes and goes. When it comes, it goes to the top of the active list and of
+  /// the history, with the date of that moment; when it goes, it leaves the active list. Both lists
+  /// keep the newest `Shown` alarms.
   void Add(Alarm alarm, const Schedule& schedule, Time now);
 
-  /// Lets come and go what does so after `before` and up to `now`, in the order of time.
+  /// Makes the alarms come and go that are due after `before` and up to `now`, in order of time.
   void Advance(Time before, Time now) { Happen(scheduled_, before, now); }
 
-  /// "ALM[1]" shows the active alarms, "ALM[P1]" the password alarms, "ALM[E1]" the history.
+  /// Opens "ALM[1]", the active alarms, "ALM[P1]", the password alarms, or "ALM[E1]", the history.
   OpenedSource Open(const Piece& piece);
 
  private:

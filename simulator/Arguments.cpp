@@ -7,7 +7,7 @@
 namespace orif::sim {
 namespace {
 
-constexpr std::size_t RegisterCount = 1;  // the argument that counts the registers of a call
+constexpr std::size_t RegisterCount = 1;  // the argument that says how many registers
 
 bool IsNull(const OrvexValue& value) {
   switch (value.kind) {
@@ -59,7 +59,7 @@ std::int64_t Arguments::Needed(Extent extent, std::size_t index) const {
 std::int32_t Arguments::Integer(std::size_t index) const {
   const OrvexValue& value = values_[index];
   if ((value.kind & ORVEX_BYREF) != 0) {
-    // Reckoning an extent comes here before the reference itself was checked.
+    // A count by reference is read here before the reference itself has been checked.
     if (value.count < 1) throw Fault(Fault::SubscriptOutOfRange);
     if (IsNull(value)) throw Fault(Fault::ObjectNotSet);
   }

@@ -1,6 +1,6 @@
-// The arguments of one operation, checked before anything is done with them: their number, the kind
-// of each, and that every reference reaches as far as the call names. Used by SimulatedCore during
-// one call.
+// The arguments of one call, checked before anything is done with them: how many there are, what
+// kind each is, and that every reference reaches as many elements as the call names. SimulatedCore
+// makes them for each call.
 #pragma once
 
 #include <cstddef>
@@ -15,11 +15,11 @@ namespace orif::sim {
 /// How many elements a reference must reach.
 enum class Extent {
   None,             // passed by value
-  Text,             // a text: as many bytes as it says that it has
+  Text,             // a text: as many bytes as its count says
   One,              // a single variable
   Two,              // two elements
-  Next,             // as many as the argument behind it says
-  NextPerRegister,  // as many, for each of the registers that the second argument counts
+  Next,             // as many as the next argument says
+  NextPerRegister,  // the same for each register; the second argument says how many registers
 };
 
 struct Parameter {
@@ -29,14 +29,14 @@ struct Parameter {
 
 class Arguments {
  public:
-  /// Throws a Fault unless `values` are what `parameters` ask for.
+  /// Throws a Fault unless `values` match `parameters`.
   Arguments(std::span<const Parameter> parameters, std::span<const OrvexValue> values);
 
-  /// The value of an integer argument of any kind.
+  /// An integer argument: short or long, by value or by reference.
   std::int32_t Integer(std::size_t index) const;
   std::string_view Text(std::size_t index) const;
 
-  /// The elements of a reference, `count` of them; none when `count` is not positive.
+  /// The first `count` elements of a reference; none if `count` is not positive.
   std::span<std::int16_t> Shorts(std::size_t index, std::int64_t count) const {
     return Elements(values_[index].as.i2Ref, count);
   }

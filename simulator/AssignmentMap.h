@@ -1,6 +1,6 @@
-// The assignment of one core object: which words of the data area show which data. Bulk reads
-// compose the words from the data as it is at that moment; writes land in the data behind the
-// words, all of them or none. Owned by a SimulatedCore; its sources refer to the data of the
+// The assignment of one core object: which words of the data area show which data. A bulk read
+// composes the words from the data as it is at that moment; a write stores all of its words in the
+// data behind them, or none. Owned by a SimulatedCore; its sources refer to the data of the
 // connected Controller.
 #pragma once
 
@@ -21,18 +21,17 @@ class AssignmentMap {
  public:
   void Clear() { entries_.clear(); }
 
-  /// Accepts the piece `text` for data of `controller`, or refuses it and changes nothing.
+  /// Adds the piece `text`, for data of `controller`. A piece that is refused changes nothing.
   Status Add(std::string_view text, Controller& controller);
 
-  /// Fills `words` from word address `address` on; words that no piece covers are 0.
+  /// Reads words from word address `address` on; words that no piece covers are 0.
   Status Read(std::int32_t address, std::span<Word> words) const;
 
-  /// Stores `words` from word address `address` on, as values of `kind`. Pieces must cover all of
-  /// them.
+  /// Writes words from word address `address` on, as values of `kind`. Pieces must cover them all.
   Status Write(std::int32_t address, std::span<const Word> words, ValueKind kind);
 
-  /// Answers in `run` `count` positions, the first of which has its element at `address`, if one
-  /// piece shows the words `wanted` of each.
+  /// Finds `count` positions, beginning with the one whose element starts at `address`. One piece
+  /// must show the words `wanted` of each.
   Status FindPositions(std::int32_t address, std::int32_t count, Window wanted,
                        std::span<Position>& run);
 
@@ -46,10 +45,10 @@ class AssignmentMap {
   };
   using Entries = std::vector<Entry>;
 
-  // The first entry that ends behind `address`: it covers the address or is the next one after it.
+  // The entry that covers `address`, or else the next one.
   Entries::const_iterator FirstFrom(std::int32_t address) const;
 
-  Entries entries_;  // in the order of their addresses, none touching another's words
+  Entries entries_;  // sorted by address; they do not overlap
 };
 
 }  // namespace orif::sim

@@ -7,11 +7,11 @@
 
 namespace orif::sim {
 
-Behaviour Follow(Course course, std::function<void(Controller&, const VariableValue&)> put) {
-  return
-      [course = std::move(course), put = std::move(put)](Controller& robot, Time before, Time now) {
-        if (course.Changes(before, now)) put(robot, course.At(now));
-      };
+Behaviour Follow(Profile profile, std::function<void(Controller&, const VariableValue&)> put) {
+  return [profile = std::move(profile), put = std::move(put)](Controller& robot, Time before,
+                                                              Time now) {
+    if (profile.Changes(before, now)) put(robot, profile.At(now));
+  };
 }
 
 Behaviour WalkLines(std::string program, std::int16_t first, std::int16_t last, Time each) {

@@ -1,12 +1,12 @@
-// What a simulated controller does by itself while its time passes. What one does depends on the
-// time alone, never on the steps in which it passes. Given to Controller::Add.
+// What a simulated controller does by itself as time passes. It depends on the time alone, not on
+// the steps in which time passes. Controller::Add takes it.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <string>
 
-#include "simulator/Course.h"
+#include "simulator/Profile.h"
 #include "simulator/Schedule.h"
 
 namespace orif::sim {
@@ -17,12 +17,11 @@ class Controller;
 /// time passes, the network's lock is held.
 using Behaviour = std::function<void(Controller& robot, Time before, Time now)>;
 
-/// Lets `put` store the value of the course whenever that changes. What a client writes in the
-/// meantime stays until then.
-Behaviour Follow(Course course, std::function<void(Controller&, const VariableValue&)> put);
+/// Calls `put` with the profile's value whenever it changes. What a client writes in between stays
+/// until the next change.
+Behaviour Follow(Profile profile, std::function<void(Controller&, const VariableValue&)> put);
 
-/// Keeps the task `program` running from line `first` to line `last` and round again, `each` for
-/// every line.
+/// Runs the task `program` from line `first` to line `last` and over again, `each` on every line.
 Behaviour WalkLines(std::string program, std::int16_t first, std::int16_t last, Time each);
 
 }  // namespace orif::sim

@@ -33,7 +33,7 @@ OrvexValue TextValue(std::string_view text) {
   return value;
 }
 
-// Runs `action`; what it throws is told in `result`, with the text kept in `fault`.
+// Runs `action`. If it throws, `result` is the error's text, which is stored in `fault`.
 template <class Action>
 std::int32_t Guarded(std::string& fault, OrvexValue* result, Action action) noexcept {
   try {

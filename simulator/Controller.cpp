@@ -8,11 +8,11 @@
 
 namespace orif::sim {
 
-Controller::Controller(const Layout& layout)
-    : numericRegisters_(layout.numericRegisters),
-      positionRegisters_(layout.motionGroups, layout.positionRegisters),
-      currentPositions_(layout.motionGroups, layout.userFrames),
-      texts_(layout.stringRegisters, layout.numericRegisters, layout.positionRegisters) {}
+Controller::Controller(const Capacity& capacity)
+    : numericRegisters_(capacity.numericRegisters),
+      positionRegisters_(capacity.motionGroups, capacity.positionRegisters),
+      currentPositions_(capacity.motionGroups, capacity.userFrames),
+      texts_(capacity.stringRegisters, capacity.numericRegisters, capacity.positionRegisters) {}
 
 void Controller::Add(Behaviour behaviour) {
   behaviour(*this, BeforeStart, now_);
@@ -24,7 +24,7 @@ void Controller::Advance(Time by) {
   const Time before = std::exchange(now_, now_ + by);
   for (const Behaviour& behaviour : behaviours_) behaviour(*this, before, now_);
   alarms_.Advance(before, now_);
-  misbehaviour_.Advance(now_);
+  faultInjection_.Advance(now_);
 }
 
 OpenedSource Controller::Open(const Piece& piece) {

@@ -14,7 +14,7 @@
 
 #include "simulator/Alarms.h"
 #include "simulator/Behaviour.h"
-#include "simulator/Misbehaviour.h"
+#include "simulator/FaultInjection.h"
 #include "simulator/NumericRegisters.h"
 #include "simulator/Positions.h"
 #include "simulator/Signals.h"
@@ -24,8 +24,8 @@
 
 namespace orif::sim {
 
-/// How much of each kind of data a controller has.
-struct Layout {
+/// How much of each kind of data a controller has. It never changes once the controller is made.
+struct Capacity {
   std::size_t numericRegisters = 10000;  ///< R[1] and up
   std::size_t positionRegisters = 500;   ///< of each motion group
   std::size_t stringRegisters = 500;     ///< SR[1] and up
@@ -33,71 +33,82 @@ struct Layout {
   std::size_t userFrames = 9;            ///< of each motion group, the world frame not counted
 };
 
-/// Indices, groups and signal numbers count from 1; one that the controller does not have throws
-/// std::out_of_range.
+/// Indices, motion groups and signal numbers count from 1. Members throw std::out_of_range for one
+/// that the controller does not have.
 class Controller {
  public:
-  /// With all registers 0 and empty, no variables, tasks or alarms.
-  explicit Controller(const Layout& layout = {});
+  /// All registers are 0 or empty; there are no variables, tasks or alarms.
+  explicit Controller(const Capacity& capacity = {});
   Controller(const Controller&) = delete;
   Controller& operator=(const Controller&) = delete;
   ~Controller() = default;
 
-  /// Integer or real: `NumericRegister(1) = 5` or `= 2.5f`.
+  /// A numeric register, integer or real: `NumericRegister(1) = 5` or `= 2.5f`.
   NumericValue& NumericRegister(std::int32_t index) { return numericRegisters_.At(index); }
 
-  /// In both forms, of which the register holds one.
+  /// A position register. Its fields validC and validJ say which form it holds.
   Position& PositionRegister(std::int32_t group, std::int32_t index) {
     return positionRegisters_.At(group, index);
   }
 
-  /// Where a motion group stands, in the world frame.
+  /// The current position of a motion group in the world frame.
   Position& CurrentPosition(std::int32_t group) { return currentPositions_.At(group); }
 
-  /// X, Y and Z of a user frame's origin in the world frame, in mm.
+  /// The origin of a user frame in the world frame: X, Y and Z in mm.
   CurrentPositions::Origin& FrameOrigin(std::int32_t group, std::int32_t frame) {
     return currentPositions_.FrameOrigin(group, frame);
   }
 
-  /// System variables: integer, real, text or position. Setting one that is new makes it; a
-  /// variable keeps the type that it was made with (std::invalid_argument).
+  /// Sets a system variable: an integer, a real, a text or a position. A new name makes a new
+  /// variable. Throws std::invalid_argument for another type than the variable has.
   void SetVariable(std::string_view name, VariableValue value) {
     variables_.Set(name, std::move(value));
   }
+
+  /// The value of a system variable. Throws std::out_of_range if there is none of that name.
   const VariableValue& Variable(std::string_view name) const { return variables_.At(name); }
 
-  /// Texts, of which the words show up to 80 bytes.
+  /// A string register. Clients read its first 80 bytes.
   std::string& StringRegister(std::int32_t index) { return texts_.StringRegister(index); }
+
+  /// The comment of a register or a signal. Clients read its first 80 bytes.
   std::string& Comment(CommentKind kind, std::int32_t index) { return texts_.Comment(kind, index); }
 
-  /// 0 or 1 for a bit signal.
+  /// A signal: 0 or 1 for a bit, a whole number for a group.
   std::int32_t& Signal(SignalKind kind, std::int32_t number) { return signals_.At(kind, number); }
 
-  /// In the order in which the controller lists them.
+  /// The tasks, in the order in which the controller lists them.
   std::vector<Task>& TaskList() { return tasks_.List(); }
 
-  /// "CLRALM" empties the active alarms.
+  /// An alarm list, newest alarm first. The command "CLRALM" empties the active one.
   std::vector<Alarm>& Alarms(AlarmList list) { return alarms_.List(list); }
 
-  /// The commands that were accepted, oldest first.
+  /// The commands that clients sent and the controller accepted, oldest first.
   const std::vector<std::string>& Commands() const { return commands_; }
 
-  /// Failing, answering late, losing connections.
-  Misbehaviour& Misbehave() { return misbehaviour_; }
+  /// Makes the controller fail, answer late or lose its connections.
+  sim::FaultInjection& FaultInjection() { return faultInjection_; }
 
-  /// What the controller does by itself from now on, as if it had done so since its time began.
+  /// Adds what the controller does by itself, as if it had been doing so since its time began.
   void Add(Behaviour behaviour);
+
+  /// Adds an alarm that comes and goes by itself.
   void Add(Alarm alarm, const Schedule& schedule) { alarms_.Add(std::move(alarm), schedule, now_); }
 
-  /// Lets time pass; it begins with 0 and passes in no other way. Throws std::invalid_argument for
-  /// a negative time.
+  /// Moves the controller's time on. It starts at 0 and moves in no other way; Network::Advance
+  /// calls this for all controllers. Throws std::invalid_argument for a negative time.
   void Advance(Time by);
+
+  /// The controller's time.
   Time Now() const { return now_; }
 
-  /// What core objects do with a controller: open the data that a piece names, carry out a command
-  /// line ("CLRALM", or "CLRALM" with a number above 0), read and write runs of signals.
+  /// For core objects: opens the data that an assignment piece names.
   OpenedSource Open(const Piece& piece);
+
+  /// For core objects: carries out a command, "CLRALM" alone or with a number above 0.
   Status Run(std::string_view command);
+
+  /// For core objects, which read and write runs of signals.
   sim::Signals& Signals() { return signals_; }
 
  private:
@@ -110,7 +121,7 @@ class Controller {
   sim::Alarms alarms_;
   sim::Signals signals_;
   std::vector<std::string> commands_;
-  Misbehaviour misbehaviour_;
+  sim::FaultInjection faultInjection_;
   std::vector<Behaviour> behaviours_;
   Time now_{};
 };

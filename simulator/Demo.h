@@ -9,7 +9,7 @@ namespace orif::sim {
 /// The host name of the demonstration cell's only controller.
 inline constexpr const char* DemoHost = "demo";
 
-/// A cell of its own at each call.
+/// Makes a demonstration cell; each call makes a new one.
 Network DemoNetwork();
 
 }  // namespace orif::sim

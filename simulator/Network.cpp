@@ -5,23 +5,13 @@
 #include <utility>
 
 #include "simulator/SimulatedCore.h"
+#include "spelling/UpperCase.h"
 
 namespace orif::sim {
-namespace {
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
-}  // namespace
 
 struct Network::Hosts {
   std::recursive_mutex mutex;
-  std::map<std::string, std::shared_ptr<Controller>> byName;
+  std::map<std::string, std::shared_ptr<Controller>> byName;  // in upper case
   Time now{};
 };
 
@@ -29,17 +19,17 @@ Network::Network() : hosts_(std::make_shared<Hosts>()) {}
 
 Network::Held Network::Lock() const { return Held(hosts_->mutex); }
 
-Controller& Network::AddController(std::string_view host, const Layout& layout) {
+Controller& Network::AddController(std::string_view host, const Capacity& capacity) {
   const Held lock = Lock();
-  auto& slot = hosts_->byName[LowerCase(host)];
+  auto& slot = hosts_->byName[spelling::UpperCase(host)];
   if (slot) throw std::invalid_argument("There is a controller already: " + std::string(host));
-  slot = std::make_shared<Controller>(layout);
+  slot = std::make_shared<Controller>(capacity);
   return *slot;
 }
 
 std::shared_ptr<Controller> Network::Find(std::string_view host) const {
   const Held lock = Lock();
-  const auto found = hosts_->byName.find(LowerCase(host));
+  const auto found = hosts_->byName.find(spelling::UpperCase(host));
   return found == hosts_->byName.end() ? nullptr : found->second;
 }
 

@@ -31,19 +31,21 @@ class Network {
   /// Takes the lock until what it answers ends, which the network has to outlive.
   [[nodiscard]] Held Lock() const;
 
-  /// Adds a controller that answers as `host` (upper and lower case are the same). Throws
-  /// std::invalid_argument when there is one of that name.
-  Controller& AddController(std::string_view host, const Layout& layout = {});
+  /// Adds a controller with the host name `host`, in upper or lower case. Throws
+  /// std::invalid_argument if there is one of that name.
+  Controller& AddController(std::string_view host, const Capacity& capacity = {});
 
-  /// The controller of that name, empty when there is none.
+  /// The controller of that name, or null if there is none.
   std::shared_ptr<Controller> Find(std::string_view host) const;
 
   /// Lets `by` pass for all controllers; nothing else does. Other threads see the data before or
   /// after it. Throws std::invalid_argument for a negative time.
   void Advance(std::chrono::milliseconds by);
+
+  /// How much time has passed since the network was made.
   std::chrono::milliseconds Now() const;
 
-  /// Makes core objects that reach these controllers.
+  /// A factory of core objects that reach these controllers, for the constructor of orif::Core.
   DispatchFactory Factory() const;
 
  private:

@@ -26,7 +26,7 @@ T ValueAs(const NumericValue& value) {
   }
 }
 
-// Registers shown as values of one type, `T` being std::int32_t or float.
+// Registers shown as one type: `T` is std::int32_t or float.
 template <class T>
 class RegisterCells {
  public:

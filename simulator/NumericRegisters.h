@@ -1,5 +1,5 @@
-// The numeric registers of a controller. Each holds an integer or a real and takes the type it is
-// written in; a piece shows a run of them as integers or as reals. Owned by a Controller, one
+// The numeric registers of a controller. Each holds an integer or a real, whichever was written
+// last; an assignment piece shows a run of them as integers or as reals. Owned by a Controller, one
 // thread at a time.
 #pragma once
 
@@ -21,10 +21,11 @@ class NumericRegisters {
   /// Registers 1 to `count`, all integer 0.
   explicit NumericRegisters(std::size_t count) : values_(count) {}
 
-  /// Register `index`, counted from 1; throws std::out_of_range beyond the last.
+  /// Register `index`, from 1 on; throws std::out_of_range beyond the last.
   NumericValue& At(std::int32_t index) { return values_.at(static_cast<std::size_t>(index) - 1); }
 
-  /// "R[n]": factor 1 shows integers (a real rounds half to even and saturates), factor 0 reals.
+  /// Opens "R[n]": as integers with factor 1 (a real rounds half to even and saturates), as reals
+  /// with factor 0.
   OpenedSource Open(const Piece& piece);
 
  private:

@@ -1,5 +1,5 @@
-// How the operations of a simulated core object are described: number, name, arguments, and the
-// handler that carries each out. Shared by the two source files of SimulatedCore and nobody else.
+// One operation of a simulated core object: its number, name and arguments, and the handler that
+// carries it out. Only the two source files of SimulatedCore use it.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 namespace orif::sim {
 
 struct SimulatedCore::Operation {
-  // Who answers: the core object by itself, the controller over the connection, or the controller
-  // without one (making and ending the connection).
+  // Who answers: the core object itself, the controller over the connection, or the controller
+  // without one, when a connection is made or ended.
   enum class Place { Local, Connection, Host };
 
   using Handler = OrvexValue (*)(SimulatedCore& core, const Arguments& arguments);
@@ -50,7 +50,7 @@ inline OrvexValue MakeValue(float value) {
   return result;
 }
 
-/// Refers to `text`, which must stay as it is until the next call.
+/// Refers to `text`, which must not change before the next call.
 inline OrvexValue MakeValue(const std::string& text) {
   OrvexValue result{};
   result.kind = ORVEX_TEXT;

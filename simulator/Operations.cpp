@@ -1,4 +1,6 @@
-// The operations of a simulated core object: what each does, and the table of them all.
+// What each operation of a simulated core object does, and the table of them all.
+#include "simulator/Operations.h"
+
 #include <algorithm>
 #include <array>
 #include <type_traits>
@@ -44,16 +46,16 @@ struct SimulatedCore::Handlers {
     core.DropConnection();
     auto controller = core.network_.Find(core.hostName_);
     if (!controller) return core.Answer(Status::UnknownHost);
-    if (controller->Misbehave().LinkIsDown()) return core.Answer(Status::LinkDown);
+    if (controller->FaultInjection().LinkIsDown()) return core.Answer(Status::LinkDown);
     if (const auto obstacle = core.Obstacle("Connect", *controller)) return core.Answer(*obstacle);
-    core.losses_ = controller->Misbehave().Losses();
+    core.losses_ = controller->FaultInjection().Losses();
     core.controller_ = std::move(controller);
     return core.Answer(Status::Ok);
   }
 
   static OrvexValue Disconnect(SimulatedCore& core, const Arguments&) {
     if (core.controller_) {
-      const auto failure = core.controller_->Misbehave().Take("Disconnect");
+      const auto failure = core.controller_->FaultInjection().Take("Disconnect");
       if (failure) return core.Answer(*failure);
     }
     core.DropConnection();
@@ -64,7 +66,7 @@ struct SimulatedCore::Handlers {
     return core.Answer(core.controller_->Run(arguments.Text(0)));
   }
 
-  // The elements of an operation whose arguments are a number, a reference and a count.
+  // The elements of a call whose arguments are a number, a reference and a count.
   template <class T>
   static std::span<T> RunOf(const Arguments& arguments) {
     const std::int32_t count = arguments.Integer(2);
@@ -169,7 +171,7 @@ struct SimulatedCore::Handlers {
     position.ut = static_cast<std::int16_t>(arguments.Integer(first + 1));
   }
 
-  // Several registers at once; their user frames and tools stay as they are.
+  // Several registers at once; their user frames and tools do not change.
   static OrvexValue WriteCartesianRun(SimulatedCore& core, const Arguments& arguments) {
     const std::int32_t registers = arguments.Integer(1);
     const std::int32_t perValues = arguments.Integer(3);
@@ -242,14 +244,14 @@ constexpr auto& Cartesian = List<Short, Reals, Short, Shorts, Short, ShortVariab
 constexpr auto& CartesianRun = List<Short, Short, Reference(ORVEX_R4, Extent::NextPerRegister),
                                     Short, Reference(ORVEX_I2, Extent::NextPerRegister), Short>;
 
-// Operations that clients know by name only have numbers of the simulation's own.
+// Clients call these by name, so their numbers are the simulator's own.
 constexpr DispId WriteSI{101};
 constexpr DispId WriteUI{102};
 constexpr std::size_t Numbers = 103;
 
 }  // namespace
 
-// Held against docs/lower-layer.md, which describes each operation.
+// docs/lower-layer.md describes each operation.
 struct SimulatedCore::Table {
   using enum Operation::Place;
   using O = Operation;
@@ -314,7 +316,7 @@ struct SimulatedCore::Table {
     return call == ORVEX_METHOD ? 0 : call == ORVEX_GET ? 1 : 2;
   }
 
-  // Operations by number and call, so that finding one costs no search.
+  // Operations by number and kind of call: finding one needs no search.
   using Index = std::array<std::array<const Operation*, 3>, Numbers>;
   static constexpr Index MakeIndex() {
     Index index{};
@@ -332,6 +334,12 @@ const SimulatedCore::Operation* SimulatedCore::Find(std::int32_t id, OrvexCall c
   const bool known = call == ORVEX_METHOD || call == ORVEX_GET || call == ORVEX_PUT;
   if (!known || id < 0 || static_cast<std::size_t>(id) >= Index.size()) return nullptr;
   return Index[static_cast<std::size_t>(id)][Table::Slot(call)];
+}
+
+bool ReachesController(std::string_view operation) {
+  const auto& all = SimulatedCore::Table::Operations;
+  const auto found = std::ranges::find(all, operation, &SimulatedCore::Operation::name);
+  return found != all.end() && found->place != SimulatedCore::Operation::Place::Local;
 }
 
 }  // namespace orif::sim

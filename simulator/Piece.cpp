@@ -9,7 +9,7 @@
 namespace orif::sim {
 namespace {
 
-// Cuts what stands before the first `separator` off `text`; all of it when there is none.
+// Takes off `text` what comes before the first `separator`, or all of it if there is none.
 std::string_view Cut(std::string_view& text, char separator) {
   const std::size_t end = std::min(text.find(separator), text.size());
   const std::string_view head = text.substr(0, end);
@@ -20,7 +20,7 @@ std::string_view Cut(std::string_view& text, char separator) {
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
 
-// Plain decimal only: no sign, no leading zeros, nothing behind the digits.
+// Plain decimal only: no sign, no leading zeros, nothing after the digits.
 bool ParseNumber(std::string_view text, std::int32_t& number) {
   if (text.empty() || !std::ranges::all_of(text, IsDigit)) return false;
   if (text.size() > 1 && text.front() == '0') return false;
@@ -41,7 +41,7 @@ Status ParseFactor(std::string_view text, Factor& factor) {
   return Status::Ok;
 }
 
-// What stands in the brackets: "7", "C7", "MV7" or "G2:7".
+// The text in the brackets: "7", "C7", "MV7" or "G2:7".
 bool ParseIndex(std::string_view text, Piece& piece) {
   const auto letters = std::ranges::find_if_not(text, IsUpper);
   piece.letters.assign(text.begin(), letters);

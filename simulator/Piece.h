@@ -1,5 +1,5 @@
-// An assignment piece taken apart: which words of the data area show which data of the controller.
-// Made from the text that a client sends, used while the piece is opened; a plain value.
+// An assignment piece, parsed: which words of the data area show which data of the controller. A
+// plain value, made from the text that a client sends and used while the piece is opened.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,7 @@
 
 namespace orif::sim {
 
-/// The factor of a piece. It tells integers and texts (1) from reals and positions (0), except for
-/// registers of positions, which know what they hold.
+/// The factor of a piece: One for integers, texts, tasks and alarms, Zero for reals and positions.
 enum class Factor { Zero, One };
 
 /// "SETASG 51 100 PR[G2:7]@1.25 0.0" has the symbol "PR", the group 2, the index 7 and a window of
@@ -20,17 +19,17 @@ enum class Factor { Zero, One };
 struct Piece {
   std::int32_t start = 0;
   std::int32_t size = 0;
-  std::string symbol;            // "PR"; a variable's whole name, "$" included
+  std::string symbol;            // "PR"; of a variable the whole name with its "$"
   std::string letters;           // "C" of "SR[C1]", "MV" of "PRG[MV1]"
   std::int32_t group = 0;        // 0 when none is given
   std::int32_t index = 0;        // 0 for a variable
-  std::optional<Window> window;  // none shows whole elements
+  std::optional<Window> window;  // none: whole elements
   Factor factor = Factor::Zero;
 };
 
-/// Takes `text` apart: five fields with a single blank between them, numbers in plain decimal.
-/// Answers MalformedPiece, WrongWindow, WrongFactor or OutsideArea for what no controller could
-/// accept.
+/// Parses `text`: five fields with single blanks between them, numbers in plain decimal. Answers
+/// why no controller could accept the piece: MalformedPiece, WrongWindow, WrongFactor, WrongSize or
+/// OutsideArea.
 Status ParsePiece(std::string_view text, Piece& piece);
 
 }  // namespace orif::sim

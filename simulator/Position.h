@@ -1,5 +1,5 @@
-// A position as a controller keeps it, in cartesian and in joint form, and its record of 50 words
-// in the data area. Used by position registers, current positions and position variables; plain
+// A position as a controller stores it, in cartesian and in joint form, and its record of 50 words
+// in the data area. Position registers, current positions and position variables use it. Plain
 // values.
 #pragma once
 
@@ -22,20 +22,22 @@ struct Position {
   std::array<float, Values> joint{};                ///< J1 to J9
   std::int16_t uf = 0;                              ///< user frame
   std::int16_t ut = 0;                              ///< tool
-  std::int16_t validC = 0;                          ///< 1 while the cartesian form holds, else 0
-  std::int16_t validJ = 0;                          ///< 1 while the joint form holds, else 0
+  std::int16_t validC = 0;                          ///< 1 while the cartesian form is valid, else 0
+  std::int16_t validJ = 0;                          ///< 1 while the joint form is valid, else 0
 
-  /// The same in every field.
+  /// Compares every field.
   bool operator==(const Position&) const = default;
 
-  /// Stores the leading values of the cartesian form, which alone is valid from then on. Like
-  /// SetJoint, throws std::length_error for more values than there are.
+  /// Stores the leading values of the cartesian form and makes it the only valid one. Throws
+  /// std::length_error for too many values.
   void SetCartesian(std::span<const float> values, std::span<const std::int16_t> configValues);
-  /// Stores the leading values of the joint form, which alone is valid from then on.
+
+  /// Stores the leading values of the joint form and makes it the only valid one. Throws
+  /// std::length_error for too many values.
   void SetJoint(std::span<const float> values);
 };
 
-/// Where the fields stand in the record; offsets count from 0. The last three words are reserved.
+/// Where the fields are in the record; offsets count from 0. The last three words are reserved.
 namespace record {
 inline constexpr std::size_t Words = 50;
 inline constexpr std::size_t Xyzwpr = 0;
@@ -63,7 +65,7 @@ class PositionCells {
   void Load(std::size_t index, std::span<Word, Words> words) const {
     PutPosition(positions_[index], words);
   }
-  /// Takes everything but the validity words: those follow from which form was written.
+  /// Stores all but the validity words: they follow from which form was written.
   void Store(std::size_t index, std::span<const Word, Words> words, Window written);
 
   std::span<Position> From(std::size_t index, std::size_t count) const {

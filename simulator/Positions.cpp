@@ -7,7 +7,8 @@
 namespace orif::sim {
 namespace {
 
-// Answers in `group` the place of the group that `piece` names; without one it means the first.
+// Finds the motion group that `piece` names, counted from 0. A piece that names none means the
+// first.
 Status CheckPiece(const Piece& piece, std::size_t groups, std::size_t& group) {
   if (!piece.letters.empty()) return Status::UnknownVariable;
   if (piece.factor != Factor::Zero) return Status::WrongFactor;

@@ -1,5 +1,5 @@
-// The positions of a controller: its position registers, and where each motion group stands. Owned
-// by a Controller, one thread at a time.
+// The positions of a controller: its position registers and the current position of each motion
+// group. Owned by a Controller, one thread at a time.
 #pragma once
 
 #include <array>
@@ -19,12 +19,12 @@ class PositionRegisters {
   PositionRegisters(std::size_t groups, std::size_t count)
       : groups_(groups, std::vector<Position>(count)) {}
 
-  /// Throws std::out_of_range when there is no such group or register.
+  /// Throws std::out_of_range if there is no such group or register.
   Position& At(std::int32_t group, std::int32_t index) {
     return groups_.at(static_cast<std::size_t>(group) - 1).at(static_cast<std::size_t>(index) - 1);
   }
 
-  /// "PR[n]" for group 1, "PR[Gg:n]" for any: whole records or a window of each.
+  /// Opens "PR[n]" for group 1 or "PR[Gg:n]" for any group: whole records or a window of each.
   OpenedSource Open(const Piece& piece);
 
  private:
@@ -35,19 +35,19 @@ class CurrentPositions {
  public:
   using Origin = std::array<float, 3>;  // X, Y, Z in mm
 
-  /// `frames` user frames besides the world frame, which is user frame 0.
+  /// `frames` user frames, not counting the world frame, which is user frame 0.
   CurrentPositions(std::size_t groups, std::size_t frames);
 
-  /// Where `group` stands in the world frame.
+  /// The current position of `group` in the world frame.
   Position& At(std::int32_t group) { return Of(group).position; }
 
-  /// The origin of user frame `frame` (1 and up) of `group`, in the world frame. Frames are not
-  /// turned.
+  /// The origin of user frame `frame`, from 1 on, in the world frame. Frames are not rotated.
   Origin& FrameOrigin(std::int32_t group, std::int32_t frame) {
     return Of(group).origins.at(static_cast<std::size_t>(frame) - 1);
   }
 
-  /// "POS[f]" for group 1, "POS[Gg:f]" for any: the position seen from user frame f, read only.
+  /// Opens "POS[f]" for group 1 or "POS[Gg:f]" for any group: the position in user frame f, read
+  /// only.
   OpenedSource Open(const Piece& piece);
 
  private:

@@ -1,14 +1,19 @@
 // The one implementation of WordSource: a run of equal elements, each a record of words, shown
-// whole or through a window. What an element's words mean is told by a small `Cells` class of each
-// kind of data:
+// whole or through a window. Each kind of data has a small `Cells` class that turns one element
+// into words and back:
 //
-//   static constexpr std::size_t Words;     words of one element
-//   static constexpr ValueKind Kind;        what its words hold
+//   static constexpr std::size_t Words;  // words of one element
+//   static constexpr ValueKind Kind;     // what its words hold
 //   static constexpr bool Writable;
 //   void Load(std::size_t index, std::span<Word, Words> words) const;
-//   void Store(std::size_t index, std::span<const Word, Words> words, Window written);      if
-//   writable std::span<Position> From(std::size_t index, std::size_t count);               if
-//   writable positions
+//
+// If it is writable:
+//
+//   void Store(std::size_t index, std::span<const Word, Words> words, Window written);
+//
+// If its elements are writable positions:
+//
+//   std::span<Position> From(std::size_t index, std::size_t count) const;
 #pragma once
 
 #include <algorithm>
@@ -23,13 +28,13 @@ namespace orif::sim {
 template <class Cells>
 class RecordSource final : public WordSource {
  public:
-  /// Shows `window` of `count` elements of `cells` from `first` (0 = the first one) on.
+  /// Shows `window` of `count` elements of `cells`, from element `first` on, counted from 0.
   RecordSource(Cells cells, std::size_t first, std::size_t count, Window window)
       : cells_(std::move(cells)), first_(first), count_(count), window_(window) {}
 
   void Read(std::size_t offset, std::span<Word> words) const override {
     if (window_.length == Words && offset % Words == 0 && words.size() % Words == 0) {
-      // Whole elements, as nearly every bulk read has them.
+      // Whole elements: nearly every bulk read.
       const std::size_t index = first_ + offset / Words;
       for (std::size_t i = 0; i < words.size() / Words; ++i) {
         cells_.Load(index + i, words.subspan(Words * i).template first<Words>());
@@ -83,9 +88,9 @@ class RecordSource final : public WordSource {
   // The part of a read or write that falls on one element.
   struct Share {
     std::size_t index;  // of the element
-    std::size_t word;   // first word concerned, within the element
-    std::size_t count;  // words concerned
-    std::size_t at;     // where they stand in the caller's words
+    std::size_t word;   // its first word, within the element
+    std::size_t count;  // how many words
+    std::size_t at;     // where they are in the caller's words
   };
 
   static std::ptrdiff_t Signed(std::size_t value) { return static_cast<std::ptrdiff_t>(value); }
@@ -108,7 +113,7 @@ class RecordSource final : public WordSource {
   Window window_;
 };
 
-/// Opens `piece` on `cells`, which have `available` elements; the first of them is called `base`.
+/// Opens `piece` on `cells`, which have `available` elements, numbered from `base` on.
 template <class Cells>
 OpenedSource OpenRecords(const Piece& piece, Cells cells, std::size_t available,
                          std::int32_t base = 1) {

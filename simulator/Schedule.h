@@ -1,6 +1,6 @@
-// When something that comes and goes is there: from a time on, for so long, and again after a
-// period. Times are the simulator's own, counted from the making of a controller; they pass when
-// Network::Advance says so. Plain values, used by everything that changes by itself.
+// When something is on that comes and goes: it comes at a time, stays for a while, and may come
+// again after a period. Times are simulated: they count from 0 when a controller is made, and only
+// Network::Advance moves them on. Plain values.
 #pragma once
 
 #include <chrono>
@@ -18,15 +18,17 @@ struct Schedule {
 
   Time at{};
   Time length = Forever;
-  Time every{};  // from one beginning to the next; 0 comes only once
+  Time every{};  // from one beginning to the next; 0: it comes only once
 
-  /// How many times it has begun, or ended, up to and including `now`.
+  /// How many times it has begun up to and including `now`.
   std::int64_t Begun(Time now) const { return Count(now - at); }
+
+  /// How many times it has ended up to and including `now`.
   std::int64_t Ended(Time now) const { return Count(now - at - length); }
 
   bool IsOn(Time now) const { return Begun(now) > Ended(now); }
 
-  /// When it begins for the time `number`, counted from 0.
+  /// When occurrence `number` begins, counted from 0.
   Time Begin(std::int64_t number) const { return at + number * every; }
 
  private:

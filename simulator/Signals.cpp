@@ -5,8 +5,8 @@
 namespace orif::sim {
 namespace {
 
-// In the order of SignalKind. Group outputs reach beyond 4001, where clients find their second
-// block.
+// In the order of SignalKind. Group outputs go beyond 4001, where their second block begins for
+// clients.
 constexpr std::array<std::size_t, SignalKinds> Counts{4096, 4096, 64,  64,   64, 64,
                                                       64,   64,   512, 4200, 512};
 

@@ -1,6 +1,5 @@
-// The signals of a controller: bit signals are 0 or 1, group signals carry a whole number. All
-// kinds count from 1, and inputs can be set like outputs. Owned by a Controller, one thread at a
-// time.
+// The signals of a controller: a bit is 0 or 1, a group is a whole number. All kinds count from 1,
+// and inputs can be set like outputs. Owned by a Controller, one thread at a time.
 #pragma once
 
 #include <array>
@@ -13,8 +12,8 @@
 
 namespace orif::sim {
 
-/// SDOEx is the second block of digital outputs, which a client knows as SDO 11001 and up and which
-/// has its own numbers from 1 on. Bits come before groups.
+/// SDOEx is the second block of digital outputs: clients call them SDO 11001 and up, here they
+/// count from 1. Bits come before groups.
 enum class SignalKind { SDO, SDI, RDO, RDI, SO, SI, UO, UI, SDOEx, GO, GI };
 
 inline constexpr std::size_t SignalKinds = 11;
@@ -28,13 +27,13 @@ class Signals {
  public:
   Signals();
 
-  /// Throws std::out_of_range when there is no such signal.
+  /// Throws std::out_of_range if there is no such signal.
   std::int32_t& At(SignalKind kind, std::int32_t number) {
     return Of(kind).at(static_cast<std::size_t>(number) - 1);
   }
 
-  /// Reads or sets a run of signals from `number` on. `T` is std::int16_t for bits, std::int32_t
-  /// for groups.
+  /// Reads or writes a run of signals from `number` on. `T` is std::int16_t for bits and
+  /// std::int32_t for groups.
   template <class T>
   Status Read(SignalKind kind, std::int32_t number, std::span<T> values) const;
   template <class T>

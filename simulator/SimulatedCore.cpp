@@ -33,22 +33,17 @@ std::int32_t SimulatedCore::Lookup(std::string_view name) {
   return operation->id;
 }
 
-bool SimulatedCore::ReachesController(std::string_view name) {
-  const auto operation = std::ranges::find(Operations(), name, &Operation::name);
-  return operation != Operations().end() && operation->place != Operation::Place::Local;
-}
-
 std::optional<Failure> SimulatedCore::Obstacle(std::string_view operation,
                                                Controller& controller) const {
-  if (auto failure = controller.Misbehave().Take(operation)) return failure;
-  const std::int32_t delay = controller.Misbehave().Delay();
+  if (auto failure = controller.FaultInjection().Take(operation)) return failure;
+  const std::int32_t delay = controller.FaultInjection().Delay();
   if (delay > 0 && delay > timeOut_) return FailureOf(Status::TimedOut);
   return std::nullopt;
 }
 
 std::optional<Failure> SimulatedCore::Reach(std::string_view operation) const {
   if (!controller_) return FailureOf(Status::NotConnected);
-  if (controller_->Misbehave().Losses() != losses_) return FailureOf(Status::ConnectionLost);
+  if (controller_->FaultInjection().Losses() != losses_) return FailureOf(Status::ConnectionLost);
   return Obstacle(operation, *controller_);
 }
 

@@ -31,20 +31,19 @@ class SimulatedCore final : public Dispatch {
                     std::span<const OrvexValue> arguments) override;
   std::int32_t Lookup(std::string_view name) override;
 
-  /// What SetClientID was last given.
+  /// The key of the last SetClientID.
   std::int16_t ClientKey() const { return clientKey_; }
-
-  /// Whether `operation` is answered by the controller, so that it can be made to fail there.
-  static bool ReachesController(std::string_view operation);
 
  private:
   struct Operation;
   struct Handlers;
   struct Table;
+  friend bool ReachesController(std::string_view operation);
+
   static std::span<const Operation> Operations();
   static const Operation* Find(std::int32_t id, OrvexCall call);
 
-  // What the caller is told instead of carrying `operation` out on `controller`, if anything.
+  // The failure to answer instead of carrying out `operation` on `controller`, if there is one.
   std::optional<Failure> Obstacle(std::string_view operation, Controller& controller) const;
   // The same for an operation that needs the connection.
   std::optional<Failure> Reach(std::string_view operation) const;
@@ -61,8 +60,8 @@ class SimulatedCore final : public Dispatch {
   std::string lastError_;
 
   std::shared_ptr<Controller> controller_;  // empty while not connected
-  std::int64_t losses_ = 0;  // the controller's number of losses when the connection was made
-  AssignmentMap map_;        // refers to the controller's data
+  std::int64_t losses_ = 0;                 // the controller's losses when the connection was made
+  AssignmentMap map_;                       // refers to the controller's data
   std::vector<Word> scratch_;
 };
 

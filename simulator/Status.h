@@ -1,6 +1,5 @@
-// What the simulated controller answers to an operation: accepted, or why it refused. The numbers
-// are what a caller sees as the status of an operation, the texts what it then reads as the last
-// error. Constant data.
+// What the simulated controller answers to an operation: accepted, or why not. The caller sees the
+// number as the operation's status and reads the text as the last error. Constant data.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +7,7 @@
 
 namespace orif::sim {
 
-/// 0 is accepted, every refusal is negative. StatusText has one text for each.
+/// 0 means accepted; refusals are negative. StatusText has a text for each.
 enum class Status : std::int32_t {
   Ok = 0,
   UnknownHost = -1,

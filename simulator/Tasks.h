@@ -1,6 +1,5 @@
-// The task list of a controller. Owned by a Controller and changed freely through it; a piece shows
-// entries of the list, counted without the programs that it filters out, read only. One thread at a
-// time.
+// The task list of a controller. A Controller owns it, and anybody may change it through it; in the
+// data area it is read only. One thread at a time.
 #pragma once
 
 #include <cstddef>
@@ -16,26 +15,27 @@ struct Piece;
 
 /// One entry of the task list.
 struct Task {
-  static constexpr std::int16_t Running = 2;  ///< a state
+  static constexpr std::int16_t Running = 2;  ///< the state of a task that runs
 
-  std::string program = {};        ///< the words show up to 16 bytes
-  std::int16_t line = 0;           ///< the line that it is at, from 1 on
+  std::string program = {};        ///< its first 16 bytes can be read
+  std::int16_t line = 0;           ///< current line, from 1 on
   std::int16_t state = 0;          ///< 0 aborted, 1 paused, 2 running
-  std::string parentProgram = {};  ///< empty when started by nobody; up to 16 bytes
-  bool macro = false;              ///< left out of the lists without macros
-  bool velto = false;              ///< written in the compiled language
+  std::string parentProgram = {};  ///< the program that called it, if any; 16 bytes
+  bool macro = false;              ///< a macro; lists without macros leave it out
+  bool velto = false;              ///< a VELTO program, which is compiled
 };
 
+/// All tasks of one controller.
 class Tasks {
  public:
-  /// How many entries the controller shows; those that the list does not have are all zero.
+  /// How many entries can be read. Entries after the last task are all zero.
   static constexpr std::size_t Shown = 64;
 
-  /// All tasks, in their order.
+  /// The tasks, in the order in which the controller lists them.
   std::vector<Task>& List() { return list_; }
 
-  /// "PRG[n]" shows all tasks, "PRG[Mn]" leaves macros out, "PRG[Vn]" VELTO programs, "PRG[MVn]"
-  /// both.
+  /// Opens "PRG[n]", all tasks, "PRG[Mn]", those without macros, "PRG[Vn]", those without VELTO
+  /// programs, or "PRG[MVn]", without both.
   OpenedSource Open(const Piece& piece);
 
  private:

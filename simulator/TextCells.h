@@ -1,6 +1,5 @@
-// Texts behind the data area, 40 words each: string registers, comments and string variables. A
-// text of exactly 80 bytes has no zero byte behind it; of a longer one the words show the first 80
-// bytes.
+// Texts in the data area, 40 words each: string registers, comments and string variables. A text of
+// exactly 80 bytes has no zero byte at its end; of a longer one clients see the first 80 bytes.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// The texts of a controller: its string registers, and the comments of registers and signals. The
-// words of the data area show up to 80 bytes of each. Owned by a Controller, one thread at a time.
+// The texts of a controller: string registers, and the comments of registers and signals. Clients
+// see the first 80 bytes of each. Owned by a Controller, one thread at a time.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@ namespace orif::sim {
 
 struct Piece;
 
-/// What has comments, in the order of the symbols in Texts.cpp.
+/// What has a comment. In the order of the symbols in Texts.cpp.
 enum class CommentKind {
   StringRegister,
   NumericRegister,
@@ -41,21 +41,23 @@ inline constexpr std::size_t CommentKinds = 19;
 
 class Texts {
  public:
-  /// How many of each kind of signal that only exists as comments: weld and analogue ones.
+  /// How many signals there are of each kind that has comments only: welding and analogue.
   static constexpr std::size_t SignalsWithoutValue = 64;
 
-  /// Sizes of the registers; the signals have theirs.
+  /// How many registers of each kind there are.
   Texts(std::size_t stringRegisters, std::size_t numericRegisters, std::size_t positionRegisters);
 
-  /// Both throw std::out_of_range when there is no such text.
+  /// Throws std::out_of_range if there is no such register.
   std::string& StringRegister(std::int32_t index) {
     return stringRegisters_.at(static_cast<std::size_t>(index) - 1);
   }
+
+  /// Throws std::out_of_range if there is no such register or signal.
   std::string& Comment(CommentKind kind, std::int32_t index) {
     return comments_[static_cast<std::size_t>(kind)].at(static_cast<std::size_t>(index) - 1);
   }
 
-  /// "SR[n]" shows string registers; "SR[Cn]", "DI[Cn]" and the like show comments.
+  /// Opens "SR[n]", string registers, or "SR[Cn]", "DI[Cn]" and so on, comments.
   OpenedSource Open(const Piece& piece);
 
  private:

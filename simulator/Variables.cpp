@@ -9,7 +9,7 @@
 namespace orif::sim {
 namespace {
 
-// An integer or a real by itself.
+// A single integer or real.
 template <class T>
 class ValueCells {
  public:
@@ -35,7 +35,7 @@ struct CellsOf {
   PositionCells operator()(Position& value) const { return PositionCells({&value, 1}); }
 };
 
-// The factor under which a value of each type is asked for.
+// The factor that a piece has to name for each type.
 template <class T>
 constexpr Factor FactorOf =
     std::is_same_v<T, std::int32_t> || std::is_same_v<T, std::string> ? Factor::One : Factor::Zero;
@@ -49,7 +49,7 @@ void Variables::Set(std::string_view name, VariableValue value) {
     return;
   }
   if (found->second.index() != value.index()) {
-    // Pieces refer to the value as it is typed now.
+    // Assigned pieces refer to a value of the old type.
     throw std::invalid_argument("A variable keeps its type: " + std::string(name));
   }
   std::visit([&value]<class T>(T& target) { target = std::get<T>(std::move(value)); },

@@ -18,14 +18,15 @@ using VariableValue = std::variant<std::int32_t, float, std::string, Position>;
 
 class Variables {
  public:
-  /// Makes the variable `name` ("$" included, case kept) or changes its value. Throws
-  /// std::invalid_argument for a value of another type than it has.
+  /// Makes the variable `name`, "$" included, or changes its value. Upper and lower case differ.
+  /// Throws std::invalid_argument for another type than the variable has.
   void Set(std::string_view name, VariableValue value);
 
-  /// Throws std::out_of_range when there is none of that name.
+  /// Throws std::out_of_range if there is none of that name.
   const VariableValue& At(std::string_view name) const;
 
-  /// A variable's own name: factor 1 shows an integer or a text, factor 0 a real or a position.
+  /// Opens a variable by its name: an integer or a text with factor 1, a real or a position with
+  /// factor 0.
   OpenedSource Open(const Piece& piece);
 
  private:

@@ -1,6 +1,6 @@
-// The data behind one assigned piece, seen as words. Each kind of controller data makes its own
-// sources; the assignment map owns them and is their only caller. A source refers to data of its
-// Controller and must not outlive it.
+// The data behind one assigned piece, as words. Each kind of data makes its own sources; the
+// assignment map owns and calls them. A source refers to data of its Controller and must not
+// outlive it.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ namespace orif::sim {
 
 struct Position;
 
-/// What a write carries: the kind of values that it means to store.
+/// What kind of values a write carries.
 enum class ValueKind { Words, Integer, Real, Text, Position, Record };
 
 /// A run of words within an element; `first` counts from 0.
@@ -33,23 +33,22 @@ class WordSource {
   WordSource& operator=(const WordSource&) = delete;
   virtual ~WordSource() = default;
 
-  /// Composes the words from `offset` (0 = first word of the piece) on. The range lies inside the
-  /// piece.
+  /// Reads words from `offset` on, counted from 0 at the start of the piece. The caller stays
+  /// inside the piece.
   virtual void Read(std::size_t offset, std::span<Word> words) const = 0;
 
-  /// Whether values of `kind` may be written from `offset` on. A write follows only when this said
-  /// Ok.
+  /// Whether values of `kind` may be written from `offset` on. Write is called only after Ok.
   virtual Status CheckWrite(std::size_t offset, ValueKind kind) const = 0;
 
-  /// Stores words from `offset` on. Cannot fail.
+  /// Writes words from `offset` on. Cannot fail.
   virtual void Write(std::size_t offset, std::span<const Word> words) = 0;
 
-  /// Answers in `run` the positions from the one whose element begins at `offset` to the piece's
-  /// last, if the piece shows the words `wanted` of each.
+  /// Sets `run` to the positions from the one whose element starts at `offset` to the last of the
+  /// piece. The piece must show the words `wanted` of each.
   virtual Status FindPositions(std::size_t offset, Window wanted, std::span<Position>& run) = 0;
 };
 
-/// What asking for a source gives: the source, or the status that refuses it.
+/// A source, or the status that says why there is none.
 struct OpenedSource {
   Status status = Status::Ok;
   std::unique_ptr<WordSource> source;

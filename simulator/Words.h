@@ -1,6 +1,5 @@
-// How values lie in the 16-bit words of the data area: 32-bit values with the low-order word first,
-// text two bytes a word with the first byte low. Used by every kind of data behind the assignment;
-// plain functions, safe anywhere.
+// How values are stored in the 16-bit words of the data area: 32-bit values low-order word first,
+// text two bytes a word, first byte low.
 #pragma once
 
 #include <algorithm>
@@ -37,7 +36,7 @@ constexpr T GetValue(std::span<const Word, WordsPerValue> words) {
   return std::bit_cast<T>(low | high << 16);
 }
 
-/// Fills all of `words`: what of `text` fits, then zeros.
+/// Fills `words` with as much of `text` as fits, then zeros.
 inline void PutText(std::string_view text, std::span<Word> words) {
   text = text.substr(0, BytesPerWord * words.size());
   std::ranges::fill(words, Word{0});

@@ -5,7 +5,7 @@
 namespace orif {
 namespace {
 
-constexpr PositionReadLines ReadLines{
+constexpr PositionReadLines CurPosReadLines{
     .enter = ", Enter",
     .invalid = nullptr,
     .checksArrays = true,
@@ -17,7 +17,7 @@ constexpr PositionReadLines ReadLines{
 
 CurPos::CurPos() noexcept
     : SingleRecord("DataCurPos", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
-                   ReadLines) {}
+                   CurPosReadLines) {}
 
 bool CurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t UF) noexcept {
   const Trail<Item> trail(*this, "Init");

@@ -6,7 +6,7 @@
 namespace orif {
 namespace {
 
-constexpr PositionReadLines ReadLines{
+constexpr PositionReadLines PosRegReadLines{
     .enter = ", Enter",
     .invalid = ", Invalid",
     .checksArrays = true,
@@ -14,7 +14,7 @@ constexpr PositionReadLines ReadLines{
     .done = ", Return",
 };
 
-constexpr PositionWriteLines WriteLines{
+constexpr PositionWriteLines PosRegWriteLines{
     .invalid = ", Err Me.Invalid",
     .jointStatus = ", WriteRJoint Status ",
     .jointRefused = ", Err WriteRJoint",
@@ -25,8 +25,8 @@ constexpr PositionWriteLines WriteLines{
 }  // namespace
 
 PosReg::PosReg() noexcept
-    : Hidden("DataPosReg", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"}, ReadLines,
-             WriteLines) {}
+    : Hidden("DataPosReg", {.enter = ", Enter", .piece = ", ASG=", .done = ", Return"},
+             PosRegReadLines, PosRegWriteLines) {}
 
 bool PosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                   std::int32_t EndIndex) noexcept {

@@ -5,7 +5,7 @@
 namespace orif {
 namespace {
 
-constexpr PositionReadLines ReadLines{
+constexpr PositionReadLines SysVarPosReadLines{
     .enter = ", Enter ",
     .invalid = ", Err Me.Invalid ",
     .checksArrays = false,
@@ -13,7 +13,7 @@ constexpr PositionReadLines ReadLines{
     .done = ", Return ",
 };
 
-constexpr PositionWriteLines WriteLines{
+constexpr PositionWriteLines SysVarPosWriteLines{
     .invalid = ", Err Me.Invalid ",
     .jointStatus = nullptr,
     .jointRefused = ", Err WriteRJoint ",
@@ -23,7 +23,8 @@ constexpr PositionWriteLines WriteLines{
 
 }  // namespace
 
-SysVarPos::SysVarPos() noexcept : SingleRecord("DataSysVarPos", {}, ReadLines, WriteLines) {}
+SysVarPos::SysVarPos() noexcept
+    : SingleRecord("DataSysVarPos", {}, SysVarPosReadLines, SysVarPosWriteLines) {}
 
 bool SysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const Trail<Item> trail(*this, "Init");

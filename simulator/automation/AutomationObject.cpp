@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::int32_t AnyExtent = std::numeric_limits<std::int32_t>::max();
 
-// The arguments of one call in their order, and the texts among them in narrow characters.
+// The arguments of one call in order, texts converted to narrow characters.
 class Arguments {
  public:
   explicit Arguments(const DISPPARAMS& parameters)
@@ -30,7 +30,7 @@ class Arguments {
   std::span<const OrvexValue> Values() const { return values_; }
 
  private:
-  // The kinds are the automation codes, and a number or a pointer is the same in both unions.
+  // Kinds are automation codes, and both unions hold numbers and pointers alike.
   static OrvexValue Convert(const VARIANT& variant, std::string& text) {
     OrvexValue value{};
     value.kind = variant.vt;
@@ -64,7 +64,7 @@ void Store(const OrvexValue& value, VARIANT& result) {
   result = variant;
 }
 
-// Runs `action` and tells what it throws.
+// Runs `action`; what it throws becomes the exception of the call.
 template <class Action>
 HRESULT Guarded(EXCEPINFO* told, const Action& action) noexcept {
   try {
@@ -130,8 +130,8 @@ class AutomationObject final : public IDispatch {
   }
 
  private:
-  // A script does not tell a method from a property that it gets. What has no arguments is tried as
-  // a property, which a method refuses without having done anything.
+  // Scripts ask for methods and properties alike. A call without arguments is tried as a property
+  // first: a method refuses that without doing anything.
   OrvexValue Carry(DISPID id, WORD flags, std::span<const OrvexValue> arguments) {
     const bool either = flags == (DISPATCH_METHOD | DISPATCH_PROPERTYGET);
     if (either && arguments.empty()) {

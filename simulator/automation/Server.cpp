@@ -65,7 +65,7 @@ std::wstring ModulePath() {
   return {path.data(), length};
 }
 
-// For the current user, which takes no administrator's rights.
+// For the current user, which needs no administrator rights.
 const std::wstring Classes = L"Software\\Classes\\";
 const std::wstring Program = Classes + L"OrvexCommLibSimulator.Core";
 const std::wstring Identifier = L"{E3DE6720-D863-4286-8295-326B99EEFAD0}";
@@ -117,7 +117,7 @@ STDAPI DllGetClassObject(REFCLSID identifier, REFIID wanted, LPVOID* object) {
 
 STDAPI DllCanUnloadNow() { return S_FALSE; }
 
-// What cannot be registered whole is not registered.
+// If registering fails half-way, what was registered is removed.
 STDAPI DllRegisterServer() {
   try {
     if (orif::sim::Register()) return S_OK;

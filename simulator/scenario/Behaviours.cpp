@@ -10,7 +10,7 @@
 namespace orif::sim {
 namespace {
 
-// A behaviour as it is written: one key says what is done, others to what and how.
+// One behaviour as written: one key says what it does, the others to what and how.
 struct Parts {
   const Node* what = nullptr;
   const Node* then = nullptr;
@@ -22,15 +22,15 @@ struct Parts {
 // Values over time.
 
 struct Points {
-  std::vector<Course::Point> list;
+  std::vector<Profile::Point> list;
   Time length{};
   std::string words;
 };
 
-// What the values are for.
+// The item whose values they are.
 struct Holding {
   Form form;
-  Position position;  // as it is set up
+  Position position;  // as the file sets it up
 };
 
 std::string Words(const Node& value) {
@@ -83,8 +83,8 @@ Points ReadPath(const Node& node, const Holding& item) {
   return points;
 }
 
-// What is a real in one place is a real everywhere.
-void MakeAlike(std::vector<Course::Point>& points) {
+// If one value is a real, all are.
+void MakeAlike(std::vector<Profile::Point>& points) {
   const auto real = [](const auto& point) { return std::holds_alternative<float>(point.value); };
   if (std::ranges::none_of(points, real)) return;
   for (auto& [time, value] : points) {
@@ -109,27 +109,27 @@ Ending ReadThen(const Node* node, Then otherwise) {
 }
 
 template <auto ReadPoints, Motion Usual, Then Otherwise>
-std::string AddCourse(const Site& site, const Parts& parts) {
+std::string AddProfile(const Site& site, const Parts& parts) {
   if (parts.what == nullptr) parts.done->Fail("needs \"what\" beside it");
-  const Item item = Item::Changing(site, *parts.what);
+  const ScenarioItem item = ScenarioItem::Changing(site, *parts.what);
   Points points = ReadPoints(*parts.done, {item.Holds(), item.PositionNow(site.robot)});
   MakeAlike(points.list);
   const bool stepwise = parts.stepwise || item.Holds() == Form::Bit;
   const Ending ending = ReadThen(parts.then, Otherwise);
   try {
-    Course course(std::move(points.list), points.length, stepwise ? Motion::Stepwise : Usual,
-                  ending.then);
+    Profile profile(std::move(points.list), points.length, stepwise ? Motion::Stepwise : Usual,
+                    ending.then);
     const auto put = [item](Controller& robot, const VariableValue& value) {
       item.Put(robot, value);
     };
-    site.robot.Add(Follow(std::move(course), put));
+    site.robot.Add(Follow(std::move(profile), put));
   } catch (const std::invalid_argument& error) {
     parts.done->Fail(error.what());
   }
   return parts.what->Text() + ' ' + points.words + ending.words;
 }
 
-// What comes and goes.
+// Alarms, link drops and late answers, which come and go.
 
 constexpr auto ScheduleFields = std::to_array<Field<Schedule>>({
     {"at", Into<&Schedule::at>},
@@ -178,7 +178,7 @@ std::string AddAlarm(const Site& site, const Parts& parts) {
 std::string AddLinkDrop(const Site& site, const Parts& parts) {
   CheckKeys(*parts.done, Fields<Schedule>(ScheduleFields));
   const auto [schedule, words] = ReadLasting(*parts.done);
-  site.robot.Misbehave().DropLink(schedule);
+  site.robot.FaultInjection().DropLink(schedule);
   return "the link is down" + words;
 }
 
@@ -197,11 +197,11 @@ std::string AddLateAnswers(const Site& site, const Parts& parts) {
   Lateness late;
   ReadFields<Lateness>(*parts.done, late, LatenessFields);
   const auto [schedule, words] = ReadLasting(*parts.done);
-  site.robot.Misbehave().AnswerAfter(static_cast<std::int32_t>(late.by.count()), schedule);
+  site.robot.FaultInjection().AnswerAfter(static_cast<std::int32_t>(late.by.count()), schedule);
   return "answers are " + parts.done->At("by").Text() + " late" + words;
 }
 
-// A task that walks its lines.
+// A task that runs through its lines.
 
 struct Walk {
   std::string program;
@@ -244,16 +244,16 @@ constexpr auto PartFields = std::to_array<Field<Parts>>({
     {"what", Into<&Parts::what>},
     {"then", Into<&Parts::then>},
     {"stepwise", Into<&Parts::stepwise>},
-    {"ramp", Doing<AddCourse<ReadRamp, Motion::Linear, Then::Hold>>},
-    {"cycle", Doing<AddCourse<ReadCycle, Motion::Stepwise, Then::Repeat>>},
-    {"path", Doing<AddCourse<ReadPath, Motion::Linear, Then::Hold>>},
+    {"ramp", Doing<AddProfile<ReadRamp, Motion::Linear, Then::Hold>>},
+    {"cycle", Doing<AddProfile<ReadCycle, Motion::Stepwise, Then::Repeat>>},
+    {"path", Doing<AddProfile<ReadPath, Motion::Linear, Then::Hold>>},
     {"task", Doing<AddTask>},
     {"alarm", Doing<AddAlarm>},
     {"link", Doing<AddLinkDrop>},
     {"late", Doing<AddLateAnswers>},
 });
 
-// "what", "then" and "stepwise" are of values only.
+// "what", "then" and "stepwise" are for values only.
 void CheckTogether(const Node& node, const Parts& parts) {
   if (parts.done == nullptr) {
     node.Fail("must have ramp, cycle, path, task, alarm, link or late");

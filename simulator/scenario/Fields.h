@@ -1,5 +1,5 @@
-// Objects of a scenario file as tables: a row for each key, with where its value goes. Unknown keys
-// and missing ones are mistakes. Used by the readers of a scenario file.
+// Tables that describe the objects of a scenario file: a row for each key, with the function that
+// stores its value. Unknown keys are mistakes, and so are required ones that are missing.
 #pragma once
 
 #include <array>
@@ -26,7 +26,7 @@ struct Field {
 template <class Target>
 using Fields = std::span<const Field<Target>>;
 
-/// A Mistake for a key that is in none of the tables.
+/// Throws a Mistake for a key that is in none of the tables.
 template <class... Targets>
 void CheckKeys(const Node& object, Fields<Targets>... tables) {
   std::vector<std::string_view> keys;
@@ -37,7 +37,7 @@ void CheckKeys(const Node& object, Fields<Targets>... tables) {
   object.CheckKeys(keys);
 }
 
-/// Reads what there is, in the order of the table.
+/// Reads the keys that are there, in the order of the table.
 template <class Target>
 void ReadFields(const Node& object, Target& target, Fields<Target> fields) {
   for (const auto& field : fields) {
@@ -52,7 +52,7 @@ void ReadObject(const Node& object, Target& target, Fields<Target> fields) {
   ReadFields(object, target, fields);
 }
 
-// Values. Each throws a Mistake that names what is right.
+// Values. Each function throws a Mistake that says what would be right.
 
 /// A whole number from `least` to `most`.
 std::int64_t ReadWhole(const Node& node, std::int64_t least, std::int64_t most);
@@ -60,7 +60,7 @@ std::int64_t ReadWhole(const Node& node, std::int64_t least, std::int64_t most);
 float ReadReal(const Node& node);
 /// "250ms", "20s", "1.5min", "2h".
 Time ReadTime(const Node& node, Time longest = std::chrono::hours(10000));
-/// At most `most` bytes without a zero among them.
+/// At most `most` bytes, none of them zero.
 std::string ReadText(const Node& node, std::size_t most);
 
 template <class T>
@@ -73,7 +73,7 @@ inline void Read(Time& value, const Node& node) { value = ReadTime(node); }
 void Read(bool& value, const Node& node);
 void Read(const Node*& value, const Node& node);
 
-/// The leading elements of an array, `least` of them or more.
+/// The leading elements of an array, at least `least` of them.
 template <class T, std::size_t Size>
 void ReadLeading(std::array<T, Size>& values, const Node& node, std::size_t least) {
   const auto& list = node.List();
@@ -85,7 +85,7 @@ void ReadLeading(std::array<T, Size>& values, const Node& node, std::size_t leas
   for (std::size_t i = 0; i < list.size(); ++i) Read(values[i], list[i]);
 }
 
-// Rows of a table are made of these: a member, with its most bytes or its least and most.
+// Functions for the rows of a table: each stores a member, within its limits.
 
 template <auto Member, class Target>
 void Into(Target& target, const Node& node) {

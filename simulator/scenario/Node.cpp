@@ -5,7 +5,7 @@
 #include <set>
 #include <utility>
 
-#include "simulator/scenario/EditDistance.h"
+#include "spelling/EditDistance.h"
 
 namespace orif::sim {
 namespace {
@@ -34,14 +34,14 @@ const Node& Expect(const Node& node, const json& type) {
   return node;
 }
 
-// Where the last character stands that was read and is not blank: reading a number takes the
-// character behind it too, which may be the end of the line.
+// The place of the last character read that is not blank. Reading a number also takes the character
+// after it, which may be the end of the line.
 struct Place {
   std::size_t line = 1;
   std::size_t column = 0;
 };
 
-// The characters of a document, for the JSON library; keeps the place of what has been read.
+// The characters of a document, for the JSON library; keeps track of the place.
 class Reading {
  public:
   using iterator_category = std::input_iterator_tag;
@@ -97,7 +97,7 @@ class Builder final : public nlohmann::json_sax<json> {
 
   bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                    const json::exception& error) override {
-    // Only what is wrong; the library's own idea of the place comes before it.
+    // Keep only what is wrong: the library puts its own idea of the place in front.
     std::string_view what = error.what();
     for (const std::string_view before : {"] ", "column ", ": "}) {
       const std::size_t found = what.find(before);
@@ -113,7 +113,7 @@ class Builder final : public nlohmann::json_sax<json> {
     std::set<std::string> keys;
   };
 
-  // What stands here, within what is open.
+  // A node for the value that has just been read.
   Node Child(json value) const {
     Node child{std::move(value), key_, key_, place_->line, {}};
     if (open_.empty()) return child;
@@ -143,7 +143,7 @@ class Builder final : public nlohmann::json_sax<json> {
   const Place* place_;
   Node document_;
   std::string key_;
-  std::vector<Opened> open_;  // from the document down to what is being read
+  std::vector<Opened> open_;  // from the document down to the current node
 };
 
 }  // namespace
@@ -189,7 +189,9 @@ Node ParseDocument(std::string_view text) {
 }
 
 std::string Suggestion(std::string_view wrong, std::span<const std::string_view> words) {
-  const auto distance = [wrong](std::string_view word) { return EditDistance(wrong, word); };
+  const auto distance = [wrong](std::string_view word) {
+    return spelling::EditDistance(wrong, word);
+  };
   const auto nearest = std::ranges::min_element(words, {}, distance);
   const bool similar = nearest != words.end() && distance(*nearest) * 2 <= nearest->size();
   if (similar) return ", did you mean \"" + std::string(*nearest) + "\"?";

@@ -1,5 +1,5 @@
-// Tasks and alarms of a scenario file, as tables of their fields. Used by the readers of a scenario
-// file: an alarm is listed as well as it comes and goes.
+// The fields of alarms in a scenario file. The file lists alarms, and also has alarms that come and
+// go.
 #pragma once
 
 #include "simulator/Alarms.h"
@@ -8,7 +8,7 @@
 
 namespace orif::sim {
 
-/// "2026-01-05 06:30:00" into the alarm's year to second.
+/// Reads "2026-01-05 06:30:00" into the alarm's date and time.
 void ReadDate(Alarm& alarm, const Node& node);
 
 inline constexpr std::size_t ProgramBytes = 16;
@@ -28,7 +28,7 @@ inline constexpr auto ListedAlarmFields = std::to_array<Field<Alarm>>({
     {"date", ReadDate},
 });
 
-/// What an alarm says, without when it came.
+/// The fields of an alarm without its date.
 inline constexpr Fields<Alarm> AlarmFields =
     Fields<Alarm>(ListedAlarmFields).first(ListedAlarmFields.size() - 1);
 

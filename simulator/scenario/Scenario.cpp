@@ -11,17 +11,17 @@
 namespace orif::sim {
 namespace {
 
-// A controller while its part of the file is read.
-struct Cell {
+// A controller while its part of the file is being read.
+struct ControllerDraft {
   std::string host;
-  Layout layout{.motionGroups = 1};
+  Capacity capacity{.motionGroups = 1};
   Controller* robot = nullptr;
   std::string summary;
 
-  Site At() const { return {*robot, layout}; }
+  Site At() const { return {*robot, capacity}; }
   void Say(const std::string& line) { summary += "  " + line + '\n'; }
 
-  // How many there are of `what`, and the first of them.
+  // Adds a line to the summary: how many of `what` there are, and the names of the first ones.
   void Tell(const std::string& what, const std::vector<std::string>& names) {
     constexpr std::size_t Told = 6;
     if (names.empty()) return;
@@ -31,19 +31,19 @@ struct Cell {
   }
 };
 
-constexpr auto SizeFields = std::to_array<Field<Layout>>({
-    {"numericRegisters", Between<&Layout::numericRegisters, 1, 10000>},
-    {"positionRegisters", Between<&Layout::positionRegisters, 1, 10000>},
-    {"stringRegisters", Between<&Layout::stringRegisters, 1, 10000>},
-    {"userFrames", Between<&Layout::userFrames, 1, 99>},
+constexpr auto SizeFields = std::to_array<Field<Capacity>>({
+    {"numericRegisters", Between<&Capacity::numericRegisters, 1, 10000>},
+    {"positionRegisters", Between<&Capacity::positionRegisters, 1, 10000>},
+    {"stringRegisters", Between<&Capacity::stringRegisters, 1, 10000>},
+    {"userFrames", Between<&Capacity::userFrames, 1, 99>},
 });
 
-// Registers, strings, positions, frames and signals, as the section's key says.
-void ReadItems(Cell& cell, const Node& section) {
-  Controller& robot = *cell.robot;
+// One of the sections registers, strings, positions, frames and signals.
+void ReadItems(ControllerDraft& draft, const Node& section) {
+  Controller& robot = *draft.robot;
   std::vector<std::string> names;
   for (const Node& node : section.Object()) {
-    const Item item = Item::InSection(cell.At(), node, section.key);
+    const ScenarioItem item = ScenarioItem::InSection(draft.At(), node, section.key);
     std::string& name = names.emplace_back(node.key);
     if (item.Holds() == Form::Origin) {
       ReadLeading(item.Origin(robot), node, item.Origin(robot).size());
@@ -57,10 +57,10 @@ void ReadItems(Cell& cell, const Node& section) {
     *comment = ReadText(*entry.comment, WordsPerText * BytesPerWord);
     name += ' ' + *comment;
   }
-  cell.Tell(section.key, names);
+  draft.Tell(section.key, names);
 }
 
-void ReadVariables(Cell& cell, const Node& section) {
+void ReadVariables(ControllerDraft& draft, const Node& section) {
   std::vector<std::string> names;
   for (const Node& node : section.Object()) {
     const bool named = node.key.starts_with('$') && node.key.size() > 1 &&
@@ -69,10 +69,10 @@ void ReadVariables(Cell& cell, const Node& section) {
     const Form form = node.value.is_object()   ? Form::Position
                       : node.value.is_string() ? Form::Text
                                                : Form::Number;
-    cell.robot->SetVariable(node.key, ReadValue(node, form));
+    draft.robot->SetVariable(node.key, ReadValue(node, form));
     names.push_back(node.key);
   }
-  cell.Tell(section.key, names);
+  draft.Tell(section.key, names);
 }
 
 void ReadState(Task& task, const Node& node) {
@@ -91,44 +91,44 @@ constexpr auto TaskFields = std::to_array<Field<Task>>({
     {"velto", Into<&Task::velto>},
 });
 
-void ReadTasks(Cell& cell, const Node& section) {
+void ReadTasks(ControllerDraft& draft, const Node& section) {
   std::vector<std::string> names;
   for (const Node& node : section.List()) {
-    ReadObject<Task>(node, cell.robot->TaskList().emplace_back(), TaskFields);
-    names.push_back(cell.robot->TaskList().back().program);
+    ReadObject<Task>(node, draft.robot->TaskList().emplace_back(), TaskFields);
+    names.push_back(draft.robot->TaskList().back().program);
   }
   if (names.size() > Tasks::Shown) section.Fail("must have at most 64 tasks");
-  cell.Tell(section.key, names);
+  draft.Tell(section.key, names);
 }
 
 template <AlarmList List>
-void ReadAlarms(Cell& cell, const Node& section) {
+void ReadAlarms(ControllerDraft& draft, const Node& section) {
   std::vector<std::string> messages;
   for (const Node& node : section.List()) {
-    Alarm& alarm = cell.robot->Alarms(List).emplace_back();
+    Alarm& alarm = draft.robot->Alarms(List).emplace_back();
     ReadObject<Alarm>(node, alarm, ListedAlarmFields);
     messages.push_back(alarm.message);
   }
   if (messages.size() > Alarms::Shown) section.Fail("must have at most 200 alarms");
-  cell.Tell(section.key + " alarms", messages);
+  draft.Tell(section.key + " alarms", messages);
 }
 
-constexpr auto AlarmListFields = std::to_array<Field<Cell>>({
+constexpr auto AlarmListFields = std::to_array<Field<ControllerDraft>>({
     {"active", ReadAlarms<AlarmList::Active>},
     {"history", ReadAlarms<AlarmList::History>},
     {"password", ReadAlarms<AlarmList::Password>},
 });
 
-// The first ones make the controller, the others fill it.
+// The first ones are needed to make the controller; the others fill it.
 constexpr std::size_t MakingFields = 3;
-constexpr auto ControllerFields = std::to_array<Field<Cell>>({
-    {"host", Text<&Cell::host, 255>, true},
+constexpr auto ControllerFields = std::to_array<Field<ControllerDraft>>({
+    {"host", Text<&ControllerDraft::host, 255>, true},
     {"groups",
-     [](Cell& cell, const Node& node) {
-       cell.layout.motionGroups = static_cast<std::size_t>(ReadWhole(node, 1, 8));
+     [](ControllerDraft& draft, const Node& node) {
+       draft.capacity.motionGroups = static_cast<std::size_t>(ReadWhole(node, 1, 8));
      }},
-    {"sizes",
-     [](Cell& cell, const Node& node) { ReadObject<Layout>(node, cell.layout, SizeFields); }},
+    {"sizes", [](ControllerDraft& draft,
+                 const Node& node) { ReadObject<Capacity>(node, draft.capacity, SizeFields); }},
     {"registers", ReadItems},
     {"strings", ReadItems},
     {"positions", ReadItems},
@@ -136,30 +136,31 @@ constexpr auto ControllerFields = std::to_array<Field<Cell>>({
     {"signals", ReadItems},
     {"variables", ReadVariables},
     {"tasks", ReadTasks},
-    {"alarms", [](Cell& cell, const Node& node) { ReadObject<Cell>(node, cell, AlarmListFields); }},
+    {"alarms", [](ControllerDraft& draft,
+                  const Node& node) { ReadObject<ControllerDraft>(node, draft, AlarmListFields); }},
     {"behaviour",
-     [](Cell& cell, const Node& node) {
-       for (const std::string& words : AddBehaviours(cell.At(), node)) cell.Say(words);
+     [](ControllerDraft& draft, const Node& node) {
+       for (const std::string& words : AddBehaviours(draft.At(), node)) draft.Say(words);
      }},
 });
 
 void ReadController(Scenario& scenario, const Node& node) {
-  const Fields<Cell> fields(ControllerFields);
-  Cell cell;
+  const Fields<ControllerDraft> fields(ControllerFields);
+  ControllerDraft draft;
   CheckKeys(node, fields);
-  ReadFields(node, cell, fields.first(MakingFields));
+  ReadFields(node, draft, fields.first(MakingFields));
   const Node& host = *node.Find("host");
-  if (cell.host.empty()) host.Fail("must not be empty");
-  if (scenario.network.Find(cell.host)) host.Fail("must differ from the other controllers' hosts");
-  cell.robot = &scenario.network.AddController(cell.host, cell.layout);
-  const auto& [numeric, positions, strings, groups, frames] = cell.layout;
-  cell.summary = cell.host + ": " + std::to_string(groups) + " motion group" +
-                 (groups == 1 ? "" : "s") + ", " + std::to_string(numeric) + " numeric, " +
-                 std::to_string(positions) + " position and " + std::to_string(strings) +
-                 " string registers, " + std::to_string(frames) + " user frames\n";
-  ReadFields(node, cell, fields.subspan(MakingFields));
-  scenario.hosts.push_back(cell.host);
-  scenario.summary += cell.summary;
+  if (draft.host.empty()) host.Fail("must not be empty");
+  if (scenario.network.Find(draft.host)) host.Fail("must differ from the other controllers' hosts");
+  draft.robot = &scenario.network.AddController(draft.host, draft.capacity);
+  const auto& [numeric, positions, strings, groups, frames] = draft.capacity;
+  draft.summary = draft.host + ": " + std::to_string(groups) + " motion group" +
+                  (groups == 1 ? "" : "s") + ", " + std::to_string(numeric) + " numeric, " +
+                  std::to_string(positions) + " position and " + std::to_string(strings) +
+                  " string registers, " + std::to_string(frames) + " user frames\n";
+  ReadFields(node, draft, fields.subspan(MakingFields));
+  scenario.hosts.push_back(draft.host);
+  scenario.summary += draft.summary;
 }
 
 constexpr auto ScenarioFields = std::to_array<Field<Scenario>>({

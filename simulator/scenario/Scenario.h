@@ -1,6 +1,6 @@
-// A scenario file: simulated controllers with their data, and what they do as time passes, written
-// down as JSON. Read by tools and tests that want a cell without a program for it.
-// docs/simulator.md shows the format, scenario.schema.json lets an editor complete and check it.
+// A scenario file describes a simulated cell in JSON: controllers, their data, and what they do as
+// time passes. Tools and tests load one instead of setting up a cell in code. docs/simulator.md
+// shows the format; with scenario.schema.json an editor completes and checks it.
 #pragma once
 
 #include <filesystem>
@@ -12,24 +12,26 @@
 
 namespace orif::sim {
 
+/// What a scenario file makes.
 struct Scenario {
-  std::string name;                ///< of the cell, for people
+  std::string name;                ///< the cell's name, for people
   std::string description;         ///< a sentence or two, or nothing
-  Network network;                 ///< its controllers, and their time
-  std::vector<std::string> hosts;  ///< their names, in the order of the file
-  std::string summary;             ///< of the controllers, for Describe
+  Network network;                 ///< the controllers and their time
+  std::vector<std::string> hosts;  ///< the controllers' host names, in file order
+  std::string summary;             ///< what Describe says about the controllers
 };
 
-/// Tells file, line, field, what is wrong with it and what is right:
+/// Says in which file, line and field the mistake is, and what would be right:
 /// "cell.json:12: controllers[0].registers.R[3]: must be a number, not a text".
 class ScenarioError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Reads and checks the whole file before it answers anything; throws ScenarioError.
+/// Reads and checks the whole file. Throws a ScenarioError for the first mistake.
 Scenario LoadScenario(const std::filesystem::path& file);
 
-/// Name, description, controllers with their sizes and data, and what they do, a line each.
+/// The scenario in words: its name and description, then its controllers with their sizes, data and
+/// behaviours, a line each.
 std::string Describe(const Scenario& scenario);
 
 }  // namespace orif::sim

@@ -7,7 +7,7 @@
 
 #include "orif/orif.h"
 #include "simulator/Demo.h"
-#include "tests/support/Scenario.h"
+#include "tests/support/FullPass.h"
 
 namespace {
 long allocations = 0;
@@ -83,19 +83,19 @@ TEST_F(Allocation, ReadingAllocatesNothing) {
             0);
 }
 
-// Runs the scenario with the k-th allocation failing, for every k. What each member answered is its
+// Runs the pass with the k-th allocation failing, for every k. What each member answered is its
 // own affair; nothing may escape it, and the state has to agree with the answers.
 TEST(AllocationSweep, LeavesEverythingConsistent) {
   for (const bool traced : {false, true}) {
     long runs = 0;
     for (bool hit = true; hit; ++runs) {
       sim::Network network;
-      test::Scenario::SetUp(network.AddController("cell"));
-      test::Scenario scenario(network.Factory(), [](bool on) { watched = on; });
+      test::FullPass::SetUp(network.AddController("cell"));
+      test::FullPass pass(network.Factory(), [](bool on) { watched = on; });
       failing = runs + 1;
-      scenario.Run(traced);
+      pass.Run(traced);
       hit = failing <= 0;
-      ASSERT_TRUE(scenario.Answers()[0] || hit);
+      ASSERT_TRUE(pass.Answers()[0] || hit);
       ASSERT_FALSE(testing::Test::HasFailure()) << "allocation " << runs << " failing";
     }
     EXPECT_GT(runs, 100);

@@ -328,7 +328,7 @@ TEST_F(Cell, ConnectsToKnownHosts) {
 }
 
 TEST_F(Cell, IsMadeToMisbehave) {
-  Misbehaviour& wrong = robot.Misbehave();
+  FaultInjection& wrong = robot.FaultInjection();
   RUN(wrong.FailNext("SendCommand", {-77, "cable"}, 2));
   RUN(wrong.FailNext("SendCommand", {1, "odd"}));
   RUN(core->WriteR(0, ""));

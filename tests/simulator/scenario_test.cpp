@@ -18,7 +18,7 @@ class ScenarioFile : public orif::test::Sheet<testing::Test> {
     for (int left = by; left > 0; left -= step)
       scenario.network.Advance(Time(std::min(left, step)));
     Controller& robot = *scenario.network.Find("cell");
-    const Misbehaviour& link = robot.Misbehave();
+    const FaultInjection& link = robot.FaultInjection();
     std::ostringstream state;
     const auto show = [&state](const auto&... values) { ((state << values << ' '), ...); };
     for (int i = 1; i <= 6; ++i) std::visit(show, robot.NumericRegister(i));

@@ -2,8 +2,8 @@
 // rules.
 #include <set>
 
+#include "tests/support/FullPass.h"
 #include "tests/support/RecordingDispatch.h"
-#include "tests/support/Scenario.h"
 
 namespace orif::test {
 namespace {
@@ -58,7 +58,7 @@ struct Plan {
   std::size_t target = 0;  // the call that fails, from 1 on; 0: none
   Way way = Way::Negative;
   std::size_t calls = 0;
-  const Scenario* scenario = nullptr;
+  const FullPass* pass = nullptr;
   bool watched = false;
   // Of the failing call:
   std::size_t step = 0;
@@ -75,7 +75,7 @@ class Failing : public Dispatch {
   OrvexValue Invoke(std::int32_t id, OrvexCall call,
                     std::span<const OrvexValue> arguments) override {
     if (!plan_.watched || ++plan_.calls != plan_.target) return inner_->Invoke(id, call, arguments);
-    plan_.step = plan_.scenario->Steps() - 1;
+    plan_.step = plan_.pass->Steps() - 1;
     plan_.id = id;
     plan_.rule = RuleOf(id, call);
     // The controller carries out what counts as success, and nothing else.
@@ -106,19 +106,19 @@ class Failing : public Dispatch {
 
 std::vector<bool> RunWith(Plan& plan, bool traced, std::vector<std::string>& names) {
   sim::Network network;
-  Scenario::SetUp(network.AddController("cell"));
+  FullPass::SetUp(network.AddController("cell"));
   const DispatchFactory make = network.Factory();
-  Scenario scenario([&] { return std::make_shared<Failing>(make(), plan); },
-                    [&](bool watched) { plan.watched = watched; });
-  plan.scenario = &scenario;
-  scenario.Run(traced);
+  FullPass pass([&] { return std::make_shared<Failing>(make(), plan); },
+                [&](bool watched) { plan.watched = watched; });
+  plan.pass = &pass;
+  pass.Run(traced);
   names.clear();
-  for (std::size_t i = 0; i < scenario.Steps(); ++i) names.push_back(scenario.Name(i));
+  for (std::size_t i = 0; i < pass.Steps(); ++i) names.push_back(pass.Name(i));
   const auto id = static_cast<DispId>(plan.id);
   const bool unconnected = id == DispId::Connect || id == DispId::Reset || id == DispId::HostName;
-  EXPECT_TRUE(scenario.settled || unconnected || id == DispId::ClearRAssignment ||
+  EXPECT_TRUE(pass.settled || unconnected || id == DispId::ClearRAssignment ||
               id == DispId::SetRAssignment || id == DispId::Disconnect);
-  return scenario.Answers();
+  return pass.Answers();
 }
 
 class FaultSweep : public testing::TestWithParam<Way> {};

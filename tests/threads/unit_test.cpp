@@ -8,7 +8,7 @@
 #include <set>
 
 #include "simulator/Demo.h"
-#include "tests/support/Scenario.h"
+#include "tests/support/FullPass.h"
 #include "tests/support/System.h"
 #include "tests/threads/Together.h"
 
@@ -168,7 +168,7 @@ TEST_P(Units, LoseTheirLinksAtOnce) {
       lower->Invoke(lower->Lookup("Disconnect"), ORVEX_METHOD, {});
     } else if (number == 0) {
       const auto lock = network.Lock();
-      network.Find(sim::DemoHost)->Misbehave().LoseConnections();
+      network.Find(sim::DemoHost)->FaultInjection().LoseConnections();
     }
     while (unit.table->Refresh()) {  // until the first thread has come to it
     }
@@ -195,10 +195,10 @@ TEST(Members, AnswerOnManyThreadsAsOnOne) {
   for (const bool traced : {false, true}) {
     const auto answers = [traced] {
       sim::Network network;
-      Scenario::SetUp(network.AddController("cell"));
-      Scenario scenario(network.Factory(), [](bool) {});
-      scenario.Run(traced);
-      return scenario.Answers();
+      FullPass::SetUp(network.AddController("cell"));
+      FullPass pass(network.Factory(), [](bool) {});
+      pass.Run(traced);
+      return pass.Answers();
     };
     const std::vector<bool> alone = answers();
     Together([&](int) {

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 constexpr auto FastStart = std::chrono::sys_days{std::chrono::year{2026} / 1 / 1};
 
-// The cell moves at least so often, and an interrupt is noticed so soon.
+// How often the cell moves at least, and how soon an interrupt is noticed.
 constexpr Clock::Milliseconds LongestSleep = 20ms;
 
 }  // namespace

@@ -1,6 +1,5 @@
-// The time by which commands run: that of the machine, or under --fast that of the simulator, which
-// passes as fast as the tool can go. Under --simulate the clock is also what drives the simulated
-// cell.
+// The time that commands go by: the machine's, or with --fast the simulator's, which passes as fast
+// as the tool can go. With --simulate the clock also drives the simulated cell.
 #pragma once
 
 #include <chrono>
@@ -16,14 +15,13 @@ class Clock {
 
   explicit Clock(Cell& cell);
 
-  /// Since the clock was made; never goes back. Simulated time does not move by asking.
+  /// Time since the clock was made; never goes back. Asking does not move simulated time.
   Milliseconds Now() const;
 
-  /// Date and time, UTC. Under --fast a fixed date and the time since then, so that two runs are
-  /// alike.
+  /// Date and time in UTC. With --fast it starts at a fixed date, so that two runs are alike.
   WallTime Wall() const;
 
-  /// Waits until Now() is `when`, or the user interrupts.
+  /// Waits until Now() reaches `when` or the user interrupts.
   void SleepUntil(Milliseconds when);
 
  private:
@@ -32,7 +30,7 @@ class Clock {
   sim::Network* network_;
   bool fast_;
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-  Milliseconds cellTime_{0};  // as far as the simulated cell has come
+  Milliseconds cellTime_{0};  // the simulated cell's time
 };
 
 /// "2026-01-01T00:00:00.000Z".

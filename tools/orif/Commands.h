@@ -1,20 +1,74 @@
-// The commands of the tool. Each Add function adds one to the command line, with its options and
-// what it does; the commands themselves stand in files of their names.
+// The commands of the tool: the options of each, and the function that carries it out, in a file of
+// its own name. The functions throw an Error if they cannot do what was asked.
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tools/orif/Poll.h"
+#include "tools/orif/Session.h"
 
 namespace orif::tool {
 
-void AddReadCommand(CLI::App& app);
-void AddWriteCommand(CLI::App& app);
-void AddWatchCommand(CLI::App& app);
-void AddRecordCommand(CLI::App& app);
-void AddPlotCommand(CLI::App& app);
-void AddAlarmsCommand(CLI::App& app);
-void AddTasksCommand(CLI::App& app);
-void AddSimulateCommand(CLI::App& app);
+struct ReadOptions {
+  Connection connection;
+  std::vector<std::string> items;
+  std::string format;  ///< "table", "csv" or "json", here and below
+  bool comments = false;
+};
+void Read(const ReadOptions& options);
+
+struct WatchOptions {
+  Connection connection;
+  std::vector<std::string> items;
+  Pace pace;
+};
+void Watch(const WatchOptions& options);
+
+struct WriteOptions {
+  Connection connection;
+  std::vector<std::string> requests;  ///< "R[3]=5"
+  bool yes = false;
+};
+void Write(const WriteOptions& options);
+
+struct RecordOptions {
+  Connection connection;
+  std::vector<std::string> items;
+  Pace pace{.every = std::chrono::milliseconds(100), .length = {}, .count = {}};
+  std::filesystem::path out;
+  bool force = false;
+};
+void Record(const RecordOptions& options);
+
+struct PlotOptions {
+  std::filesystem::path recording;
+  std::vector<std::string> names;
+  std::filesystem::path picture;
+};
+void Plot(const PlotOptions& options);
+
+struct AlarmOptions {
+  Connection connection;
+  std::string list = "active";  ///< or "history", "password"
+  std::int32_t count = 20;
+  std::string format;
+};
+void ShowAlarms(const AlarmOptions& options);
+
+struct TaskOptions {
+  Connection connection;
+  std::int32_t count = 20;
+  bool noMacros = false;
+  bool noVelto = false;
+  std::string format;
+};
+void ShowTasks(const TaskOptions& options);
+
+/// Checks a scenario file and prints what is in it.
+void Simulate(const std::string& file);
 
 }  // namespace orif::tool

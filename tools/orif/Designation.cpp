@@ -4,17 +4,17 @@
 #include <charconv>
 #include <regex>
 
+#include "spelling/UpperCase.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
-#include "tools/orif/UpperCase.h"
 
 namespace orif::tool {
 namespace {
 
-// Regular expressions take stack for each character.
+// A regular expression uses stack for every character.
 constexpr std::size_t LongestItem = 200;
 
-/// A word that chooses how items are registered: a type behind the colon, a list in the brackets.
+/// A word that chooses the type to register: the type after the colon, or the list in the brackets.
 struct Choice {
   Kind kind;
   std::string_view word;
@@ -67,7 +67,7 @@ const Symbol* FindSymbol(std::string_view name) {
   return symbol == Symbols().end() ? nullptr : &*symbol;
 }
 
-// Says how the symbol is written, beginning with the argument's own number where it has one.
+// Shows how to write the symbol, with the argument's own number if it has one.
 [[noreturn]] void RefuseForm(const std::string& argument, const Symbol& symbol,
                              const std::string& reason) {
   std::smatch number;
@@ -143,7 +143,7 @@ Designation ParseDesignation(const std::string& text) {
   static const std::regex form(
       R"(([A-Z]+)\[(?:G([0-9]+):|([MVEP]+))?([0-9]+)(?:-([0-9]+))?\](?::(.*))?)",
       std::regex::icase);
-  const std::string name = UpperCase(text.substr(
+  const std::string name = spelling::UpperCase(text.substr(
       0, text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz")));
   const Symbol* symbol = FindSymbol(name);
   if (symbol == nullptr) RefuseSymbol(text, name);
@@ -162,7 +162,7 @@ Designation ParseDesignation(const std::string& text) {
     if (designation.group < 1) RefuseForm(text, *symbol, "motion groups are counted from 1");
     if (designation.group > 1) designation.selector = "G" + std::to_string(designation.group) + ":";
   }
-  const std::string list = UpperCase(parts[3].str());
+  const std::string list = spelling::UpperCase(parts[3].str());
   designation.type = Find(Lists, kind, list);
   if (!list.empty()) {
     if (!designation.type) RefuseForm(text, *symbol, name + " has no list " + list);

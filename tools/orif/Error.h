@@ -1,5 +1,5 @@
-// How a command ends when it cannot do what it was asked to: the exit code of the program and the
-// sentence that tells the user why. Thrown anywhere in the tool, caught once, in main.
+// Why a command could not do what it was asked: the program's exit code and a sentence for the
+// user. Thrown anywhere in the tool, caught once, in main.
 #pragma once
 
 #include <stdexcept>

@@ -54,7 +54,7 @@ class Painter {
   }
 
  private:
-  const Item& ItemAt(std::size_t i) const { return readout_.Items()[i]; }
+  const ItemColumns& ItemAt(std::size_t i) const { return readout_.Items()[i]; }
   const Column& ColumnAt(std::size_t i, std::size_t field) const {
     return readout_.Columns()[ItemAt(i).first + field];
   }
@@ -65,7 +65,7 @@ class Painter {
     return readout_.Designations()[ItemAt(i).designation];
   }
 
-  // Bits without comments are shown as a run.
+  // Several bits without comments are shown as a run.
   bool InRun(std::size_t i) const {
     const Designation& designation = DesignationOf(i);
     return designation.Is() == Kind::Bit && designation.first != designation.last &&
@@ -156,8 +156,8 @@ class Painter {
     line.push_back(ShownField(i, "cause"));
   }
 
-  // Three parts a line. Axes that are all zero are left out where not every robot has them; what
-  // belongs to the whole position stands behind the first lines.
+  // Three parts a line. Axes that not every robot has are left out if all three are zero. Frames
+  // and configuration follow the first two lines.
   void PaintPosition(std::size_t i) {
     struct Row {
       std::size_t first;

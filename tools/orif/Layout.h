@@ -1,5 +1,5 @@
-// How a Readout looks on a screen: one line for a number, a text or a task, a block of lines for a
-// position, a run of bits in tens. read prints it once, watch paints it in place.
+// How a Readout is laid out on a screen: a line for a number, a text or a task, several lines for a
+// position, runs of bits in tens. read prints it once, watch keeps painting it in place.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ using Line = std::vector<Segment>;
 
 std::vector<Line> Layout(const Readout& readout);
 
-/// The line as text, without blanks at its end.
+/// The line as text, without trailing blanks.
 std::string PlainText(const Line& line);
 
 }  // namespace orif::tool

@@ -1,5 +1,5 @@
-// What a refresh found the link to the controller to be. Told by Poll, shown by watch and written
-// down by record.
+// The state of the link to the controller at a refresh. Poll tells it, watch shows it and record
+// writes it down.
 #pragma once
 
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "tools/orif/Json.h"
 #include "tools/orif/Text.h"
 
 namespace orif::tool {
@@ -13,7 +14,7 @@ using Texts = std::vector<std::string>;
 /// One entry: its values by field.
 class Entry {
  public:
-  Entry(const Readout& readout, const Item& item)
+  Entry(const Readout& readout, const ItemColumns& item)
       : columns_(std::span(readout.Columns()).subspan(item.first, item.count)),
         values_(std::span(readout.Values()).subspan(item.first, item.count)) {}
 
@@ -77,7 +78,7 @@ void PrintTable(const std::vector<Entry>& entries, std::span<const ListColumn> c
 void PrintList(const Readout& readout, const std::string& format,
                std::span<const ListColumn> columns, const std::string& none) {
   std::vector<Entry> entries;
-  for (const Item& item : readout.Items()) {
+  for (const ItemColumns& item : readout.Items()) {
     if (const Entry entry(readout, item); entry.IsThere()) entries.push_back(entry);
   }
   if (format == "csv") {

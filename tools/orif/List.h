@@ -1,5 +1,4 @@
-// Lists of tasks and alarms: a Readout whose items are rows of one shape. Used by the commands that
-// print such a list.
+// Prints lists of tasks and alarms: a Readout whose items all have the same fields.
 #pragma once
 
 #include <span>
@@ -15,8 +14,8 @@ struct ListColumn {
   const char* field;
 };
 
-/// Prints the items that are there as "table" (the chosen columns, or `none` where no item is
-/// there), "csv" or "json" (all fields).
+/// Prints the entries that exist, as "table" with the given columns or as "csv" or "json" with all
+/// fields. A table without entries is the text `none`.
 void PrintList(const Readout& readout, const std::string& format,
                std::span<const ListColumn> columns, const std::string& none);
 

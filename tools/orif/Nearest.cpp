@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
-#include "simulator/scenario/EditDistance.h"
-#include "tools/orif/UpperCase.h"
+#include "spelling/EditDistance.h"
+#include "spelling/UpperCase.h"
 
 namespace orif::tool {
 
 std::string Nearest(std::string_view word, std::span<const std::string> names) {
-  const std::string wanted = UpperCase(word);
+  const std::string wanted = spelling::UpperCase(word);
   return *std::ranges::min_element(names, {}, [&](const std::string& name) {
-    return sim::EditDistance(wanted, UpperCase(name));
+    return spelling::EditDistance(wanted, spelling::UpperCase(name));
   });
 }
 

@@ -1,4 +1,4 @@
-// Finds what somebody probably meant who misspelt a name. Used by messages about unknown items and
+// Finds the name that a user probably meant, for messages about unknown commands, items and
 // columns.
 #pragma once
 
@@ -8,8 +8,8 @@
 
 namespace orif::tool {
 
-/// The name that takes the fewest single-character changes to get from `word`; the first of
-/// several. Upper and lower case are the same. `names` is not empty.
+/// The name that is the fewest characters away from `word`, or the first of several. Ignores case.
+/// `names` must not be empty.
 std::string Nearest(std::string_view word, std::span<const std::string> names);
 
 /// "A, B or C".

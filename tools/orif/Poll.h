@@ -1,6 +1,5 @@
-// Refreshes named items at a steady pace, and goes on when the link to the controller is lost: it
-// connects anew and registers everything again until the values are back. watch and record show and
-// write down what it brings.
+// Refreshes the named items at a steady pace. If the link to the controller is lost, it connects
+// again and registers everything again until the values are back. Used by watch and record.
 #pragma once
 
 #include <chrono>
@@ -15,13 +14,9 @@
 #include "tools/orif/Readout.h"
 #include "tools/orif/Session.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orif::tool {
 
-/// When to refresh, and how long: for a time, for so many refreshes, or until the user interrupts.
+/// How often to refresh, and how long: for a time, a number of refreshes, or until Ctrl-C.
 struct Pace {
   using Milliseconds = std::chrono::milliseconds;
 
@@ -30,28 +25,29 @@ struct Pace {
   std::optional<std::int64_t> count;
 };
 
-/// Adds --every, --for and --count.
-void AddPaceOptions(CLI::App& command, Pace& pace);
-
 class Poll {
  public:
   /// Connects and registers the items. Throws an Error as Session and Readout do.
   Poll(Cell& cell, std::vector<Designation> designations, const Pace& pace);
 
-  /// Waits until the next refresh is due, which is a whole number of periods after the first, and
-  /// refreshes. Those that a late one leaves no time for are skipped. Empty at the end. Throws an
-  /// Error when the first refresh of all is refused; later that is a lost link.
+  /// Waits for the next refresh, which is due a whole number of periods after the first, and makes
+  /// it. Refreshes that were missed because one came late are skipped. Empty at the end. Throws an
+  /// Error if the very first refresh is refused; later that counts as a lost link.
   std::optional<Link> Next();
 
-  /// The values of the last refresh that brought some.
+  /// The values of the last good refresh.
   const Readout& Values() const { return live_->readout; }
 
-  /// When the last refresh began, since the first one and by the calendar, and how long it took.
+  /// When the last refresh began, since the first one.
   Pace::Milliseconds SinceStart() const { return began_ - start_; }
+  /// The same as date and time.
   Clock::WallTime Wall() const { return wall_; }
+  /// How long it took.
   Pace::Milliseconds Took() const { return took_; }
 
+  /// How many refreshes were skipped.
   std::int64_t Skipped() const { return skipped_; }
+  /// How often the link was lost.
   std::int64_t Gaps() const { return gaps_; }
 
  private:

@@ -11,7 +11,7 @@
 
 #include "orif/items/DataArea.h"
 #include "tools/orif/Error.h"
-#include "tools/orif/Signals.h"
+#include "tools/orif/SignalMembers.h"
 
 namespace orif::tool {
 
@@ -24,7 +24,7 @@ namespace {
 
 using std::int64_t;
 
-// How many words an item takes. A numeric register without a type is registered in both forms.
+// How many words the items take. Numeric registers without a type are registered as both types.
 std::int64_t WordsOf(const Designation& designation) {
   const std::int64_t count = std::int64_t{designation.last} - designation.first + 1;
   switch (designation.Is()) {
@@ -48,7 +48,7 @@ std::int64_t WordsOf(const Designation& designation) {
   }
 }
 
-// The bit blocks and groups are addressed with 16 bits.
+// Signals are addressed with 16 bits.
 constexpr std::int64_t MostSignals = 32767;
 
 Value Plain(const Variant& value) {
@@ -57,7 +57,7 @@ Value Plain(const Variant& value) {
   return value.ToText();
 }
 
-struct Position {
+struct PositionValues {
   std::array<float, PositionRecord::FloatCount> xyzwpr{};
   std::array<std::int16_t, PositionRecord::ConfigCount> config{};
   std::array<float, PositionRecord::FloatCount> joint{};
@@ -67,7 +67,7 @@ struct Position {
   std::int16_t validJ = 0;
 };
 
-std::string ConfigText(const Position& position) {
+std::string ConfigText(const PositionValues& position) {
   std::string text;
   for (const std::int16_t number : position.config) {
     text += (text.empty() ? "" : " ") + std::to_string(number);
@@ -75,7 +75,7 @@ std::string ConfigText(const Position& position) {
   return text;
 }
 
-void ShowPosition(const Position& position, Value* column) {
+void ShowPosition(const PositionValues& position, Value* column) {
   for (const float value : position.xyzwpr) {
     *column++ = position.validC != 0 ? Value(value) : Value();
   }
@@ -89,7 +89,7 @@ void ShowPosition(const Position& position, Value* column) {
 
 template <class Item, class... Index>
 bool DecodePosition(Item& item, Value* column, Index... index) {
-  Position position;
+  PositionValues position;
   if (!item.GetValue(index..., position.xyzwpr, position.config, position.joint, position.UF,
                      position.UT, position.validC, position.validJ)) {
     return false;
@@ -106,7 +106,7 @@ bool DecodeText(DataString& item, Value* column, std::int32_t index) {
 }
 
 bool DecodeTask(DataTask& task, Value* column) {
-  // A name that fills its words brings along what lies behind them.
+  // A name that fills its words runs on into the words after it.
   std::string program;
   std::string parent;
   std::int16_t line = 0;
@@ -182,31 +182,32 @@ void Readout::CheckNames() const {
 }
 
 void Readout::Register(std::size_t index, bool comments) {
-  static constexpr auto Plain = std::to_array<Field>({{""}});
-  static constexpr auto Position = std::to_array<Field>(
+  static constexpr auto PlainFields = std::to_array<Field>({{""}});
+  static constexpr auto PositionFields = std::to_array<Field>(
       {{"X", "mm"},   {"Y", "mm"},   {"Z", "mm"},   {"W", "deg"},  {"P", "deg"},  {"R", "deg"},
        {"E1", "mm"},  {"E2", "mm"},  {"E3", "mm"},  {"config"},    {"J1", "deg"}, {"J2", "deg"},
        {"J3", "deg"}, {"J4", "deg"}, {"J5", "deg"}, {"J6", "deg"}, {"J7", "deg"}, {"J8", "deg"},
        {"J9", "deg"}, {"UF"},        {"UT"}});
-  static constexpr auto Task = std::to_array<Field>({{"program"}, {"line"}, {"state"}, {"parent"}});
-  static constexpr auto Alarm = std::to_array<Field>({{"time"},
-                                                      {"id"},
-                                                      {"number"},
-                                                      {"severity"},
-                                                      {"severity_text"},
-                                                      {"message"},
-                                                      {"cause_id"},
-                                                      {"cause_number"},
-                                                      {"cause"}});
+  static constexpr auto TaskFields =
+      std::to_array<Field>({{"program"}, {"line"}, {"state"}, {"parent"}});
+  static constexpr auto AlarmFields = std::to_array<Field>({{"time"},
+                                                            {"id"},
+                                                            {"number"},
+                                                            {"severity"},
+                                                            {"severity_text"},
+                                                            {"message"},
+                                                            {"cause_id"},
+                                                            {"cause_number"},
+                                                            {"cause"}});
   const Designation& designation = designations_[index];
-  std::span<const Field> fields = Plain;
+  std::span<const Field> fields = PlainFields;
   if (designation.Is() == Kind::PosReg || designation.Is() == Kind::CurPos ||
       designation.type == SYSVAR_POS) {
-    fields = Position;
+    fields = PositionFields;
   } else if (designation.Is() == Kind::Task) {
-    fields = Task;
+    fields = TaskFields;
   } else if (designation.Is() == Kind::Alarm) {
-    fields = Alarm;
+    fields = AlarmFields;
   }
 
   const Decode values = RegisterValues(designation);
@@ -233,7 +234,7 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
   orif::DataTable& table = session_.Table();
   const std::int32_t first = designation.first;
   const std::int32_t last = designation.last;
-  // The item that was added, for what decodes it.
+  // The item that was added; throws if it was refused.
   const auto accepted = [&](auto item) {
     if (item == nullptr) throw session_.Refusal("the controller refuses " + designation.text);
     return item;
@@ -295,7 +296,7 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
       };
     case Kind::Bit:
     case Kind::Group: {
-      // The whole run is read with the first of its signals.
+      // The first signal reads the whole run.
       auto signals = std::make_shared<std::vector<std::int32_t>>();
       return [this, signals, designation](std::int32_t index, Value* column) {
         if (index == designation.first && !ReadSignals(session_.Core(), designation, *signals)) {

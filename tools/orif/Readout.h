@@ -1,6 +1,5 @@
-// The values of what a user named: registers the items in a session's table and, at each Read,
-// brings the values of all of them, one column for each plain value. read, watch and record show
-// what a Readout has.
+// The values of the items that the user named. A Readout registers them in the session's table, and
+// each Read fetches all values, a column for each. All commands that show values use it.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +14,7 @@
 
 namespace orif::tool {
 
-/// std::monostate: not valid, or not there.
+/// std::monostate: not valid, or no such entry.
 using Value = std::variant<std::monostate, bool, std::int64_t, float, std::string>;
 
 struct Column {
@@ -25,20 +24,19 @@ struct Column {
   std::string unit;   ///< "mm", "deg" or empty
 };
 
-/// What an item has among the columns: `count` of them from `first` on, its comment last.
-struct Item {
+/// The columns of an item: `count` of them from `first` on, its comment last.
+struct ItemColumns {
   std::string name;
-  std::size_t designation;  ///< the one it comes from, counted from 0
+  std::size_t designation;  ///< index of its designation
   std::size_t first;
   std::size_t count;
 };
 
 class Readout {
  public:
-  /// Registers the items, with a column "comment" for each that can have one if `comments`. Throws
-  /// an Error: Exit::Usage for more than the data area holds and for an item named twice,
-  /// Exit::Refused when the controller does not have what was named. The session outlives the
-  /// readout.
+  /// Registers the items; with `comments`, each that can have a comment gets a column for it.
+  /// Throws an Error: Exit::Usage if the data area cannot hold all items or one is named twice,
+  /// Exit::Refused if the controller does not have one. The session must outlive the readout.
   Readout(Session& session, std::vector<Designation> designations, bool comments = false);
 
   Readout(const Readout&) = delete;
@@ -47,17 +45,17 @@ class Readout {
 
   const std::vector<Designation>& Designations() const { return designations_; }
   const std::vector<Column>& Columns() const { return columns_; }
-  const std::vector<Item>& Items() const { return items_; }
+  const std::vector<ItemColumns>& Items() const { return items_; }
 
-  /// Brings all values: one refresh of the table, then the signals. False when the controller
-  /// refuses; the values are those of the last good Read then. Session::LastError has the reason.
+  /// Reads all values: one refresh of the table, then the signals. If the controller refuses, it is
+  /// false and the values of the last good Read stay; Session::LastError has the reason.
   bool Read();
 
-  /// One for each column.
+  /// A value for each column.
   const std::vector<Value>& Values() const { return values_; }
 
  private:
-  /// Writes an item's values to the columns from `column` on, which are empty before.
+  /// Writes an item's values to the columns from `column` on. They are empty before.
   using Decode = std::function<bool(std::int32_t index, Value* column)>;
   struct Source {
     Decode decode;
@@ -74,7 +72,7 @@ class Readout {
   Session& session_;
   std::vector<Designation> designations_;
   std::vector<Column> columns_;
-  std::vector<Item> items_;
+  std::vector<ItemColumns> items_;
   std::vector<Source> sources_;
   std::vector<Value> values_;
   bool refreshes_ = false;  // whether the table has items

@@ -1,6 +1,5 @@
 #include "tools/orif/Session.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <regex>
 #include <utility>
@@ -15,8 +14,8 @@
 namespace orif::tool {
 namespace {
 
-// The trail's text has no line end behind its first line: the time and the thread that begin the
-// second one tell where that is.
+// The trail's text has no line end after its first line: the second line begins where the next time
+// and thread are found.
 void PrintTrail(std::ostream& out, const std::string& messages) {
   const std::string trail = std::regex_replace(messages, std::regex("\r\n"), "\n");
   if (trail.empty()) return;
@@ -32,7 +31,7 @@ void PrintTrail(std::ostream& out, const std::string& messages) {
   }
 }
 
-// The reason behind the tag and the id of a trail line.
+// The reason in a trail line, after tag and id.
 std::string ReasonOf(const std::string& line) {
   constexpr std::string_view Mark = ", Err ";
   const auto mark = line.find(Mark);
@@ -40,33 +39,6 @@ std::string ReasonOf(const std::string& line) {
 }
 
 }  // namespace
-
-std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command) {
-  auto connection = std::make_shared<Connection>();
-  Connection& options = *connection;
-  const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
-  add(command.add_option("--host", options.host, "Name or address of the controller"))
-      ->option_text("NAME");
-  add(command.add_option("--port", options.port, "TCP port of the controller"))
-      ->option_text("NUMBER")
-      ->check(CLI::Range(1, 65535));
-  add(command.add_option("--time-out", options.timeOut,
-                         "How long to wait for an answer, 100 or more"))
-      ->option_text("MS")
-      ->check(CLI::Range(100, 3600000));
-  CLI::Option* component = add(command.add_option(
-      "--component", options.component, "The communication component, if it is not installed"));
-  component->option_text("PATH");
-  CLI::Option* simulate = add(command.add_option(
-      "--simulate", options.simulate,
-      "A simulated cell instead: a scenario file (.json), or none for the demonstration cell"));
-  simulate->option_text("[FILE]")->excludes(component);
-  add(command.add_flag("--fast", options.fast, "Simulated time passes without waiting"))
-      ->needs(simulate);
-  add(command.add_flag("--trail", options.trail,
-                       "Print the debug trail to standard error at the end"));
-  return connection;
-}
 
 Cell::Cell(Connection connection) : connection_(std::move(connection)) {
   if (connection_.simulate) {

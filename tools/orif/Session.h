@@ -1,6 +1,5 @@
-// The way from the command line to a controller: the options that say where to connect, the cell
-// that they mean, and a session, which is one connection to it. A Core connects once in its life,
-// so whoever loses the link makes a new Session of the same Cell.
+// The way to a controller: the user's options, the cell that they name, and a session, which is one
+// connection to it. A Core connects once in its life, so a lost link needs a new Session.
 #pragma once
 
 #include <cstdint>
@@ -13,13 +12,9 @@
 #include "simulator/Network.h"
 #include "tools/orif/Error.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orif::tool {
 
-/// What the user said about where to connect.
+/// The user's options about where to connect.
 struct Connection {
   std::string host;
   std::optional<std::int32_t> port;
@@ -30,17 +25,14 @@ struct Connection {
   bool fast = false;
 };
 
-/// What "--simulate" without a file means.
+/// What "--simulate" without a file stands for.
 inline constexpr const char* DemoCell = "demo";
 
-/// Adds the options of every command that connects. The Connection is filled when the command runs.
-std::shared_ptr<Connection> AddConnectionOptions(CLI::App& command);
-
-/// What the tool connects to, real or simulated. Made once a run; outlives all Sessions. Prints the
-/// debug trail at its end when that is wanted.
+/// What the tool connects to, real or simulated. Made once in a run; outlives all Sessions. Its
+/// destructor prints the debug trail if the user wants it.
 class Cell {
  public:
-  /// Throws an Error, Exit::Usage, when the options name no cell or a scenario that is wrong.
+  /// Throws an Error, Exit::Usage, if the options name no controller, and a ScenarioError.
   explicit Cell(Connection connection);
   Cell(const Cell&) = delete;
   Cell& operator=(const Cell&) = delete;
@@ -52,7 +44,7 @@ class Cell {
   /// The simulated network; null for a real controller.
   sim::Network* Simulated() { return network_ ? &*network_ : nullptr; }
 
-  /// What the trail says when a session ends.
+  /// Keeps the trail of a session that ends.
   void KeepTrail(std::string text) { trail_ = std::move(text); }
 
  private:
@@ -61,10 +53,10 @@ class Cell {
   std::string trail_;
 };
 
+/// One connection to the cell's controller.
 class Session {
  public:
-  /// Connects. Throws an Error, Exit::NoConnection, that says what the lower layer said and what to
-  /// do.
+  /// Connects. Throws an Error, Exit::NoConnection, with the lower layer's reason and what to do.
   explicit Session(Cell& cell);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -73,10 +65,10 @@ class Session {
   orif::Core& Core() { return *core_; }
   orif::DataTable& Table() { return *table_; }
 
-  /// The lower layer's words for the last refusal.
+  /// The lower layer's reason for the last refusal.
   std::string LastError();
 
-  /// An Error, Exit::Refused, that begins with `what` and ends with the lower layer's words.
+  /// An Error, Exit::Refused: `what`, then the lower layer's reason.
   tool::Error Refusal(const std::string& what);
 
  private:

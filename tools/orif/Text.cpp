@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 
 namespace orif::tool {
 namespace {
@@ -54,7 +53,7 @@ std::string Right(std::string text, std::size_t width) {
   return text;
 }
 
-// By characters, not bytes, so that columns behind a name with accents still line up.
+// Counts characters, not bytes, so that columns after a name with accents line up.
 std::string Left(std::string text, std::size_t width) {
   const auto shown = static_cast<std::size_t>(
       std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
@@ -96,18 +95,6 @@ std::string CsvLine(std::span<const std::string> fields) {
     line += '"';
   }
   return line + "\r\n";
-}
-
-Json ToJson(const Value& value) {
-  return std::visit(
-      Overloaded{[](std::monostate) { return Json(); },
-                 [](float real) { return std::isfinite(real) ? Json(Widened(real)) : Json(); },
-                 [](const auto& other) { return Json(other); }},
-      value);
-}
-
-std::string JsonText(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace orif::tool

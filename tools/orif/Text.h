@@ -1,8 +1,7 @@
-// How values are written: for a table, for a CSV file, for JSON. A text is passed on byte by byte
-// but for JSON, where bytes that are no UTF-8 become the replacement character.
+// Values as text, for tables and CSV files. Texts keep their bytes, whatever their encoding.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,40 +11,33 @@
 namespace orif::tool {
 
 /// For a table: "on" and "off", reals with as many digits as they need, "-" for no value. Control
-/// characters of a text become "?", so that a terminal stays as it is.
+/// characters become "?", so that a text cannot steer the terminal.
 std::string TableText(const Value& value);
 
 /// The state of a task in words, for a table.
 std::string TaskStateText(const Value& value);
 
-/// Blanks up to `width` characters, before or behind the text.
+/// The text aligned right: blanks in front, up to `width` characters.
 std::string Right(std::string text, std::size_t width);
+/// The text aligned left: blanks behind it, up to `width` characters.
 std::string Left(std::string text, std::size_t width);
 
-/// The text without the blanks at its end.
+/// The text without trailing blanks.
 std::string WithoutBlanks(std::string text);
 
-/// The shortest text that reads back as the same real.
+/// The shortest text that parses back to the same real.
 std::string RealText(float value);
 
-/// The 64-bit real that this text reads as: 0.1 and not 0.100000001490116.
+/// The 64-bit real that RealText parses to: 0.1, not 0.100000001490116.
 double Widened(float value);
 
 /// "1 row", "2 rows".
 std::string Counted(std::int64_t count, std::string_view word);
 
-/// For a field of a CSV line: 1 and 0, an empty text for no value.
+/// For a CSV field: bits are 1 and 0, no value is an empty text.
 std::string CsvText(const Value& value);
 
-/// A line of CSV (RFC 4180) with its line end; fields are quoted where that is needed.
+/// A line of CSV (RFC 4180) with its line end; fields are quoted where needed.
 std::string CsvLine(std::span<const std::string> fields);
-
-using Json = nlohmann::ordered_json;
-
-/// Numbers as numbers, null for no value and for what is no finite number.
-Json ToJson(const Value& value);
-
-/// With line breaks and a line end.
-std::string JsonText(const Json& json);
 
 }  // namespace orif::tool

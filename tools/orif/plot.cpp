@@ -1,5 +1,4 @@
-// "orif plot": draws a picture of what record wrote down.
-#include <CLI/CLI.hpp>
+// "orif plot": draws a picture of a recording.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,13 +17,7 @@
 namespace orif::tool {
 namespace {
 
-struct PlotOptions {
-  std::filesystem::path recording;
-  std::vector<std::string> names;
-  std::filesystem::path picture;
-};
-
-/// The picture while it is drawn, beside where it belongs; gone unless it is Kept.
+/// The picture while it is drawn, in a file next to its own. Removed at the end unless Kept.
 class Draft {
  public:
   explicit Draft(const std::filesystem::path& picture)
@@ -44,7 +37,7 @@ class Draft {
 
   const std::filesystem::path& Path() const { return path_; }
 
-  /// gnuplot does not tell that the disk was full: a picture is whole when its end is there.
+  /// gnuplot does not say when the disk is full: a picture is whole if its end is there.
   bool IsWhole(std::string_view last) const {
     std::ifstream file(path_, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
@@ -58,6 +51,8 @@ class Draft {
   std::filesystem::path path_;
 };
 
+}  // namespace
+
 void Plot(const PlotOptions& options) {
   const PictureFormat& format = FormatOf(options.picture);
   const Recording recording = ReadRecording(options.recording, options.names);
@@ -69,24 +64,6 @@ void Plot(const PlotOptions& options) {
   if (*code != 0 || !draft.IsWhole(format.last))
     throw Error(Exit::Usage, "gnuplot could not draw " + options.picture.string());
   draft.Keep();
-}
-
-}  // namespace
-
-void AddPlotCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("plot", "Draw a picture of what was recorded");
-  const auto options = std::make_shared<PlotOptions>();
-  command->add_option("recording", options->recording, "A file that record wrote")
-      ->type_name("FILE")
-      ->required();
-  command->add_option("names", options->names, "Columns, or items for all of their columns")
-      ->type_name("NAME")
-      ->required();
-  command->add_option("--out", options->picture, "The picture, .svg or .png")
-      ->type_name("FILE")
-      ->required();
-  command->footer("Example:\n  orif plot run.csv 'R[1]' 'POS[0].X' --out run.svg");
-  command->callback([options] { Plot(*options); });
 }
 
 }  // namespace orif::tool

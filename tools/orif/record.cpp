@@ -1,5 +1,4 @@
-// "orif record": writes the values of items down, a row a refresh.
-#include <CLI/CLI.hpp>
+// "orif record": writes the values of items to a file, a row for each refresh.
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -17,16 +16,6 @@
 
 namespace orif::tool {
 namespace {
-
-using namespace std::chrono_literals;
-
-struct RecordOptions {
-  std::shared_ptr<Connection> connection;
-  std::vector<std::string> items;
-  Pace pace{.every = 100ms, .length = {}, .count = {}};
-  std::filesystem::path out;
-  bool force = false;
-};
 
 std::string Joined(const std::vector<std::string>& words) {
   std::string text;
@@ -59,10 +48,12 @@ std::string Summary(const RecordOptions& options, const Poll& poll, std::int64_t
   return text;
 }
 
+}  // namespace
+
 void Record(const RecordOptions& options) {
   CheckRecordingPath(options.out, options.force);
   const std::vector<Designation> items = ParseDesignations(options.items);
-  Cell cell(*options.connection);
+  Cell cell(options.connection);
   Poll poll(cell, items, options.pace);
   std::unique_ptr<RecordingFile> file;
   {
@@ -81,26 +72,6 @@ void Record(const RecordOptions& options) {
     }
   }
   std::cerr << Summary(options, poll, file ? file->Rows() : 0) << '\n';
-}
-
-}  // namespace
-
-void AddRecordCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("record", "Record items to a CSV file or a database");
-  const auto options = std::make_shared<RecordOptions>();
-  command->add_option("items", options->items, "What to record, for example R[1-10] or DI[1-16]")
-      ->required()
-      ->type_name("ITEM");
-  AddPaceOptions(*command, options->pace);
-  command->add_option("--out", options->out, "The file: .csv, or .db for an SQLite database")
-      ->required()
-      ->type_name("FILE");
-  command->add_flag("--force", options->force, "Replace a file that exists");
-  options->connection = AddConnectionOptions(*command);
-  command->footer(
-      "Example:\n  orif record 'R[1-3]' 'POS[0]' --every 100ms --for 10m --out run.csv --host "
-      "cell1");
-  command->callback([options] { Record(*options); });
 }
 
 }  // namespace orif::tool

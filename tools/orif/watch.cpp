@@ -1,5 +1,4 @@
-// "orif watch": shows items again and again, in place in a terminal, elsewhere a line a refresh.
-#include <CLI/CLI.hpp>
+// "orif watch": keeps showing items, in place on a terminal, elsewhere as a line for each refresh.
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -16,16 +15,10 @@
 namespace orif::tool {
 namespace {
 
-struct WatchOptions {
-  std::shared_ptr<Connection> connection;
-  std::vector<std::string> items;
-  Pace pace;
-};
-
-/// Which values are others than they were at the refresh before.
+/// Which values have changed since the last refresh.
 class Changes {
  public:
-  /// `atFirst`: whether all values count as changed when there were none before.
+  /// `atFirst`: whether all values of the first refresh count as changed.
   explicit Changes(bool atFirst) : atFirst_(atFirst) {}
 
   std::vector<bool> Note(const std::vector<Value>& values) {
@@ -60,9 +53,11 @@ void PrintLine(const Poll& poll, Link link, const std::vector<bool>& changed) {
   std::cout << std::endl;
 }
 
+}  // namespace
+
 void Watch(const WatchOptions& options) {
   const std::vector<Designation> items = ParseDesignations(options.items);
-  Cell cell(*options.connection);
+  Cell cell(options.connection);
   Poll poll(cell, items, options.pace);
   std::optional<Screen> screen;
   if (platform::IsTerminal(platform::Stream::Output)) screen.emplace();
@@ -76,23 +71,9 @@ void Watch(const WatchOptions& options) {
       PrintLine(poll, *link, changed);
   }
   if (!screen) return;
-  // What was seen last stays in sight.
+  // Leave the last values on the terminal.
   screen.reset();
   for (const Line& line : Layout(poll.Values())) std::cout << PlainText(line) << '\n';
-}
-
-}  // namespace
-
-void AddWatchCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("watch", "Show items again and again, as they change");
-  const auto options = std::make_shared<WatchOptions>();
-  command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
-      ->required()
-      ->type_name("ITEM");
-  AddPaceOptions(*command, options->pace);
-  options->connection = AddConnectionOptions(*command);
-  command->footer("Example:\n  orif watch 'R[1-10]' 'POS[0]' --every 250ms --host cell1");
-  command->callback([options] { Watch(*options); });
 }
 
 }  // namespace orif::tool

@@ -1,31 +1,30 @@
-// "orif write": checks all assignments, shows what is there and what shall be, asks, writes, and
-// shows what the controller has then.
-#include <CLI/CLI.hpp>
+// "orif write": checks all requests, shows the old and the new values, asks, writes, and shows what
+// the controller has afterwards.
 #include <algorithm>
 #include <functional>
 #include <iostream>
 #include <span>
 
-#include "tools/orif/Assignment.h"
+#include "spelling/UpperCase.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
 #include "tools/orif/Readout.h"
-#include "tools/orif/Signals.h"
+#include "tools/orif/SignalMembers.h"
 #include "tools/orif/Text.h"
-#include "tools/orif/UpperCase.h"
+#include "tools/orif/WriteRequest.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {
 namespace {
 
-constexpr std::size_t CartesianParts = 6;  // X to R; with E1 to E3 they are all of them
-constexpr std::size_t ArmAxes = 6;  // what a new joint form has at least: no axis moves unnamed
+constexpr std::size_t CartesianParts = 6;  // X to R, without E1 to E3
+constexpr std::size_t ArmAxes = 6;         // a new joint form needs them all: no axis moves unnamed
 
 using PositionFields::Cartesian;
 using PositionFields::Joint;
 
-/// A position as it is to be written.
+/// The position to write.
 struct PositionToWrite {
   std::vector<float> joint;  // empty for the cartesian form
   std::vector<float> xyzwpr;
@@ -34,8 +33,8 @@ struct PositionToWrite {
   std::int16_t UT = 0;
 };
 
-/// An assignment on its way to the controller.
-struct Change : Assignment {
+/// A request, with what it takes to carry it out.
+struct Change : WriteRequest {
   PositionToWrite position;
   std::function<bool(const Change&)> write;
 };
@@ -57,7 +56,7 @@ bool WritePosition(Item& item, const PositionToWrite& position, Index... index) 
   return item.SetValueJoint(index..., position.joint, position.UF, position.UT);
 }
 
-// Registers what the change is written through.
+// Registers the item through which the change is written.
 void Register(Session& session, Change& change) {
   orif::DataTable& table = session.Table();
   const std::int32_t index = change.item.first;
@@ -105,10 +104,10 @@ void Register(Session& session, Change& change) {
   }
 }
 
-/// The values of a position's parts: what is named, else what the controller has.
+/// The values of a position's parts: as the user named them, or else as the controller has them.
 class Parts {
  public:
-  Parts(const Change& change, const Readout& readout, const Item& item)
+  Parts(const Change& change, const Readout& readout, const ItemColumns& item)
       : change_(change), readout_(readout), item_(item) {}
 
   Value At(std::string_view field) const {
@@ -116,7 +115,7 @@ class Parts {
     return named != change_.parts.end() ? named->second : Before(field);
   }
 
-  /// Whether the controller has the form that the field belongs to.
+  /// Whether the controller's position is valid in the form that the field belongs to.
   bool HasForm(std::string_view field) const {
     return std::holds_alternative<float>(Before(field));
   }
@@ -150,11 +149,11 @@ class Parts {
 
   const Change& change_;
   const Readout& readout_;
-  const Item& item_;
+  const ItemColumns& item_;
 };
 
-// What is not named stays: the values behind the last named one are not sent at all.
-void CompletePosition(Change& change, const Readout& readout, const Item& item) {
+// Parts that are not named stay as they are; joints after the last named one are not sent at all.
+void CompletePosition(Change& change, const Readout& readout, const ItemColumns& item) {
   const Parts parts(change, readout, item);
   PositionToWrite& position = change.position = {};
   position.UF = parts.Number("UF");
@@ -178,7 +177,7 @@ void CompletePosition(Change& change, const Readout& readout, const Item& item) 
   position.config = ConfigNumbers(change, text != nullptr ? *text : "0 0 0 0 0 0 0");
 }
 
-// Reads what the controller has, and with it completes what is to be written.
+// Reads what the controller has, and completes the positions to write with it.
 void ReadAndComplete(Session& session, Readout& readout, std::vector<Change>& changes) {
   if (!readout.Read()) throw session.Refusal("the values could not be read; nothing was written");
   for (std::size_t i = 0; i < changes.size(); ++i) {
@@ -186,7 +185,7 @@ void ReadAndComplete(Session& session, Readout& readout, std::vector<Change>& ch
   }
 }
 
-/// One line of what is shown: a value by name, what it is, and what it shall be.
+/// One line of output: a value's name, what it is and what it will be.
 struct Row {
   std::string name;
   std::string before;
@@ -196,7 +195,7 @@ struct Row {
 std::vector<Row> Rows(const Readout& readout, const std::vector<Change>& changes) {
   std::vector<Row> rows;
   for (std::size_t i = 0; i < changes.size(); ++i) {
-    const Item& item = readout.Items()[i];
+    const ItemColumns& item = readout.Items()[i];
     for (std::size_t column = item.first; column < item.first + item.count; ++column) {
       const auto part = changes[i].parts.find(readout.Columns()[column].field);
       if (part == changes[i].parts.end()) continue;
@@ -225,7 +224,7 @@ bool Confirmed(const std::string& host, std::size_t count) {
             << std::flush;
   std::string answer;
   std::getline(std::cin, answer);
-  return UpperCase(answer) == "Y" || UpperCase(answer) == "YES";
+  return spelling::UpperCase(answer) == "Y" || spelling::UpperCase(answer) == "YES";
 }
 
 std::string Names(std::span<const Change> changes) {
@@ -243,28 +242,24 @@ void WriteAll(Session& session, std::span<const Change> changes) {
   }
 }
 
-struct WriteOptions {
-  std::shared_ptr<Connection> connection;
-  std::vector<std::string> assignments;
-  bool yes = false;
-};
+}  // namespace
 
 void Write(const WriteOptions& options) {
   std::vector<Change> changes;
-  for (const std::string& text : options.assignments)
-    changes.push_back({ParseAssignment(text), {}, {}});
+  for (const std::string& text : options.requests)
+    changes.push_back({ParseWriteRequest(text), {}, {}});
   if (!options.yes && !platform::IsTerminal(platform::Stream::Input)) {
     throw Error(Exit::Usage,
                 "nobody to ask: standard input is no terminal; add --yes to write "
                 "without a question");
   }
-  Cell cell(*options.connection);
+  Cell cell(options.connection);
   Session session(cell);
   std::vector<Designation> items;
   for (Change& change : changes) {
     Register(session, change);
     items.push_back(change.item);
-    if (change.item.Is() == Kind::NumReg) items.back().type = {};  // as it is, not as it will be
+    if (change.item.Is() == Kind::NumReg) items.back().type = {};  // whatever it holds now
   }
   Readout readout(session, items);
   ReadAndComplete(session, readout, changes);
@@ -276,29 +271,12 @@ void Write(const WriteOptions& options) {
       std::cout << "Nothing was written.\n";
       return;
     }
-    ReadAndComplete(session, readout, changes);  // the controller went on while the user thought
+    ReadAndComplete(session, readout, changes);  // values may have changed while the user thought
   }
   WriteAll(session, changes);
   if (!readout.Read()) throw session.Refusal("all was written, but could not be read again");
   std::cout << "Written. The controller has now:\n";
   Print(Rows(readout, changes), false);
-}
-
-}  // namespace
-
-void AddWriteCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("write", "Write registers, positions, variables, signals");
-  const auto options = std::make_shared<WriteOptions>();
-  command->add_option("assignments", options->assignments, "What to write, for example R[3]=5")
-      ->required()
-      ->option_text("ITEM=VALUE");
-  command->add_flag("--yes", options->yes, "Write without a question");
-  options->connection = AddConnectionOptions(*command);
-  command->footer(
-      "Values: R[3]=5 writes an integer, R[3]=5.0 a real; DO[4]=on; SR[1]=text; PR[2]=x:400,y:0\n"
-      "or PR[2]=j1:10,j2:20, where parts that are not named keep their values.\n\n"
-      "Example:\n  orif write 'R[3]=5' 'DO[4]=on' --host cell1");
-  command->callback([options] { Write(*options); });
 }
 
 }  // namespace orif::tool

@@ -16,25 +16,25 @@ _orif() {
   COMPREPLY=()
 
   if [[ $COMP_CWORD -eq 1 ]]; then
-    COMPREPLY=($(compgen -W "${!options[*]} --help --version" -- "$current"))
+    mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$current")
     return
   fi
   case $previous in
-    --format) COMPREPLY=($(compgen -W 'table csv json' -- "$current")); return ;;
-    --list) COMPREPLY=($(compgen -W 'active history password' -- "$current")); return ;;
+    --format) mapfile -t COMPREPLY < <(compgen -W 'table csv json' -- "$current"); return ;;
+    --list) mapfile -t COMPREPLY < <(compgen -W 'active history password' -- "$current"); return ;;
     --host | --port | --time-out | --count | --every | --for) return ;;
     --component | --out) _orif_files '*'; return ;;
     --simulate) _orif_files '*.json'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
   esac
   if [[ $current == -* ]]; then
-    COMPREPLY=($(compgen -W "${options[$command]} --help" -- "$current"))
+    mapfile -t COMPREPLY < <(compgen -W "${options[$command]} --help" -- "$current")
     return
   fi
   case $command in
     read | watch | write | record)
-      # An item goes on behind its bracket; a quote in front of it is the shell's.
+      # More of the item follows its bracket; a quote in front of it is the shell's.
       compopt -o nospace 2>/dev/null
-      COMPREPLY=($(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}"))
+      mapfile -t COMPREPLY < <(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}")
       ;;
     simulate) _orif_files '*.json' ;;
     plot) _orif_files '*' ;;
@@ -44,8 +44,7 @@ _orif() {
 # Files that match the pattern, and directories on the way to them.
 _orif_files() {
   compopt -o filenames 2>/dev/null
-  local IFS=$'\n'
-  COMPREPLY=($(compgen -f -X "!$1" -- "$current"; compgen -d -- "$current"))
+  mapfile -t COMPREPLY < <(compgen -f -X "!$1" -- "$current"; compgen -d -- "$current")
 }
 
 complete -F _orif orif

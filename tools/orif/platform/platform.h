@@ -1,6 +1,6 @@
-// What differs between operating systems, as far as the tool needs it: the terminal, Ctrl-C, child
-// programs and files on the disk. platform_posix.cpp and its siblings implement it and the build
-// chooses one; nothing else in the tool depends on the system.
+// What the tool needs that differs between operating systems: the terminal, Ctrl-C, child programs
+// and files. platform_posix.cpp or platform_windows.cpp implements it; the build chooses. Nothing
+// else in the tool depends on the system.
 #pragma once
 
 #include <chrono>
@@ -13,43 +13,44 @@ namespace orif::tool::platform {
 
 enum class Stream { Input = 0, Output = 1, Error = 2 };
 
-/// Called before any output: the standard streams take bytes as they are, and a terminal UTF-8 and
-/// the sequences that steer it.
+/// Call it before any output. Standard streams then pass bytes on unchanged, and a terminal
+/// understands UTF-8 and control sequences.
 void PrepareStreams();
 
 bool IsTerminal(Stream stream);
 
-/// The terminal behind the standard output in characters, 80 by 24 where that cannot be told.
+/// The size of the terminal at standard output in characters; 80 by 24 if it is unknown.
 struct TerminalSize {
   int columns = 80;
   int rows = 24;
 };
 TerminalSize OutputSize();
 
-/// From now on Ctrl-C (and a request to end) is noted instead of ending the program.
+/// From now on Ctrl-C, or a request to end, is only noted and does not end the program.
 void CatchInterrupt();
+/// Whether one has been noted.
 bool Interrupted();
 
-/// Sleeps so long, or less when a signal arrives.
+/// Sleeps for `time`, or less if a signal arrives.
 void Sleep(std::chrono::milliseconds time);
 
 /// Sets a variable of this program's environment.
 void SetEnvironment(const std::string& name, const std::string& value);
 
-/// What names a communication component to the library, of what the user said: a path as an
-/// absolute one, and where components can be registered their names as they are.
+/// The name of a communication component as the library takes it. A path becomes absolute; where
+/// components can be registered, a registered name stays as it is.
 std::string ComponentName(const std::string& said);
 
-/// Runs a program found by the system's search path, `input` on its standard input; its outputs are
-/// those of this program. Returns its exit code, none when it could not be started.
+/// Runs a program from the search path with `input` on its standard input. It shares this program's
+/// outputs. Answers its exit code, none if it could not be started.
 std::optional<int> RunProgram(const std::vector<std::string>& command, std::string_view input);
 
-/// A file that is only appended to. Each Append is one write, cut back when it does not fit, so
-/// that the file always ends where an Append ended. Throws std::system_error with the system's
+/// A file that is only appended to. Each Append is one write. A write that did not fit is cut off
+/// again, so that the file always ends with a whole one. Throws std::system_error with the system's
 /// reason.
 class AppendedFile {
  public:
-  /// Creates the file; one that exists is an error unless `replace`.
+  /// Creates the file. It must not exist unless `replace` is set.
   AppendedFile(const std::string& path, bool replace);
   AppendedFile(const AppendedFile&) = delete;
   AppendedFile& operator=(const AppendedFile&) = delete;

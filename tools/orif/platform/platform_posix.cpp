@@ -86,7 +86,7 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   posix_spawn_file_actions_destroy(&actions);
   close(pipeEnds[0]);
   if (error == 0) {
-    const auto before = std::signal(SIGPIPE, SIG_IGN);  // the child may end before it has read all
+    const auto before = std::signal(SIGPIPE, SIG_IGN);  // the child may end without reading it all
     WriteAll(pipeEnds[1], input);
     std::signal(SIGPIPE, before);
   }

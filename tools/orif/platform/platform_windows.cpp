@@ -1,7 +1,7 @@
 #include "tools/orif/platform/platform.h"
 
 #include <windows.h>
-// The system's header comes before what builds on it.
+// windows.h must come before these.
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
@@ -24,7 +24,7 @@ std::atomic<bool> interrupted = false;
 
 BOOL WINAPI NoteInterrupt(DWORD event) {
   interrupted = true;
-  // With the return from a close of the window the process would be over: it gets the time to end.
+  // When the window closes, the process ends as soon as this returns: give it time to finish.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) ::Sleep(INFINITE);
   return TRUE;
 }
@@ -40,7 +40,7 @@ HANDLE StandardHandle(Stream stream) {
   return GetStdHandle(Numbers[static_cast<std::size_t>(stream)]);
 }
 
-/// The console as the tool writes to it. It outlives the tool, and so is put back at the end.
+/// Sets the console up for the tool, and puts it back at the end, since it outlives the tool.
 class Console {
  public:
   Console() {
@@ -73,7 +73,7 @@ struct CloseHandleOf {
 };
 using Handle = std::unique_ptr<void, CloseHandleOf>;
 
-/// The file of a program on the search path; not the one that lies in the current directory.
+/// The file of a program on the search path, never in the current directory.
 std::optional<std::string> Find(const std::string& program) {
   const char* searchPath = std::getenv("PATH");
   std::array<char, 32768> file{};
@@ -83,8 +83,8 @@ std::optional<std::string> Find(const std::string& program) {
   return file.data();
 }
 
-/// A word of a command line as the program that gets it takes it apart: a backslash is one itself,
-/// but for those before a quote.
+/// A word of a command line, quoted so that the program parses it back: only backslashes before a
+/// quote need doubling.
 std::string Quoted(const std::string& word) {
   std::string quoted = "\"";
   std::size_t backslashes = 0;
@@ -119,7 +119,7 @@ void PrepareStreams() {
   static const Console console;
 }
 
-// A console that does not know the sequences is none for the tool.
+// A console without control sequences does not count as a terminal.
 bool IsTerminal(Stream stream) {
   DWORD mode = 0;
   if (GetConsoleMode(StandardHandle(stream), &mode) == 0) return false;
@@ -137,7 +137,7 @@ void CatchInterrupt() { SetConsoleCtrlHandler(NoteInterrupt, TRUE); }
 
 bool Interrupted() { return interrupted; }
 
-// By itself the system wakes a program every 16 ms only.
+// Without this the system wakes a program only every 16 ms.
 void Sleep(std::chrono::milliseconds time) {
   timeBeginPeriod(1);
   ::Sleep(static_cast<DWORD>(time.count()));

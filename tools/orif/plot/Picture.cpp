@@ -20,7 +20,7 @@ constexpr std::array Formats{PictureFormat{".svg", "svg", "</svg>"},
 
 bool IsControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
 
-/// Text as gnuplot takes it literally. A quoted text must not go over the end of its line.
+/// Text that gnuplot takes literally. A quoted text must stay on one line.
 std::string Quoted(const std::string& text) {
   std::string quoted = "'";
   for (const char c : text) {
@@ -42,9 +42,9 @@ bool HasValues(const Series& series) {
                      [](double value) { return !std::isnan(value); });
 }
 
-/// The time axis in a unit in which its numbers stay short.
+/// A unit for the time axis that keeps its numbers short.
 struct TimeScale {
-  double from;  // seconds of a run from which on the unit is taken
+  double from;  // for recordings of so many seconds and more
   double seconds;
   const char* name;
 };
@@ -138,7 +138,7 @@ class Script {
     }
   }
 
-  /// A value that its neighbours equal adds nothing to a line.
+  /// Leaves out values that equal both neighbours: the line is the same.
   void WriteSeries(const std::vector<double>& values) {
     const auto same = [&](std::size_t a, std::size_t b) {
       return values[a] == values[b] || (std::isnan(values[a]) && std::isnan(values[b]));

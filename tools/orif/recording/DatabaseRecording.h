@@ -1,5 +1,5 @@
-// Recordings in an SQLite database. DatabaseRecording.cpp implements them where there is SQLite,
-// WithoutSqlite.cpp refuses them elsewhere; the build chooses one.
+// Recordings in an SQLite database. DatabaseRecording.cpp implements them; in a build without
+// SQLite WithoutSqlite.cpp refuses them instead.
 #pragma once
 
 #include <filesystem>
@@ -11,7 +11,7 @@
 
 namespace orif::tool {
 
-/// Throws an Error about `path` in a build without databases.
+/// Throws an Error about `path` in a build without SQLite.
 void RequireDatabases(const std::filesystem::path& path);
 
 /// Makes a database of the empty file `path`. Throws a std::runtime_error with SQLite's reason.
@@ -19,7 +19,7 @@ std::unique_ptr<RecordingFile> CreateDatabase(const std::filesystem::path& path,
                                               const std::vector<Column>& columns,
                                               const RunInfo& run);
 
-/// Throws as CreateDatabase.
+/// Opens a database for reading. Throws like CreateDatabase.
 std::unique_ptr<RowSource> OpenDatabase(const std::filesystem::path& path);
 
 }  // namespace orif::tool

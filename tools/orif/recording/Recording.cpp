@@ -13,12 +13,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "spelling/UpperCase.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
 #include "tools/orif/recording/DatabaseRecording.h"
 #include "tools/orif/recording/RecordingFile.h"
 #include "tools/orif/recording/RowSource.h"
-#include "tools/orif/UpperCase.h"
 
 namespace orif::tool {
 namespace {
@@ -31,13 +31,13 @@ class CsvRows : public RowSource {
     if (!file_) throw std::runtime_error("it cannot be opened");
   }
 
-  /// A last line without its end is what a killed writer left, and no row.
+  /// A last line without a line end was left by a killed writer and is no row.
   bool Next(Cells& cells) override {
     cells.assign(1, {});
     bool quoted = false;
     for (char c = 0; file_.get(c);) {
       if (c == '"') {
-        // A doubled quote closes and opens again; what it stands for is one of the two.
+        // A doubled quote closes and opens again, and stands for one quote.
         if (!quoted && closed_) cells.back() += '"';
         quoted = !quoted;
         closed_ = !quoted;
@@ -56,10 +56,10 @@ class CsvRows : public RowSource {
 
  private:
   std::ifstream file_;
-  bool closed_ = false;  // the character before was a quote that closed
+  bool closed_ = false;  // the last character was a closing quote
 };
 
-/// A file names its columns; what they belong to and their unit, the names tell.
+/// Works out a column's item, field and unit from its name.
 Column ColumnNamed(const std::string& name) {
   static const std::regex Part(R"((.+)\.(([XYZ]|E[1-3])|([WPR]|J[1-9])|[A-Za-z_]+))");
   std::smatch parts;
@@ -67,22 +67,22 @@ Column ColumnNamed(const std::string& name) {
   return {name, parts[1], parts[2], parts[3].matched ? "mm" : parts[4].matched ? "deg" : ""};
 }
 
-/// The positions of the columns that `name` names. Of an item's parts those with a unit are meant,
-/// if there are some: a position without its configuration and frames.
+/// The indices of the columns that `name` names. If an item has parts with a unit, only those
+/// count: a position without its configuration and frames.
 std::vector<std::size_t> Find(const std::vector<Column>& columns, const std::string& name) {
-  const std::string wanted = UpperCase(name);
+  const std::string wanted = spelling::UpperCase(name);
   std::vector<std::size_t> parts;
   std::vector<std::size_t> partsWithUnit;
   for (std::size_t i = RowColumns.size(); i < columns.size(); ++i) {
-    if (UpperCase(columns[i].name) == wanted) return {i};
-    if (UpperCase(columns[i].item) != wanted) continue;
+    if (spelling::UpperCase(columns[i].name) == wanted) return {i};
+    if (spelling::UpperCase(columns[i].item) != wanted) continue;
     parts.push_back(i);
     if (!columns[i].unit.empty()) partsWithUnit.push_back(i);
   }
   return partsWithUnit.empty() ? parts : partsWithUnit;
 }
 
-/// Names what comes nearest, and the items that there are.
+/// Names the nearest name and the items in the recording.
 std::string NoSuchColumn(const std::string& name, const std::vector<Column>& columns) {
   constexpr std::size_t MostShown = 12;
   std::vector<std::string> items;

@@ -1,5 +1,5 @@
-// What `orif record` wrote, read back for the plot: the columns that were asked for, from a CSV
-// file or a database alike.
+// A recording, read back for the plot: the columns that the user names, from a CSV file or a
+// database.
 #pragma once
 
 #include <filesystem>
@@ -10,22 +10,22 @@
 
 namespace orif::tool {
 
-/// The values of one column, a row each; not a number where the row has none.
+/// The values of one column, one for each row; not-a-number where the row has none.
 struct Series {
   Column column;
   std::vector<double> values;
-  bool isText = false;  // there are values that are no numbers
+  bool isText = false;  // some value is not a number
 };
 
 struct Recording {
   std::string start;  // the time stamp of the first row
   std::vector<double> seconds;
-  std::vector<bool> lost;  // whether the link is lost from this row on until the next
+  std::vector<bool> lost;  // whether the link is lost from this row to the next
   std::vector<Series> series;
 };
 
-/// Reads the columns that `names` name: a column by its name, or all columns of an item. Throws an
-/// Error for a file that is no recording and for a name that is not in it.
+/// Reads the columns in `names`: a column's name, or an item's for all of its columns. Throws an
+/// Error if the file is no recording or a name is not in it.
 Recording ReadRecording(const std::filesystem::path& path, const std::vector<std::string>& names);
 
 }  // namespace orif::tool

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::array Endings{".csv", ".db"};
 
-/// The columns that a database table has room for besides time, seconds and link.
+/// How many columns a database table can have besides time, seconds and link.
 constexpr std::size_t MostColumns = 2000 - 3;
 
 std::string Seconds(std::chrono::milliseconds time) {
@@ -49,7 +49,7 @@ class CsvFile : public RecordingFile {
   std::size_t columns_;
 };
 
-/// A file without its columns is no recording.
+/// Removes a file that could not be finished: without its columns it is no recording.
 void RemoveBegun(const std::filesystem::path& path) {
   std::error_code ignored;
   for (const char* part : {"", "-wal", "-shm"})
@@ -96,7 +96,7 @@ std::unique_ptr<RecordingFile> CreateRecording(const std::filesystem::path& path
                                  std::to_string(MostColumns) + "); record fewer items or to .csv");
   bool made = false;
   try {
-    // SQLite takes an empty file for a new database, and drops a log that belonged to another.
+    // SQLite takes an empty file as a new database and drops a log that belonged to an old one.
     const platform::AppendedFile empty(path.string(), replace);
     made = true;
     std::unique_ptr<RecordingFile> file;

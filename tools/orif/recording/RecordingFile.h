@@ -1,6 +1,6 @@
 // The file that `orif record` writes: a CSV file or an SQLite database, by the ending of its name.
-// Each row is in the file for good when Add returns, so that a tool which is killed, or a disk that
-// is full, costs no row that was added before. docs/recording.md has the formats.
+// Each row is in the file when Add returns, so no row is lost if the tool is killed or the disk is
+// full. docs/recording.md has the formats.
 #pragma once
 
 #include <chrono>
@@ -16,17 +16,17 @@
 
 namespace orif::tool {
 
-/// The word for it in a file.
+/// The link's word in a file: "up", "lost" or "back".
 const char* ToText(Link link);
 
 struct RecordedRow {
   std::string time;  // UTC, ISO 8601 with milliseconds
   std::chrono::milliseconds sinceStart{};
   Link link = Link::Up;
-  std::span<const Value> values;  // one a column; none while the link is lost
+  std::span<const Value> values;  // one for each column; none while the link is lost
 };
 
-/// What a database keeps of the run itself.
+/// What a database keeps about the run itself.
 struct RunInfo {
   std::string host;
   std::string items;
@@ -40,14 +40,14 @@ class RecordingFile {
   RecordingFile& operator=(const RecordingFile&) = delete;
   virtual ~RecordingFile() = default;
 
-  /// Adds a row as a whole. Throws an Error that tells the path, the reason and the rows kept.
+  /// Adds a whole row. Throws an Error with the path, the reason and the number of rows kept.
   void Add(const RecordedRow& row);
 
   std::int64_t Rows() const { return rows_; }
 
  protected:
-  /// Writes a row or throws a std::runtime_error with the system's reason, and leaves the file
-  /// whole to the row before.
+  /// Writes a row, or leaves the file as it was and throws a std::runtime_error with the system's
+  /// reason.
   virtual void Write(const RecordedRow& row) = 0;
 
  private:
@@ -59,11 +59,10 @@ class RecordingFile {
   std::int64_t rows_ = 0;
 };
 
-/// Throws an Error when `path` has neither ending, or exists and may not be replaced.
+/// Throws an Error if `path` has neither ending, or exists and may not be replaced.
 void CheckRecordingPath(const std::filesystem::path& path, bool replace);
 
-/// Makes the file, in place of one that exists if `replace`. Throws an Error when that cannot be
-/// done.
+/// Makes the file, replacing one that exists if `replace` is set. Throws an Error if it cannot.
 std::unique_ptr<RecordingFile> CreateRecording(const std::filesystem::path& path, bool replace,
                                                const std::vector<Column>& columns,
                                                const RunInfo& run);

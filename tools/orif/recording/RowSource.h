@@ -1,4 +1,4 @@
-// A recording as a plot reads it, row by row, whatever kind of file it is.
+// A recording as the plot reads it: row by row, from a CSV file or a database.
 #pragma once
 
 #include <string>
@@ -15,6 +15,7 @@ class RowSource {
   RowSource(const RowSource&) = delete;
   RowSource& operator=(const RowSource&) = delete;
   virtual ~RowSource() = default;
+  /// Reads the next row; false after the last one.
   virtual bool Next(Cells& cells) = 0;
 };
 

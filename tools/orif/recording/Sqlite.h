@@ -34,16 +34,16 @@ class Database {
 
 class Statement {
  public:
-  /// Parameters and columns count from 0 on. Text is bound by reference: it has to live until Run.
+  /// Parameters and columns count from 0. Text is bound by reference and must live until Run.
   void Bind(int parameter, const std::string& text);
   void Bind(int parameter, double number);
   void Bind(int parameter, std::int64_t number);
   void BindNull(int parameter);
 
-  /// Runs a statement that answers nothing, and makes it ready for the next run.
+  /// Runs a statement that has no result, and makes it ready to run again.
   void Run();
 
-  /// Goes to the next row of the answer; false behind the last one.
+  /// Moves to the next row of the result; false after the last one.
   bool Next();
   int Parameters() const { return sqlite3_bind_parameter_count(handle_.get()); }
   int Columns() const { return sqlite3_column_count(handle_.get()); }
@@ -61,7 +61,7 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> handle_;
 };
 
-/// `name` as SQL takes it for the name of a column, whatever is in it.
+/// `name` quoted as a column name for SQL, whatever is in it.
 std::string QuotedName(const std::string& name);
 
 }  // namespace orif::tool

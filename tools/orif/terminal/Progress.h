@@ -1,5 +1,5 @@
-// How far a recording has come: a line on standard error that is written over while it grows, where
-// that is a terminal, and nothing elsewhere.
+// Shows how far a recording has come: a line on standard error that is overwritten again and again.
+// Shows nothing if standard error is no terminal.
 #pragma once
 
 #include <chrono>
@@ -15,7 +15,7 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
   ~Progress();
 
-  /// `fraction` of the whole is done, if the whole is known, in `time`; `text` tells the rest.
+  /// `fraction` of the recording is done, if its length is known, and took `time`. `text` follows.
   void Show(std::optional<double> fraction, std::chrono::milliseconds time,
             const std::string& text);
 

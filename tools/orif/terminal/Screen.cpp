@@ -20,7 +20,7 @@ constexpr std::string_view Inverse = "\x1b[7m";
 constexpr std::string_view Bold = "\x1b[1m";
 constexpr std::string_view Unmarked = "\x1b[0m";
 
-/// What is no text on a terminal, which a controller's text may contain, must not steer it.
+/// A controller's text may contain control characters; they must not steer the terminal.
 char Printable(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte < ' ' || byte == 0x7f ? '?' : c;
@@ -28,7 +28,7 @@ char Printable(char c) {
 
 bool ContinuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xc0) == 0x80; }
 
-/// The beginning of `text` that fits into `width` characters, of which it takes away its own.
+/// As much of `text` as fits into `width` characters; takes its length off `width`.
 std::string Cut(std::string_view text, int& width) {
   std::string cut;
   for (const char c : text) {
@@ -41,7 +41,7 @@ std::string Cut(std::string_view text, int& width) {
   return cut;
 }
 
-/// A text padded with blanks stands out without them.
+/// Highlights the text, but not the blanks around it.
 std::string Marked(const std::string& text, std::string_view mark) {
   const std::size_t first = text.find_first_not_of(' ');
   if (first == std::string::npos) return text;

@@ -1,5 +1,5 @@
-// The terminal while `orif watch` shows values in it: painted in place on a page of its own, which
-// is left, with the cursor shown again, when the Screen ends, however that comes about.
+// The terminal while `orif watch` shows values: a page of its own, painted in place. The destructor
+// leaves the page and shows the cursor again.
 #pragma once
 
 #include <string>
@@ -17,8 +17,8 @@ class Screen {
   Screen& operator=(const Screen&) = delete;
   ~Screen();
 
-  /// Shows the lines, with what shows a column that is `marked` standing out, and in the last row
-  /// the status. What does not fit is cut.
+  /// Shows the lines, and the status in the last row. Values of `marked` columns are highlighted.
+  /// What does not fit is cut off.
   void Paint(const std::vector<Line>& lines, const std::vector<bool>& marked,
              const std::string& status) const;
 

@@ -1,4 +1,4 @@
-#include "simulator/Course.h"
+#include "simulator/Profile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,7 +38,7 @@ bool SameForm(const VariableValue& a, const VariableValue& b) {
 
 }  // namespace
 
-Course::Course(std::vector<Point> points, Time length, Motion motion, Then then)
+Profile::Profile(std::vector<Point> points, Time length, Motion motion, Then then)
     : points_(std::move(points)), length_(length), motion_(motion), then_(then) {
   if (points_.empty()) throw std::invalid_argument("has no point");
   const auto unordered = [](const Point& a, const Point& b) { return a.time >= b.time; };
@@ -57,19 +57,19 @@ Course::Course(std::vector<Point> points, Time length, Motion motion, Then then)
   }
 }
 
-Time Course::WithinRound(Time time) const {
+Time Profile::WithinRound(Time time) const {
   if (then_ == Then::Hold) return std::clamp(time, Time::zero(), length_);
   const Time rest = time % length_;
   const bool backwards = then_ == Then::Bounce && time / length_ % 2 == 1;
   return backwards ? length_ - rest : rest;
 }
 
-std::size_t Course::PointBefore(Time within) const {
+std::size_t Profile::PointBefore(Time within) const {
   const auto next = std::ranges::upper_bound(points_, within, {}, &Point::time);
   return next == points_.begin() ? 0 : static_cast<std::size_t>(next - points_.begin()) - 1;
 }
 
-VariableValue Course::At(Time time) const {
+VariableValue Profile::At(Time time) const {
   const Time within = WithinRound(std::max(time, Time::zero()));
   const std::size_t index = PointBefore(within);
   const Point& from = points_[index];
@@ -84,13 +84,13 @@ VariableValue Course::At(Time time) const {
       from.value);
 }
 
-// Along one leg a value moves in one direction only.
-std::pair<std::int64_t, std::size_t> Course::Leg(Time time) const {
+// Within one leg a value moves in one direction only.
+std::pair<std::int64_t, std::size_t> Profile::Leg(Time time) const {
   if (time < Time::zero()) return {-1, 0};
   return {then_ == Then::Hold ? 0 : time / length_, PointBefore(WithinRound(time))};
 }
 
-bool Course::Changes(Time before, Time now) const {
+bool Profile::Changes(Time before, Time now) const {
   return Leg(before) != Leg(now) || At(before) != At(now);
 }
 

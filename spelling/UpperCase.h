@@ -1,13 +1,13 @@
-// Names that mean the same in upper and lower case.
+// For names in which upper and lower case mean the same.
 #pragma once
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
-namespace orif::tool {
+namespace orif::spelling {
 
-/// The letters A to Z only, whatever the locale.
+/// Changes the letters a to z only, whatever the locale.
 inline std::string UpperCase(std::string_view text) {
   std::string upper(text);
   std::ranges::transform(upper, upper.begin(), [](char c) {
@@ -16,4 +16,4 @@ inline std::string UpperCase(std::string_view text) {
   return upper;
 }
 
-}  // namespace orif::tool
+}  // namespace orif::spelling

@@ -1,4 +1,4 @@
-// The members of Core that serve the signals of each symbol.
+// Calls the members of Core that read and write the signals of a symbol.
 #pragma once
 
 #include <cstdint>
@@ -12,10 +12,10 @@ class Core;
 
 namespace orif::tool {
 
-/// Reads the signals from `first` to `last` of a designation; false when the controller refuses.
+/// Reads the signals of a designation. False if the controller refuses.
 bool ReadSignals(Core& core, const Designation& signals, std::vector<std::int32_t>& values);
 
-/// Writes one signal, 0 or 1 for a bit.
+/// Writes one signal; a bit is 0 or 1. False if the controller refuses.
 bool WriteSignal(Core& core, const Symbol& symbol, std::int32_t number, std::int32_t value);
 
 }  // namespace orif::tool

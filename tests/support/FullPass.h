@@ -17,12 +17,12 @@
 
 namespace orif::test {
 
-class Scenario {
+class FullPass {
  public:
   /// Called with true before and with false after every call of a member.
   using Watch = std::function<void(bool)>;
 
-  Scenario(const DispatchFactory& factory, Watch watch)
+  FullPass(const DispatchFactory& factory, Watch watch)
       : factory_(factory), watch_(std::move(watch)) {}
 
   static void SetUp(sim::Controller& robot) {

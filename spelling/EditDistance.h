@@ -1,14 +1,18 @@
-#include "simulator/scenario/EditDistance.h"
+// How far a misspelt word is from the one that was meant, for messages that suggest a name.
+#pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-namespace orif::sim {
+namespace orif::spelling {
 
-std::size_t EditDistance(std::string_view a, std::string_view b) {
-  // The distances from what is read of `a` to each beginning of `b`.
+/// How many characters have to be inserted, removed or replaced to turn one word into the other.
+inline std::size_t EditDistance(std::string_view a, std::string_view b) {
+  // The distances from what has been read of `a` to each prefix of `b`.
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
   for (std::size_t i = 0; i < a.size(); ++i) {
@@ -22,4 +26,4 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-}  // namespace orif::sim
+}  // namespace orif::spelling

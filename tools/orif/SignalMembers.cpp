@@ -1,4 +1,4 @@
-#include "tools/orif/Signals.h"
+#include "tools/orif/SignalMembers.h"
 
 #include <algorithm>
 #include <array>

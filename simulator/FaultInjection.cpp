@@ -1,26 +1,26 @@
-#include "simulator/Misbehaviour.h"
+#include "simulator/FaultInjection.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 
-#include "simulator/SimulatedCore.h"
+#include "simulator/Operations.h"
 
 namespace orif::sim {
 
-void Misbehaviour::FailNext(std::string_view operation, Failure failure, int times) {
-  if (!SimulatedCore::ReachesController(operation)) {
+void FaultInjection::FailNext(std::string_view operation, Failure failure, int times) {
+  if (!ReachesController(operation)) {
     throw std::invalid_argument("No operation with the controller: " + std::string(operation));
   }
   if (times > 0) orders_.push_back({std::string(operation), std::move(failure), times});
 }
 
-void Misbehaviour::Stop() {
+void FaultInjection::Stop() {
   orders_.clear();
   delay_ = 0;
 }
 
-std::int32_t Misbehaviour::Delay() const {
+std::int32_t FaultInjection::Delay() const {
   std::int32_t delay = delay_;
   for (const LateAnswers& late : delays_) {
     if (late.schedule.IsOn(now_)) delay = std::max(delay, late.milliseconds);
@@ -28,17 +28,17 @@ std::int32_t Misbehaviour::Delay() const {
   return delay;
 }
 
-bool Misbehaviour::LinkIsDown() const {
+bool FaultInjection::LinkIsDown() const {
   return std::ranges::any_of(drops_, [this](const Schedule& drop) { return drop.IsOn(now_); });
 }
 
-std::int64_t Misbehaviour::Losses() const {
+std::int64_t FaultInjection::Losses() const {
   std::int64_t losses = losses_;
   for (const Schedule& drop : drops_) losses += drop.Begun(now_);
   return losses;
 }
 
-std::optional<Failure> Misbehaviour::Take(std::string_view operation) {
+std::optional<Failure> FaultInjection::Take(std::string_view operation) {
   const auto order = std::ranges::find(orders_, operation, &Order::operation);
   if (order == orders_.end()) return std::nullopt;
   Failure failure = order->failure;

@@ -1,4 +1,4 @@
-#include "simulator/scenario/Item.h"
+#include "simulator/scenario/ScenarioItem.h"
 
 #include <algorithm>
 #include <array>
@@ -8,34 +8,34 @@
 
 namespace orif::sim {
 
-struct Item::Kind {
+struct ScenarioItem::Kind {
   std::string_view symbol;
   std::string_view section;
   Form form;
-  std::size_t Layout::*count;  // null for signals
+  std::size_t Capacity::*count;  // null for signals
   std::optional<CommentKind> comment;
   std::optional<SignalKind> signal;
 
   bool Grouped() const { return form == Form::Position || form == Form::Origin; }
   bool CurrentPosition() const { return form == Form::Position && !comment; }
 
-  std::size_t Count(const Layout& layout) const {
-    if (count != nullptr) return layout.*count;
+  std::size_t Count(const Capacity& capacity) const {
+    if (count != nullptr) return capacity.*count;
     return signal ? SignalCount(*signal) : Texts::SignalsWithoutValue;
   }
 
   static const Kind& Of(const Node& node, std::string_view symbol);
 };
 
-const Item::Kind& Item::Kind::Of(const Node& node, std::string_view symbol) {
+const ScenarioItem::Kind& ScenarioItem::Kind::Of(const Node& node, std::string_view symbol) {
   using C = CommentKind;
   using S = SignalKind;
   static const auto kinds = std::to_array<Kind>({
-      {"R", "registers", Form::Number, &Layout::numericRegisters, C::NumericRegister, {}},
-      {"SR", "strings", Form::Text, &Layout::stringRegisters, C::StringRegister, {}},
-      {"PR", "positions", Form::Position, &Layout::positionRegisters, C::PositionRegister, {}},
+      {"R", "registers", Form::Number, &Capacity::numericRegisters, C::NumericRegister, {}},
+      {"SR", "strings", Form::Text, &Capacity::stringRegisters, C::StringRegister, {}},
+      {"PR", "positions", Form::Position, &Capacity::positionRegisters, C::PositionRegister, {}},
       {"POS", "positions", Form::Position, nullptr, {}, {}},
-      {"UF", "frames", Form::Origin, &Layout::userFrames, {}, {}},
+      {"UF", "frames", Form::Origin, &Capacity::userFrames, {}, {}},
       {"DI", "signals", Form::Bit, nullptr, C::DI, S::SDI},
       {"DO", "signals", Form::Bit, nullptr, C::DO, S::SDO},
       {"RI", "signals", Form::Bit, nullptr, C::RI, S::RDI},
@@ -62,7 +62,7 @@ const Item::Kind& Item::Kind::Of(const Node& node, std::string_view symbol) {
 
 namespace {
 
-constexpr std::array<std::string_view, 2 * Position::Values> Parts{
+constexpr std::array<std::string_view, 2 * Position::Values> PartNames{
     "X",  "Y",  "Z",  "W",  "P",  "R",  "E1", "E2", "E3",
     "J1", "J2", "J3", "J4", "J5", "J6", "J7", "J8", "J9"};
 
@@ -119,7 +119,7 @@ std::int32_t ReadInteger(const Node& node) {
 
 }  // namespace
 
-Item::Item(const Site& site, const Node& node, const std::string& name) {
+ScenarioItem::ScenarioItem(const Site& site, const Node& node, const std::string& name) {
   static const std::regex shape(R"(([A-Z]+)\[(?:G([0-9]{1,4}):)?([0-9]{1,6})\](?:\.([A-Z0-9]+))?)");
   constexpr std::size_t Longest = 32;
   std::smatch match;
@@ -138,25 +138,25 @@ Item::Item(const Site& site, const Node& node, const std::string& name) {
   if (match[2].matched) {
     if (!kind_->Grouped()) node.Fail("must not name a motion group; only PR, POS and UF do");
     group_ = std::stoi(match.str(2));
-    check(group_, site.layout.motionGroups, "a motion group");
+    check(group_, site.capacity.motionGroups, "a motion group");
   }
   if (!kind_->CurrentPosition()) {
-    check(index_, kind_->Count(site.layout), "an index");
+    check(index_, kind_->Count(site.capacity), "an index");
   } else if (index_ != 0) {
     node.Fail("must be POS[0]: the current position is given in the world frame");
   }
   if (match[4].matched) {
-    const auto part = std::ranges::find(Parts, match.str(4));
-    if (form_ != Form::Position || part == Parts.end()) {
+    const auto part = std::ranges::find(PartNames, match.str(4));
+    if (form_ != Form::Position || part == PartNames.end()) {
       node.Fail("must end behind the bracket, or have a part of a position like .X or .J1");
     }
-    part_ = static_cast<std::size_t>(part - Parts.begin());
+    part_ = static_cast<std::size_t>(part - PartNames.begin());
     form_ = Form::Real;
   }
 }
 
-Item Item::InSection(const Site& site, const Node& node, std::string_view section) {
-  Item item(site, node, node.key);
+ScenarioItem ScenarioItem::InSection(const Site& site, const Node& node, std::string_view section) {
+  ScenarioItem item(site, node, node.key);
   if (item.kind_->section != section) {
     node.Fail("belongs to \"" + std::string(item.kind_->section) + '"');
   }
@@ -164,17 +164,17 @@ Item Item::InSection(const Site& site, const Node& node, std::string_view sectio
   return item;
 }
 
-Item Item::Changing(const Site& site, const Node& node) {
+ScenarioItem ScenarioItem::Changing(const Site& site, const Node& node) {
   static constexpr std::array VariableForms{Form::Integer, Form::Real, Form::Text, Form::Position};
   const std::string& name = node.Text();
   if (!name.starts_with('$')) {
-    Item item(site, node, name);
+    ScenarioItem item(site, node, name);
     const bool fixed = item.form_ == Form::Origin || item.form_ == Form::Nothing;
     if (fixed) node.Fail("cannot change over time");
     return item;
   }
   try {
-    Item item;
+    ScenarioItem item;
     item.form_ = VariableForms.at(site.robot.Variable(name).index());
     item.variable_ = name;
     return item;
@@ -183,29 +183,29 @@ Item Item::Changing(const Site& site, const Node& node) {
   }
 }
 
-Position& Item::Position(Controller& robot) const {
+Position& ScenarioItem::PositionIn(Controller& robot) const {
   return kind_->CurrentPosition() ? robot.CurrentPosition(group_)
                                   : robot.PositionRegister(group_, index_);
 }
 
-Position Item::PositionNow(Controller& robot) const {
+Position ScenarioItem::PositionNow(Controller& robot) const {
   if (form_ != Form::Position) return {};
-  return kind_ != nullptr ? Position(robot) : std::get<sim::Position>(robot.Variable(variable_));
+  return kind_ != nullptr ? PositionIn(robot) : std::get<Position>(robot.Variable(variable_));
 }
 
-void Item::Put(Controller& robot, const VariableValue& value) const {
+void ScenarioItem::Put(Controller& robot, const VariableValue& value) const {
   if (kind_ == nullptr) {
     robot.SetVariable(variable_, value);
   } else if (kind_->signal) {
     robot.Signal(*kind_->signal, index_) = std::get<std::int32_t>(value);
   } else if (part_) {
-    sim::Position& position = Position(robot);
-    const bool cartesian = *part_ < sim::Position::Values;
+    Position& position = PositionIn(robot);
+    const bool cartesian = *part_ < Position::Values;
     auto& values = cartesian ? position.xyzwpr : position.joint;
-    values[*part_ % sim::Position::Values] = std::get<float>(value);
+    values[*part_ % Position::Values] = std::get<float>(value);
     (cartesian ? position.validC : position.validJ) = 1;
   } else if (form_ == Form::Position) {
-    Position(robot) = std::get<sim::Position>(value);
+    PositionIn(robot) = std::get<Position>(value);
   } else if (form_ == Form::Text) {
     robot.StringRegister(index_) = std::get<std::string>(value);
   } else if (const auto* real = std::get_if<float>(&value)) {
@@ -215,7 +215,7 @@ void Item::Put(Controller& robot, const VariableValue& value) const {
   }
 }
 
-std::string* Item::Comment(Controller& robot) const {
+std::string* ScenarioItem::Comment(Controller& robot) const {
   return kind_->comment ? &robot.Comment(*kind_->comment, index_) : nullptr;
 }
 

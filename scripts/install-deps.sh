@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that this project needs, as far as they are missing. By itself what building, testing and
+# the tool need; arguments name other groups, which stand at the beginning of this script. The other scripts call it for
+# what they need. It takes root or sudo, unless nothing is missing.
+. "$(dirname "$0")/helpers/common.sh"
+
+declare -A packages=(
+  [build]='g++ cmake ninja-build'
+  [tool]='libcli11-dev nlohmann-json3-dev libsqlite3-dev'
+  [test]='libgtest-dev libgmock-dev sqlite3 gnuplot-nox'
+  [clang]='clang libclang-rt-14-dev'
+  [windows]='g++-mingw-w64-x86-64-posix googletest wine wine64 unzip'
+  [bench]='libbenchmark-dev'
+  [coverage]='gcovr'
+  [package]='pkg-config dpkg-dev file'
+  [pictures]='gnuplot-nox'
+  [site]='doxygen'
+  [lint]='git clang-format clang-tidy shellcheck python3-jsonschema'
+)
+
+[ $# -gt 0 ] || set -- build tool test
+wanted=()
+for group in "$@"; do
+  if [ -z "${packages[$group]-}" ]; then
+    echo "${0##*/}: there is no group $group, but ${!packages[*]}" >&2
+    exit 2
+  fi
+  read -ra names <<<"${packages[$group]}"
+  wanted+=("${names[@]}")
+done
+scripts/helpers/setup.sh "${wanted[@]}"

@@ -1,0 +1,255 @@
+#include "tools/orif/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/orif/Commands.h"
+#include "tools/orif/Nearest.h"
+
+namespace orif::tool {
+namespace {
+
+using namespace std::chrono_literals;
+using Milliseconds = Pace::Milliseconds;
+
+struct TimeUnit {
+  std::string_view name;
+  Milliseconds length;
+};
+constexpr std::array TimeUnits{TimeUnit{"ms", 1ms}, TimeUnit{"s", 1s}, TimeUnit{"m", 1min},
+                               TimeUnit{"min", 1min}, TimeUnit{"h", 1h}};
+
+Milliseconds ParseDuration(const std::string& option, const std::string& text) {
+  constexpr std::int32_t Most = 100'000;  // of any unit
+  std::int32_t number = 0;
+  const char* end = text.data() + text.size();
+  const auto [behind, error] = std::from_chars(text.data(), end, number);
+  const std::string_view name(behind, static_cast<std::size_t>(end - behind));
+  const auto unit = std::find_if(TimeUnits.begin(), TimeUnits.end(),
+                                 [&](const TimeUnit& each) { return each.name == name; });
+  if (error != std::errc() || number < 1 || number > Most || unit == TimeUnits.end())
+    throw CLI::ValidationError(option, "'" + text +
+                                           "' is no duration; write 250ms, 2s, 10m or 1h, with " +
+                                           "a whole number up to " + std::to_string(Most));
+  return number * unit->length;
+}
+
+void AddPaceOptions(CLI::App& command, Pace& pace) {
+  command
+      .add_option_function<std::string>(
+          "--every",
+          [&pace](const std::string& text) { pace.every = ParseDuration("--every", text); },
+          "Time between two refreshes: 250ms, 2s, 10m")
+      ->type_name("TIME")
+      ->default_str(std::to_string(pace.every.count()) + "ms");
+  command
+      .add_option_function<std::string>(
+          "--for", [&pace](const std::string& text) { pace.length = ParseDuration("--for", text); },
+          "How long: 30s, 10m, 8h (until Ctrl-C)")
+      ->type_name("TIME");
+  command.add_option("--count", pace.count, "How many refreshes (until Ctrl-C)")
+      ->type_name("NUMBER")
+      ->check(CLI::PositiveNumber.description(""));
+}
+
+void AddFormatOption(CLI::App& command, std::string& format) {
+  format = "table";
+  command.add_option("--format", format, "table, csv or json")
+      ->option_text("FORMAT")
+      ->check(CLI::IsMember({"table", "csv", "json"}));
+}
+
+void AddConnectionOptions(CLI::App& command, Connection& connection) {
+  const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
+  add(command.add_option("--host", connection.host, "Name or address of the controller"))
+      ->option_text("NAME");
+  add(command.add_option("--port", connection.port, "TCP port of the controller"))
+      ->option_text("NUMBER")
+      ->check(CLI::Range(1, 65535));
+  add(command.add_option("--time-out", connection.timeOut,
+                         "How long to wait for an answer, 100 or more"))
+      ->option_text("MS")
+      ->check(CLI::Range(100, 3600000));
+  CLI::Option* component = add(command.add_option(
+      "--component", connection.component, "The communication component, if it is not installed"));
+  component->option_text("PATH");
+  CLI::Option* simulate = add(command.add_option(
+      "--simulate", connection.simulate,
+      "A simulated cell instead: a scenario file (.json), or none for the demonstration cell"));
+  simulate->option_text("[FILE]")->excludes(component);
+  add(command.add_flag("--fast", connection.fast, "Simulated time passes without waiting"))
+      ->needs(simulate);
+  add(command.add_flag("--trail", connection.trail,
+                       "Print the debug trail to standard error at the end"));
+}
+
+void AddReadCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("read", "Show registers, positions, variables, signals ...");
+  const auto options = std::make_shared<ReadOptions>();
+  command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
+      ->required()
+      ->option_text("ITEM");
+  command->add_flag("--comments", options->comments, "Show the comments of registers and signals");
+  AddFormatOption(*command, options->format);
+  AddConnectionOptions(*command, options->connection);
+  command->footer("Example:\n  orif read 'R[1-10]' 'PR[1]' 'DI[1-16]' --host cell1");
+  command->callback([options] { Read(*options); });
+}
+
+void AddWatchCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("watch", "Show items again and again, as they change");
+  const auto options = std::make_shared<WatchOptions>();
+  command->add_option("items", options->items, "What to show, for example R[1-10] or DI[1-16]")
+      ->required()
+      ->type_name("ITEM");
+  AddPaceOptions(*command, options->pace);
+  AddConnectionOptions(*command, options->connection);
+  command->footer("Example:\n  orif watch 'R[1-10]' 'POS[0]' --every 250ms --host cell1");
+  command->callback([options] { Watch(*options); });
+}
+
+void AddWriteCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("write", "Write registers, positions, variables, signals");
+  const auto options = std::make_shared<WriteOptions>();
+  command->add_option("assignments", options->requests, "What to write, for example R[3]=5")
+      ->required()
+      ->option_text("ITEM=VALUE");
+  command->add_flag("--yes", options->yes, "Write without a question");
+  AddConnectionOptions(*command, options->connection);
+  command->footer(
+      "Values: R[3]=5 writes an integer, R[3]=5.0 a real; DO[4]=on; SR[1]=text; PR[2]=x:400,y:0\n"
+      "or PR[2]=j1:10,j2:20, where parts that are not named keep their values.\n\n"
+      "Example:\n  orif write 'R[3]=5' 'DO[4]=on' --host cell1");
+  command->callback([options] { Write(*options); });
+}
+
+void AddRecordCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("record", "Record items to a CSV file or a database");
+  const auto options = std::make_shared<RecordOptions>();
+  command->add_option("items", options->items, "What to record, for example R[1-10] or DI[1-16]")
+      ->required()
+      ->type_name("ITEM");
+  AddPaceOptions(*command, options->pace);
+  command->add_option("--out", options->out, "The file: .csv, or .db for an SQLite database")
+      ->required()
+      ->type_name("FILE");
+  command->add_flag("--force", options->force, "Replace a file that exists");
+  AddConnectionOptions(*command, options->connection);
+  command->footer(
+      "Example:\n  orif record 'R[1-3]' 'POS[0]' --every 100ms --for 10m --out run.csv --host "
+      "cell1");
+  command->callback([options] { Record(*options); });
+}
+
+void AddPlotCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("plot", "Draw a picture of what was recorded");
+  const auto options = std::make_shared<PlotOptions>();
+  command->add_option("recording", options->recording, "A file that record wrote")
+      ->type_name("FILE")
+      ->required();
+  command->add_option("names", options->names, "Columns, or items for all of their columns")
+      ->type_name("NAME")
+      ->required();
+  command->add_option("--out", options->picture, "The picture, .svg or .png")
+      ->type_name("FILE")
+      ->required();
+  command->footer("Example:\n  orif plot run.csv 'R[1]' 'POS[0].X' --out run.svg");
+  command->callback([options] { Plot(*options); });
+}
+
+void AddAlarmsCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("alarms", "List alarms");
+  const auto options = std::make_shared<AlarmOptions>();
+  command->add_option("--list", options->list, "active, history or password; active by itself")
+      ->option_text("LIST")
+      ->check(CLI::IsMember({"active", "history", "password"}));
+  command->add_option("--count", options->count, "How many at most, 1 to 163; 20 by itself")
+      ->option_text("N")
+      ->check(CLI::Range(1, 163));
+  AddFormatOption(*command, options->format);
+  AddConnectionOptions(*command, options->connection);
+  command->footer("Example:\n  orif alarms --list history --host cell1");
+  command->callback([options] { ShowAlarms(*options); });
+}
+
+void AddTasksCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("tasks", "List the programs that run");
+  const auto options = std::make_shared<TaskOptions>();
+  command->add_option("--count", options->count, "How many at most, 1 to 64; 20 by itself")
+      ->option_text("N")
+      ->check(CLI::Range(1, 64));
+  command->add_flag("--no-macros", options->noMacros, "Leave out macro programs");
+  command->add_flag("--no-velto", options->noVelto, "Leave out VELTO programs");
+  AddFormatOption(*command, options->format);
+  AddConnectionOptions(*command, options->connection);
+  command->footer("Example:\n  orif tasks --no-macros --host cell1");
+  command->callback([options] { ShowTasks(*options); });
+}
+
+void AddSimulateCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("simulate", "Check a scenario file and tell what is in it");
+  const auto file = std::make_shared<std::string>();
+  command->add_option("scenario", *file, "The scenario file")->required()->option_text("FILE");
+  command->footer("Example:\n  orif simulate cell.json");
+  command->callback([file] { Simulate(*file); });
+}
+
+// "--simulate" takes the next argument only if it is a scenario file; it may also be an item.
+std::vector<std::string> Arguments(int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const bool file = i + 1 < arguments.size() && arguments[i + 1].ends_with(".json");
+    if (arguments[i] == "--simulate" && !file) arguments[i] += std::string("=") + DemoCell;
+  }
+  return arguments;
+}
+
+// Says so if the first word is no command; the parser would only say that one is missing.
+void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments) {
+  if (arguments.empty() || arguments.front().starts_with('-')) return;
+  std::vector<std::string> commands;
+  for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
+  if (std::ranges::find(commands, arguments.front()) != commands.end()) return;
+  throw Error(Exit::Usage, "there is no command " + arguments.front() + "; nearest is " +
+                               Nearest(arguments.front(), commands) + " (orif --help lists them)");
+}
+
+}  // namespace
+
+void RunCommandLine(int argc, char** argv) {
+  CLI::App app("Reads, writes, watches and records the data of a robot controller.", "orif");
+  app.set_version_flag("--version", "orif " ORIF_VERSION);
+  app.allow_windows_style_options(false);  // a file's name may begin with a slash anywhere
+  app.require_subcommand(1);
+  app.footer(
+      "Items:\n"
+      "  R[1] R[1-10] R[1]:real      numeric registers     PR[1] PR[G2:1]    positions\n"
+      "  SR[1]                       string registers      POS[0] POS[G2:0]  where the robot is\n"
+      "  $NAME:int|real|string|pos   system variables      PRG[1] PRG[MV1]   tasks\n"
+      "  DI DO RI RO UI UO SI SO GI GO [1] or [1-16]       ALM[1] ALM[E1]    alarms\n\n"
+      "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
+  for (const auto add : {AddReadCommand, AddWatchCommand, AddWriteCommand, AddRecordCommand,
+                         AddPlotCommand, AddAlarmsCommand, AddTasksCommand, AddSimulateCommand}) {
+    add(app);
+  }
+  auto arguments = Arguments(argc, argv);
+  CheckCommand(app, arguments);
+  std::ranges::reverse(arguments);  // as the parser takes them
+  try {
+    app.parse(arguments);
+  } catch (const CLI::Success& request) {
+    app.exit(request);
+  } catch (const CLI::ParseError& error) {
+    throw Error(Exit::Usage, std::string(error.what()) + " (orif --help tells more)");
+  }
+}
+
+}  // namespace orif::tool
