@@ -26,7 +26,7 @@ void Table::OwnerCore(TableOwner* core) noexcept {
   Clear();
 }
 
-// It changes nothing, whatever it finds.
+// Changes nothing, whatever it finds.
 void Table::DiagnoseConnection(const Trail<orif::Item>& trail) const {
   trail.Traced(", My DataTable ID=", objectId);
   if (owner == nullptr) return trail.Always(", Err Core is Nothing");
@@ -36,7 +36,8 @@ void Table::DiagnoseConnection(const Trail<orif::Item>& trail) const {
     case 1:
       return;
     case 2:
-      return trail.Always(", Err already disconnedted");  // spelled so in the trail
+      // The line is spelled like this.
+      return trail.Always(", Err already disconnedted");
     default:
       return trail.Always(", Err invalid connect state=", state);
   }
@@ -52,7 +53,7 @@ std::int32_t DataTable::Count() const noexcept {
 std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
   const auto& self = static_cast<const Table&>(*this);
   const Trail trail(self, "Item");
-  // Faults are passed over: an index that has no text has no entry line, and no item.
+  // Faults are ignored: an index without a text has no entry line and finds no item.
   Guarded([&] { trail.Traced(", Enter Index=", [&] { return Index.ToText(); }); });
   const auto item = Guarded(std::shared_ptr<orif::Item>(), [&] {
     const std::int32_t position = Index.IsNumeric() ? Index.ToInt32() : 0;
@@ -70,11 +71,12 @@ std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
 
 bool DataTable::Clear() noexcept {
   auto& self = static_cast<Table&>(*this);
-  const HeldTrail trail(self, "Clear");  // a second table is dropped half-way
+  // Held, because clearing a second table releases it.
+  const HeldTrail trail(self, "Clear");
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter");
     ++self.clearings;
-    // And not the start address: a cleared second table is dropped below.
+    // Not the start address: a cleared second table is released below anyway.
     self.nextAddr = DataArea::FirstWord;
     if (self.owner != nullptr) {
       self.Context().Lower()->ClearRAssignment();
@@ -105,7 +107,8 @@ std::int32_t DataTable::ObjectID() const noexcept {
 }
 
 std::string DataTable::GetTypeName() const noexcept {
-  const Trail trail(static_cast<const Table&>(*this), "GetTypename");  // spelled so in the trail
+  // The tag is spelled like this.
+  const Trail trail(static_cast<const Table&>(*this), "GetTypename");
   return trail.Guarded(std::string(), [&] {
     trail.Traced(", ", Table::ClassName());
     return std::string(Table::ClassName());

@@ -7,7 +7,7 @@
 namespace orif {
 namespace {
 
-// What differs between the two kinds of registers.
+// What differs between integers and reals.
 template <class T>
 struct Kind;
 
@@ -55,13 +55,12 @@ bool NumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
 
 std::int32_t NumReg::GetSize() const { return Multiply(DataArea::NumberWords, registers.Length()); }
 
-// The integer kind carries the factor "1.0" and the real kind "0"; the controller takes them as
-// they are.
+// The controller expects the factor "1.0" for integers and "0" for reals.
 std::string NumReg::Designation() const {
   return "R[" + convert::ToText(registers.first) + (DataType() == NUMREG_INT ? "] 1.0" : "] 0");
 }
 
-// An invalid item covers no index, and says so: it reports an invalid index.
+// An invalid item covers no index: its members report an invalid index.
 bool NumReg::Covers(std::int32_t index) const noexcept {
   return Valid() && registers.Covers(index);
 }
@@ -121,7 +120,7 @@ bool DataNumReg::SetValues(std::int32_t Index, const Variant& Value, std::int32_
   auto& self = static_cast<NumReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValues");
   return trail.Guarded(false, [&] {
-    // The line shows the sum, which is one more than the last index.
+    // The line shows one more than the last index.
     trail.Traced(
         ", Enter R[", Index, " - ", [&] { return Add(Index, Count); }, "]");
     if (!self.CoversRun(Index, Count)) return trail.Refuse(", Err invalid index ");

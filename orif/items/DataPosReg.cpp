@@ -49,7 +49,7 @@ std::int32_t PosReg::GetSize() const {
 
 std::string PosReg::Designation() const { return range.Designation("] 0.0"); }
 
-// Any index has an address, outside the range too: it means whatever lies there.
+// Also for an index outside the range: the members do not test it.
 std::int32_t PosReg::RecordAddress(std::int32_t index) const {
   return ElementAddress(StartAddress(), index, range.registers.first, DataArea::PositionWords);
 }

@@ -20,7 +20,7 @@ using PositionRecord::ConfigCount;
 using PositionRecord::FloatCount;
 using PositionRecord::FloatWords;
 
-// What a failed read is called; the fourth is spelled so in the trail.
+// How the lines about a failed read name the value; the fourth one is spelled like this.
 constexpr std::array JointNames{"J1", "J2", "J3", "41", "J5", "J6", "J7", "J8", "J9"};
 constexpr std::array FloatNames{"X", "Y", "Z", "W", "P", "R", "E1", "E2", "E3"};
 constexpr std::array ConfigNames{"C1", "C2", "C3", "C4", "C5", "C6", "C7"};
@@ -31,7 +31,8 @@ std::int32_t PosRegMG::MotionGroup::Words() const {
   return axes ? Multiply(*axes, FloatWords) : DataArea::CartesianWords;
 }
 
-// "C" with anything behind it, or "J" with a whole number, in any case, between commas.
+// Groups are separated by commas: "C" and anything after it, or "J" and a whole number, in upper or
+// lower case.
 std::optional<std::vector<PosRegMG::MotionGroup>> PosRegMG::ParseGroups(std::string_view text) {
   const std::string upper = convert::UpperCase(text);
   std::string_view rest = upper;
@@ -64,7 +65,8 @@ bool PosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_
   return trail.Guarded(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
-    registers = {StartIndex, EndIndex};  // before any test
+    // Kept even if a test fails.
+    registers = {StartIndex, EndIndex};
     if (DataType != POSREGMG) return trail.Refuse(", Err Invalid type");
     auto parsed = ParseGroups(Group);
     if (!parsed) return trail.Refuse(", Err Invalid group");
@@ -82,7 +84,8 @@ std::optional<std::vector<std::string>> PosRegMG::GetSetasg(std::int32_t start) 
     SetStartAddress(start);
     const std::int32_t length = registers.Length();
     std::vector<std::string> pieces;
-    std::int16_t total = 0;  // 16 bits, as the write of the block counts
+    // In 16 bits, as WriteRShort counts the words of the block.
+    std::int16_t total = 0;
     std::int32_t number = 0;
     sizes.clear();
     for (MotionGroup& group : groups) {
@@ -96,7 +99,7 @@ std::optional<std::vector<std::string>> PosRegMG::GetSetasg(std::int32_t start) 
       trail.Always(", ASG=", piece);
       pieces.push_back(std::move(piece));
     }
-    // What is 0 or less is the controller's to refuse.
+    // The controller refuses a block of 0 words or less.
     if (total <= DataArea::LastWord) {
       staged.assign(static_cast<std::size_t>(std::max<int>(total, 0)), 0);
     }
@@ -109,7 +112,7 @@ const PosRegMG::MotionGroup* PosRegMG::Find(std::int32_t group) const {
   return &groups[static_cast<std::size_t>(group) - 1];
 }
 
-// Where register `index` of a group begins in the block.
+// The offset in the block at which register `index` of a group begins.
 std::int32_t PosRegMG::Offset(const MotionGroup& group, std::int32_t index) const {
   return ElementAddress(group.offset, index, registers.first, group.Words());
 }
@@ -151,7 +154,7 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
       const auto i = static_cast<std::size_t>(n) - 1;
       const bool read =
           self.Owner().GetLastDataFloat(Add(address, FloatWords * (n - 1)), *joint[i]);
-      // A failure before the last axis is passed over; from there on it counts.
+      // A failure before the last axis is ignored.
       if (!read && group->axes <= n) return trail.Refuse(", Err get data ", JointNames[i]);
     }
     trail.Traced(", Return");
@@ -166,7 +169,8 @@ bool DataPosRegMG::GetValueXyzwpr(std::int32_t Index, std::int32_t Group, float&
                                   std::int16_t& C7) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "GetValueXyzwpr");
-  const Trail<Item> dataTrail(self, "GetValueJoint");  // under which failed reads are told of
+  // Lines about failed reads carry the other tag.
+  const Trail<Item> dataTrail(self, "GetValueJoint");
   return trail.Guarded(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Cartesian);
     if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
@@ -207,8 +211,8 @@ bool DataPosRegMG::SetValueJoint(std::int32_t Index, std::int32_t Group,
   });
 }
 
-// The array form takes exactly as many values as the group has axes; where that cannot be, it gets
-// all nine to refuse.
+// SetValueJoint takes exactly as many values as the group has axes. If that cannot be, it gets all
+// nine and refuses them.
 bool DataPosRegMG::SetValueJoint2(std::int32_t Index, std::int32_t Group, float J1, float J2,
                                   float J3, float J4, float J5, float J6, float J7, float J8,
                                   float J9) noexcept {
@@ -253,7 +257,7 @@ bool DataPosRegMG::SetValueXyzwpr2(std::int32_t Index, std::int32_t Group, float
   return SetValueXyzwpr(Index, Group, xyzwpr, config);
 }
 
-// A float takes two words, the low-order half of its memory image first.
+// A real takes two words, the low half of its bits first.
 bool PosRegMG::StageFloats(const Trail<Item>& trail, ArrayView<const float> values,
                            std::int32_t target) {
   return Stage(trail, ", Err xyzwpr index range ", values, target, FloatWords, staged.size(),

@@ -29,7 +29,7 @@ bool PosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_
     if (!wanted.Check(trail, DataType == POSREG_XYZWPR)) return false;
     const std::int32_t registers = wanted.registers.Length();
     const std::int32_t floats = Multiply(registers, FloatCount);
-    // A range that no table has room for gets no storage.
+    // A range too long for any table gets no storage: it will be refused.
     if (registers <= DataArea::LastWord / CartesianWords) {
       xyzwpr.assign(static_cast<std::size_t>(floats), 0);
       config.assign(static_cast<std::size_t>(registers) * ConfigCount, 0);
@@ -59,7 +59,7 @@ bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float>
     if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
     if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
     if (!self.range.registers.Covers(Index)) return trail.Refuse(", Err index range");
-    // Before the copy: a copy that fails leaves the range widened.
+    // Before the copy: the range stays widened if the copy fails.
     self.pending.Widen(Index);
     const std::int32_t place = Index - self.range.registers.first;
     const bool staged =
@@ -110,9 +110,9 @@ bool DataPosRegXyzwpr::Update() noexcept {
   });
 }
 
-// Clears as many floats as there are configuration words, seven a register where there are nine:
-// the last 2n floats of the whole array stay. One of the last registers that is staged later with
-// fewer than nine elements keeps its old values in the others.
+// Clears as many reals as there are configuration words: seven a register, where there are nine. So
+// the last 2n reals of the whole array stay, and one of the last registers that is staged later
+// with fewer than nine elements keeps its old values in the others.
 void DataPosRegXyzwpr::Reset() noexcept {
   auto& self = static_cast<PosRegXyzwpr&>(*this);
   self.pending = {};

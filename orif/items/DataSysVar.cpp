@@ -12,7 +12,7 @@ using DataArea::TextWords;
 SysVar::SysVar() noexcept
     : Hidden("DataSysVar", {.enter = ", Enter ", .piece = ", ASG=", .done = ", Return "}) {}
 
-// Its refusals carry no id.
+// The lines about a refusal show no id.
 bool SysVar::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const Trail<Item> trail(*this, "Init");
   return trail.Guarded(false, [&] {

@@ -1,4 +1,4 @@
-// The rest of a DataPosReg, which clients do not see.
+// PosReg, the private part of a DataPosReg.
 #pragma once
 
 #include <cstdint>

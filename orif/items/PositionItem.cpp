@@ -5,7 +5,7 @@
 namespace orif {
 namespace {
 
-// A position of nine, seven and nine values.
+// A decoded position.
 struct Position {
   std::array<float, PositionRecord::FloatCount> xyzwpr{};
   std::array<std::int16_t, PositionRecord::ConfigCount> config{};
@@ -61,7 +61,7 @@ bool PositionItem::ReadJoint(std::int32_t index, const FloatOutputs& floats, std
   return true;
 }
 
-// The number of joint values handed on is the caller's.
+// All elements of `joint` are handed on, however many there are.
 bool WritablePosition::WriteJoint(const Trail<Item>& trail, std::int32_t index,
                                   ArrayView<const float> joint, std::int16_t UF,
                                   std::int16_t UT) const {
@@ -80,7 +80,6 @@ bool WritablePosition::WriteJoint(const Trail<Item>& trail, std::int32_t index,
   return true;
 }
 
-// The bounds cannot change on the way to the controller, so they are tested once.
 bool WritablePosition::WriteXyzwpr(const Trail<Item>& trail, std::int32_t index,
                                    ArrayView<const float> xyzwpr,
                                    ArrayView<const std::int16_t> config, std::int16_t UF,

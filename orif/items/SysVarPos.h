@@ -1,4 +1,4 @@
-// The rest of a DataSysVarPos, which clients do not see.
+// SysVarPos, the private part of a DataSysVarPos.
 #pragma once
 
 #include <string>

@@ -16,7 +16,7 @@ std::string SystemError() { return SystemText(GetLastError()); }
 
 bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
-// A service and a program without a logon have a window station that nobody sees.
+// Services, and programs without a logon, have a window station that nobody sees.
 bool HasDesktop() {
   USEROBJECTFLAGS flags{};
   return GetUserObjectInformationA(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
@@ -24,7 +24,7 @@ bool HasDesktop() {
          (flags.dwFlags & WSF_VISIBLE) != 0;
 }
 
-// While it stands, a module that cannot be loaded is an error code and not a box.
+// While this lives, failing to load a module gives an error code and no message box.
 class QuietErrors {
  public:
   QuietErrors() { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
@@ -36,7 +36,7 @@ class QuietErrors {
   DWORD before_ = 0;
 };
 
-// The module of this code; `flags` tell what becomes of its count of uses. Null on failure.
+// The module of this code. `flags` say what happens to its reference count. Null on failure.
 HMODULE ThisModule(DWORD flags) {
   HMODULE module = nullptr;
   GetModuleHandleExA(flags | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
@@ -84,7 +84,7 @@ std::string ModuleDirectory() {
 
 std::int32_t ThreadNumber() noexcept { return static_cast<std::int32_t>(GetCurrentThreadId()); }
 
-// The module stays loaded from the first object on: the system calls it when a thread ends.
+// Pins the module from the first object on: the system calls into it when a thread ends.
 bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept {
   static const DWORD slot =
       ThisModule(GET_MODULE_HANDLE_EX_FLAG_PIN) == nullptr
@@ -163,7 +163,7 @@ bool IsAbsolutePath(std::string_view path) {
   return path.starts_with("\\\\") || (path[1] == ':' && IsSeparator(path[2]));
 }
 
-// What a module needs in its turn is found beside it.
+// The modules that it needs are found beside it.
 void* LoadModule(const std::string& path) {
   const QuietErrors quiet;
   HMODULE module = LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
