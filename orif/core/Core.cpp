@@ -45,7 +45,7 @@ Core::Core(const DispatchFactory& factory) noexcept {
   auto& self = *new (state_) CoreState;
   const Trail trail(self, "Class_initialize");
   trail.Traced(", Enter");
-  const bool created = trail.Guarded(false, [&] {
+  const bool created = trail.Reported(false, [&] {
     self.factory = factory;
     self.CreateLowerCore();
     return true;

@@ -73,7 +73,7 @@ bool DataTable::Clear() noexcept {
   auto& self = static_cast<Table&>(*this);
   // Held, because clearing a second table releases it.
   const HeldTrail trail(self, "Clear");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter");
     ++self.clearings;
     // Not the start address: a cleared second table is released below anyway.
@@ -109,7 +109,7 @@ std::int32_t DataTable::ObjectID() const noexcept {
 std::string DataTable::GetTypeName() const noexcept {
   // The tag is spelled like this.
   const Trail trail(static_cast<const Table&>(*this), "GetTypename");
-  return trail.Guarded(std::string(), [&] {
+  return trail.Reported(std::string(), [&] {
     trail.Traced(", ", Table::ClassName());
     return std::string(Table::ClassName());
   });

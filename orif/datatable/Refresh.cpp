@@ -17,7 +17,7 @@ std::int64_t Milliseconds() { return std::llround(modOrif::Timer()); }
 bool DataTable::Refresh() noexcept {
   auto& self = static_cast<Table&>(*this);
   const HeldTrail trail(self, "Refresh");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     const std::int64_t started = Milliseconds();
     trail.Traced(", Enter ");
     self.lastData.Refreshed(false);
@@ -74,7 +74,7 @@ bool Table::GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept 
 bool Table::GetLastDataString(std::int32_t lngAddress, std::string& strValue,
                               std::int32_t words) noexcept {
   const Trail trail(*this, "GetLastDataString");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     if (!lastData.Refreshed()) return trail.Refuse(", Err Refresh=False");
     lastData.Text(lngAddress, words, strValue);
     return true;

@@ -90,7 +90,7 @@ std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& 
   const auto tell = [&](const char* line) {
     if (line != nullptr) trail.Always(line);
   };
-  trail.Guarded([&] {
+  trail.Reported([&] {
     trail.Traced(lines.enter, [&] {
       std::string list;
       const auto* label = lines.labels.data();

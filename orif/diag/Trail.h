@@ -74,15 +74,15 @@ class Trail {
     return false;
   }
 
-  /// Runs the body of a member as orif::Guarded does, and writes an ", Err " line with the fault
+  /// Runs the body of a member as Guarded does, and writes an ", Err " line with the fault
   /// that ended it.
   template <class Result, class Body>
-  Result Guarded(Result preset, const Body& body) const noexcept {
-    return orif::Guarded(std::move(preset), body, Report());
+  Result Reported(Result preset, const Body& body) const noexcept {
+    return Guarded(std::move(preset), body, Report());
   }
   template <class Body>
-  void Guarded(const Body& body) const noexcept {
-    orif::Guarded(body, Report());
+  void Reported(const Body& body) const noexcept {
+    Guarded(body, Report());
   }
 
  private:

@@ -56,7 +56,7 @@ Alarm::Alarm() noexcept
 bool Alarm::Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
                  std::int32_t AlarmMessageMode) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",AlarmCount=", AlarmCount);
     if (DataType != ALARM_LIST && DataType != ALARM_CURRENT && DataType != ALARM_PASSWORD) {
       return trail.Refuse(", Err Invalid type");
@@ -87,7 +87,7 @@ bool DataAlarm::GetValue(std::int32_t Count, std::int16_t& AlarmID, std::int16_t
                          std::string& CauseAlarmMessage, std::string& SeverityMessage) noexcept {
   auto& self = static_cast<Alarm&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter");
     if (!self.Valid()) return false;
     const MessageMode mode = Mode(self.messageMode);

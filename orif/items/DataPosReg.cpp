@@ -31,7 +31,7 @@ PosReg::PosReg() noexcept
 bool PosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                   std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     const RegisterRange wanted{Group, {StartIndex, EndIndex}};
@@ -83,7 +83,7 @@ bool DataPosReg::SetValueJoint(std::int32_t Index, ArrayView<const float> Joint,
                                std::int16_t UT) noexcept {
   auto& self = static_cast<PosReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", Shown(" Joint", Joint));
     return self.WriteJoint(trail, Index, Joint, UF, UT);
   });
@@ -101,7 +101,7 @@ bool DataPosReg::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwp
                                 std::int16_t UT) noexcept {
   auto& self = static_cast<PosReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     self.DiagnoseConnection(trail);

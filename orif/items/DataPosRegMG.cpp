@@ -62,7 +62,7 @@ std::optional<std::vector<PosRegMG::MotionGroup>> PosRegMG::ParseGroups(std::str
 bool PosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_t StartIndex,
                     std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     // Kept even if a test fails.
@@ -80,7 +80,7 @@ bool PosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_
 
 std::optional<std::vector<std::string>> PosRegMG::GetSetasg(std::int32_t start) noexcept {
   const Trail<Item> trail(*this, "GetSetasgs");
-  return trail.Guarded(std::optional<std::vector<std::string>>(), [&] {
+  return trail.Reported(std::optional<std::vector<std::string>>(), [&] {
     SetStartAddress(start);
     const std::int32_t length = registers.Length();
     std::vector<std::string> pieces;
@@ -144,7 +144,7 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
                                  float& J9) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "GetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Joint);
     if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
     const std::array joint{&J1, &J2, &J3, &J4, &J5, &J6, &J7, &J8, &J9};
@@ -171,7 +171,7 @@ bool DataPosRegMG::GetValueXyzwpr(std::int32_t Index, std::int32_t Group, float&
   const HeldTrail<Item> trail(self, "GetValueXyzwpr");
   // Lines about failed reads carry the other tag.
   const Trail<Item> dataTrail(self, "GetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Cartesian);
     if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
     const std::int32_t address = Add(self.StartAddress(), self.Offset(*group, Index));
@@ -199,7 +199,7 @@ bool DataPosRegMG::SetValueJoint(std::int32_t Index, std::int32_t Group,
                                  ArrayView<const float> Joint) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "SetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Joint", Joint), ",");
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Joint);
     if (group == nullptr) return false;
@@ -228,7 +228,7 @@ bool DataPosRegMG::SetValueXyzwpr(std::int32_t Index, std::int32_t Group,
                                   ArrayView<const std::int16_t> Config) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     const auto* group =
@@ -271,7 +271,7 @@ bool PosRegMG::StageFloats(const Trail<Item>& trail, ArrayView<const float> valu
 bool DataPosRegMG::Update() noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "Update");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter");
     self.DiagnoseConnection(trail);
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid");

@@ -22,7 +22,7 @@ PosRegXyzwpr::PosRegXyzwpr() noexcept
 bool PosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                         std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     const RegisterRange wanted{Group, {StartIndex, EndIndex}};
@@ -51,7 +51,7 @@ bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float>
                                       ArrayView<const std::int16_t> Config) noexcept {
   auto& self = static_cast<PosRegXyzwpr&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     self.DiagnoseConnection(trail);
@@ -86,7 +86,7 @@ bool DataPosRegXyzwpr::SetValueXyzwpr2(std::int32_t Index, float X, float Y, flo
 bool DataPosRegXyzwpr::Update() noexcept {
   auto& self = static_cast<PosRegXyzwpr&>(*this);
   const HeldTrail<Item> trail(self, "Update");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", " Index=", self.pending.first, " to ", self.pending.last);
     self.DiagnoseConnection(trail);
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid");

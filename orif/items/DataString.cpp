@@ -14,7 +14,7 @@ String::String() noexcept : Hidden("DataString", {.enter = ", Enter ", .done = "
 bool String::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
                   std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataSymbol, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     if (DataSymbol.empty()) return trail.Refuse(", Err invalid data symbol ");
@@ -41,7 +41,7 @@ bool String::Covers(std::int32_t index) const noexcept { return Valid() && texts
 bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
   auto& self = static_cast<String&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address =
@@ -58,7 +58,7 @@ bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
 bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
   auto& self = static_cast<String&>(*this);
   const HeldTrail<Item> trail(self, "SetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t base = Multiply(Subtract(Index, self.texts.first), TextWords);
@@ -84,7 +84,7 @@ bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
 bool DataString::Update() noexcept {
   auto& self = static_cast<String&>(*this);
   const HeldTrail<Item> trail(self, "Update");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     const std::int32_t first = Multiply(Subtract(self.pending.first, self.texts.first), TextWords);
     const std::int32_t count = Multiply(self.pending.Length(), TextWords);

@@ -37,7 +37,7 @@ const char* Filter(ORIF_DATA_TYPE type) {
 
 bool Task::Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",Index=", Index);
     if (Filter(DataType) == nullptr) return trail.Refuse(", Err invalid type ");
     if (Index < 1) return trail.Refuse(", Err invalid index ");
@@ -58,7 +58,7 @@ bool DataTask::GetValue(std::string& ProgName, std::int16_t& LineNumber, std::in
                         std::string& ParentProgName) noexcept {
   auto& self = static_cast<Task&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
     const auto at = [&](std::int32_t offset) { return Add(self.StartAddress(), offset); };

@@ -16,7 +16,7 @@ struct Position {
 
 bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept {
   const HeldTrail<Item> trail(*this, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(lines_.enter, Shown(" Xyzwpr", position.Xyzwpr), ",",
                  Shown("Config", position.Config), ",", Shown("Joint", position.Joint));
     if (!Valid()) {
