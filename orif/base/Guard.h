@@ -26,13 +26,13 @@ inline const char* FaultDescription() noexcept {
 }
 
 /// The report of a member that writes no line about a fault.
-struct SayNothing {
+struct NoReport {
   void operator()(const char*) const noexcept {}
 };
 
 /// Runs `body` and returns its result, or `preset` if a fault ends it. `report` gets the
 /// description of the fault and must not throw.
-template <class Result, class Body, class Report = SayNothing>
+template <class Result, class Body, class Report = NoReport>
 Result Guarded(Result preset, const Body& body,
                const Report& report = {}) noexcept requires std::is_invocable_r_v<Result, Body> {
   try {
@@ -44,7 +44,7 @@ Result Guarded(Result preset, const Body& body,
 }
 
 /// The same for a body without a result.
-template <class Body, class Report = SayNothing>
+template <class Body, class Report = NoReport>
 void Guarded(const Body& body,
              const Report& report = {}) noexcept requires std::is_invocable_v<Body> {
   try {

@@ -56,9 +56,9 @@ std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
   // Faults are ignored: an index without a text has no entry line and finds no item.
   Guarded([&] { trail.Traced(", Enter Index=", [&] { return Index.ToText(); }); });
   const auto item = Guarded(std::shared_ptr<orif::Item>(), [&] {
-    const std::int32_t position = Index.IsNumeric() ? Index.ToInt32() : 0;
-    const bool held = position >= 1 && position <= Count();
-    return held ? self.items[static_cast<std::size_t>(position) - 1] : nullptr;
+    const std::int32_t number = Index.IsNumeric() ? Index.ToInt32() : 0;
+    const bool held = number >= 1 && number <= Count();
+    return held ? self.items[static_cast<std::size_t>(number) - 1] : nullptr;
   });
   if (item) {
     trail.Traced(", Type is ", item->ClassName());

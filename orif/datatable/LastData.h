@@ -54,13 +54,13 @@ class LastData {
       }
     }
 
-    std::int16_t Word(std::int32_t offset) const { return words_[Checked(offset, 1)]; }
+    std::int16_t Word(std::int32_t offset) const { return words_[Element(offset, 1)]; }
     std::span<std::int16_t, 2> Pair(std::int32_t offset) {
-      return std::span<std::int16_t, 2>(words_.data() + Checked(offset, 2), 2);
+      return std::span<std::int16_t, 2>(words_.data() + Element(offset, 2), 2);
     }
 
    private:
-    std::size_t Checked(std::int32_t offset, std::size_t count) const {
+    std::size_t Element(std::int32_t offset, std::size_t count) const {
       const auto first = static_cast<std::size_t>(offset);
       if (offset < 0 || first + count > count_) throw Fault(Fault::SubscriptOutOfRange);
       return first;

@@ -87,7 +87,7 @@ std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& 
   std::shared_ptr<HiddenItem> item;
   std::shared_ptr<HiddenItem> result;
   const HeldTrail trail(self, lines.member);
-  const auto tell = [&](const char* line) {
+  const auto report = [&](const char* line) {
     if (line != nullptr) trail.Always(line);
   };
   trail.Reported([&] {
@@ -97,10 +97,10 @@ std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& 
       (AppendLabelled(list, *label++, arguments), ...);
       return list;
     });
-    if (!self.CanAdd()) return tell(lines.cannotAdd);
+    if (!self.CanAdd()) return report(lines.cannotAdd);
     item = MakeShared<HiddenItem>();
     item->SetDataTable(self.shared_from_this());
-    if (!item->Init(arguments...)) return tell(lines.initFailed);
+    if (!item->Init(arguments...)) return report(lines.initFailed);
     std::vector<Block> blocks;
     if (!CollectBlocks(lines, trail, self.nextAddr, *item, blocks)) return;
     const Room room(self);
@@ -111,7 +111,7 @@ std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& 
       result = item;
       item->SetValid(true);
     } else {
-      tell(lines.assignFailed);
+      report(lines.assignFailed);
     }
     if (lines.done != nullptr) trail.Traced(lines.done);
   });

@@ -39,19 +39,19 @@ std::optional<std::vector<PosRegMG::MotionGroup>> PosRegMG::ParseGroups(std::str
   std::vector<MotionGroup> groups;
   for (bool more = true; more;) {
     const std::size_t comma = rest.find(',');
-    const std::string_view piece = rest.substr(0, comma);
+    const std::string_view group = rest.substr(0, comma);
     more = comma != std::string_view::npos;
     if (more) rest.remove_prefix(comma + 1);
-    if (piece.starts_with('C')) {
-      groups.push_back({.axes = std::nullopt, .entry = "C"});
-    } else if (piece.starts_with('J')) {
-      std::string entry(piece.substr(1));
-      const std::optional<double> axes = convert::Number(entry);
+    if (group.starts_with('C')) {
+      groups.push_back({.axes = std::nullopt, .text = "C"});
+    } else if (group.starts_with('J')) {
+      std::string axesText(group.substr(1));
+      const std::optional<double> axes = convert::Number(axesText);
       if (!axes || *axes != std::floor(*axes)) return std::nullopt;
       using Limits = std::numeric_limits<std::int32_t>;
       const auto whole =
           static_cast<std::int32_t>(std::clamp<double>(*axes, Limits::min(), Limits::max()));
-      groups.push_back({.axes = whole, .entry = std::move(entry)});
+      groups.push_back({.axes = whole, .text = std::move(axesText)});
     } else {
       return std::nullopt;
     }
@@ -118,7 +118,7 @@ std::int32_t PosRegMG::Offset(const MotionGroup& group, std::int32_t index) cons
 }
 
 const PosRegMG::MotionGroup* PosRegMG::Usable(const Trail<Item>& trail, std::int32_t group,
-                                              Form form, EntryShown shown) const {
+                                              Form form, TextShown shown) const {
   DiagnoseConnection(trail);
   const MotionGroup* found = Find(group);
   if (!Valid()) {
@@ -127,15 +127,15 @@ const PosRegMG::MotionGroup* PosRegMG::Usable(const Trail<Item>& trail, std::int
     trail.Always(", Err type group out of range");
   } else if (found->Is(form)) {
     return found;
-  } else if (shown == EntryShown::Yes) {
-    trail.Always(", Err type invalid ", found->entry);
+  } else if (shown == TextShown::Yes) {
+    trail.Always(", Err type invalid ", found->text);
   } else {
     trail.Always(", Err type invalid");
   }
   return nullptr;
 }
 
-bool PosRegMG::CoversIndex(const Trail<Item>& trail, std::int32_t index) const {
+bool PosRegMG::CheckIndex(const Trail<Item>& trail, std::int32_t index) const {
   return registers.Covers(index) || trail.Refuse(", Err index range");
 }
 
@@ -146,7 +146,7 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
   const HeldTrail<Item> trail(self, "GetValueJoint");
   return trail.Reported(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Joint);
-    if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
+    if (group == nullptr || !self.CheckIndex(trail, Index)) return false;
     const std::array joint{&J1, &J2, &J3, &J4, &J5, &J6, &J7, &J8, &J9};
     for (float* value : joint) *value = 0;
     const std::int32_t address = Add(self.StartAddress(), self.Offset(*group, Index));
@@ -173,7 +173,7 @@ bool DataPosRegMG::GetValueXyzwpr(std::int32_t Index, std::int32_t Group, float&
   const Trail<Item> dataTrail(self, "GetValueJoint");
   return trail.Reported(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Cartesian);
-    if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
+    if (group == nullptr || !self.CheckIndex(trail, Index)) return false;
     const std::int32_t address = Add(self.StartAddress(), self.Offset(*group, Index));
     const std::array xyzwpr{&X, &Y, &Z, &W, &P, &R, &E1, &E2, &E3};
     for (std::int32_t i = 0; i < FloatCount; ++i) {
@@ -204,7 +204,7 @@ bool DataPosRegMG::SetValueJoint(std::int32_t Index, std::int32_t Group,
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Joint);
     if (group == nullptr) return false;
     if (Joint.Count() != group->axes) return trail.Refuse(", Err invalid joint number");
-    if (!self.CoversIndex(trail, Index)) return false;
+    if (!self.CheckIndex(trail, Index)) return false;
     if (!self.StageFloats(trail, Joint, self.Offset(*group, Index))) return false;
     trail.Traced(", Return");
     return true;
@@ -232,11 +232,11 @@ bool DataPosRegMG::SetValueXyzwpr(std::int32_t Index, std::int32_t Group,
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     const auto* group =
-        self.Usable(trail, Group, PosRegMG::Form::Cartesian, PosRegMG::EntryShown::No);
+        self.Usable(trail, Group, PosRegMG::Form::Cartesian, PosRegMG::TextShown::No);
     if (group == nullptr) return false;
     if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
     if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
-    if (!self.CoversIndex(trail, Index)) return false;
+    if (!self.CheckIndex(trail, Index)) return false;
     const std::int32_t target = self.Offset(*group, Index);
     const bool staged = self.StageFloats(trail, Xyzwpr, target) &&
                         Stage(trail, ", Err config index range ", Config,

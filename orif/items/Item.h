@@ -46,7 +46,7 @@ class Item : public Counted {
   /// Whether a write succeeded. A negative status is a refusal, which writes two lines: `refusal`
   /// with the status, and the text of the lower layer.
   bool Written(std::int32_t status, const Trail<Item>& trail, std::string_view refusal) const;
-  void TellLastError(const Trail<Item>& trail) const;
+  void ReportLastError(const Trail<Item>& trail) const;
 
   /// Writes a line about what keeps a write from reaching the controller, if anything does. Changes
   /// nothing.

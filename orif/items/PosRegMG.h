@@ -20,7 +20,7 @@ struct PosRegMG final : Hidden<DataPosRegMG, Item> {
     /// Empty for a cartesian group.
     std::optional<std::int32_t> axes;
     /// As the client wrote it: "C", or the number of axes.
-    std::string entry;
+    std::string text;
     /// Where the words of the group begin in the block.
     std::int32_t offset = 0;
 
@@ -42,11 +42,11 @@ struct PosRegMG final : Hidden<DataPosRegMG, Item> {
 
   /// The group for a member that serves groups of one form. Writes a line and returns null if the
   /// item is invalid, if there is no such group, or if it has the other form; `shown` says whether
-  /// the line about the form shows the entry of the group.
-  enum class EntryShown { Yes, No };
+  /// the line about the form shows the text of the group.
+  enum class TextShown { Yes, No };
   const MotionGroup* Usable(const Trail<Item>& trail, std::int32_t group, Form form,
-                            EntryShown shown = EntryShown::Yes) const;
-  bool CoversIndex(const Trail<Item>& trail, std::int32_t index) const;
+                            TextShown shown = TextShown::Yes) const;
+  bool CheckIndex(const Trail<Item>& trail, std::int32_t index) const;
   const MotionGroup* Find(std::int32_t group) const;
   std::int32_t Offset(const MotionGroup& group, std::int32_t index) const;
   bool StageFloats(const Trail<Item>& trail, ArrayView<const float> values, std::int32_t target);

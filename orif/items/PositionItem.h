@@ -65,7 +65,7 @@ class PositionItem : public BlockItem {
   const PositionReadLines& lines_;
 };
 
-class WritablePosition : public PositionItem {
+class WritablePositionItem : public PositionItem {
  public:
   /// Tests the item and the array and writes a record in joint form. The caller has written the
   /// entry line.
@@ -77,9 +77,9 @@ class WritablePosition : public PositionItem {
                    ArrayView<const std::int16_t> config, std::int16_t UF, std::int16_t UT) const;
 
  protected:
-  WritablePosition(std::string_view className, PieceLines pieceLines,
-                   const PositionReadLines& readLines,
-                   const PositionWriteLines& writeLines) noexcept
+  WritablePositionItem(std::string_view className, PieceLines pieceLines,
+                       const PositionReadLines& readLines,
+                       const PositionWriteLines& writeLines) noexcept
       : PositionItem(className, pieceLines, readLines), lines_(writeLines) {}
 
  private:

@@ -19,14 +19,14 @@ namespace {
 using platform::AutomationText;
 using platform::SystemText;
 
-std::string Words(HRESULT result) { return SystemText(static_cast<DWORD>(result)); }
+std::string ErrorText(HRESULT result) { return SystemText(static_cast<DWORD>(result)); }
 
 // Keeps the calling thread in an apartment. A thread that is already in one of another kind stays
 // there, and is not taken out of it at the end.
 class Apartment {
  public:
   Apartment() : entered_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {
-    if (FAILED(entered_) && entered_ != RPC_E_CHANGED_MODE) throw Fault(Words(entered_));
+    if (FAILED(entered_) && entered_ != RPC_E_CHANGED_MODE) throw Fault(ErrorText(entered_));
   }
   Apartment(const Apartment&) = delete;
   Apartment& operator=(const Apartment&) = delete;
@@ -117,7 +117,7 @@ struct Exception : EXCEPINFO {
   std::string Description() {
     if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
     if (SysStringLen(bstrDescription) > 0) return platform::Narrow(bstrDescription);
-    return scode != 0 ? Words(scode) : Fault::AutomationError;
+    return scode != 0 ? ErrorText(scode) : Fault::AutomationError;
   }
 };
 
@@ -141,7 +141,7 @@ class AutomationCore final : public Dispatch {
         object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, static_cast<WORD>(call), &parameters,
                         call == ORVEX_PUT ? nullptr : &result, &exception, &wrong);
     if (status == DISP_E_EXCEPTION) throw Fault(exception.Description());
-    if (FAILED(status)) throw Fault(Words(status));
+    if (FAILED(status)) throw Fault(ErrorText(status));
     return Value(result);
   }
 
@@ -150,7 +150,7 @@ class AutomationCore final : public Dispatch {
     LPOLESTR text = wide.get();
     DISPID id = 0;
     const HRESULT status = object_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
-    if (FAILED(status)) throw Fault(Words(status) + " " + std::string(name));
+    if (FAILED(status)) throw Fault(ErrorText(status) + " " + std::string(name));
     return id;
   }
 
@@ -212,7 +212,7 @@ std::shared_ptr<Dispatch> CreateAutomationCore(const std::string& name) {
   void* created = nullptr;
   const HRESULT status =
       CoCreateInstance(identifier, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &created);
-  if (FAILED(status)) throw Fault(name + ": " + Words(status));
+  if (FAILED(status)) throw Fault(name + ": " + ErrorText(status));
   const Object object(static_cast<IDispatch*>(created));
   // Only a proxy for an object of another apartment has this interface. It would carry over one
   // element of an array, whatever the count of the call.

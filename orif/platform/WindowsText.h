@@ -25,9 +25,9 @@ inline std::string SystemText(DWORD code) {
   const DWORD length = FormatMessageA(
       FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
       nullptr, code, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
-  std::string words(text.data(), length);
-  words.erase(words.find_last_not_of(" .\r\n") + 1);
-  if (!words.empty()) return words;
+  std::string description(text.data(), length);
+  description.erase(description.find_last_not_of(" .\r\n") + 1);
+  if (!description.empty()) return description;
   std::snprintf(text.data(), text.size(), "%s 0x%08lX", Fault::AutomationError, code);
   return text.data();
 }
