@@ -13,7 +13,8 @@ namespace orif::sim {
 
 class Controller;
 
-/// Called when the time has passed from `before` to `now`, and at first with BeforeStart.
+/// Called when the time has passed from `before` to `now`, and at first with BeforeStart. While
+/// time passes, the network's lock is held.
 using Behaviour = std::function<void(Controller& robot, Time before, Time now)>;
 
 /// Lets `put` store the value of the course whenever that changes. What a client writes in the

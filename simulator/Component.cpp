@@ -1,11 +1,13 @@
 // The loadable component: core objects of the demonstration cell behind the plain C interface. One
-// network serves every object of the process; like the rest of the simulation it is for one thread.
+// network serves every object of the process, on whichever threads they are used.
 #include <exception>
 #include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
+#include "orif/base/Fault.h"
 #include "orif/lowerlayer/Dispatch.h"
 #include "simulator/Demo.h"
 
@@ -23,7 +25,7 @@ struct Object {
   std::string fault;  // what the last failed call answered
 };
 
-OrvexValue TextValue(const std::string& text) {
+OrvexValue TextValue(std::string_view text) {
   OrvexValue value{};
   value.kind = ORVEX_TEXT;
   value.count = static_cast<std::int32_t>(text.size());
@@ -49,14 +51,14 @@ std::int32_t Guarded(std::string& fault, OrvexValue* result, Action action) noex
 }
 
 void* Create(OrvexValue* fault) {
-  static std::string text;
-  void* created = nullptr;
-  Guarded(text, fault, [&created] {
+  try {
     // Never destroyed: objects may be released as late as the end of the process.
     static const DispatchFactory& factory = *new DispatchFactory(DemoNetwork().Factory());
-    created = new Object{factory(), {}};
-  });
-  return created;
+    return new Object{factory(), {}};
+  } catch (const std::exception&) {  // no memory: nothing else fails here
+    if (fault != nullptr) *fault = TextValue(Fault::OutOfMemory);
+    return nullptr;
+  }
 }
 
 void Release(void* object) { delete static_cast<Object*>(object); }

@@ -1,6 +1,8 @@
 // The data of one simulated controller, set up and looked at through typed accessors, shared by
 // every core object that is connected to it. Made by a Network. The sizes given at its making never
-// change, so that an assignment can refer to its data. One thread at a time.
+// change, so that an assignment can refer to its data. Nothing here is locked: core objects and
+// behaviours come here under the network's lock, and whoever else does while other threads use the
+// network takes it himself (Network::Lock).
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
 // A small ready-made cell with some of every kind of data, for demonstrations, examples and the
-// loadable component. Every call makes one of its own.
+// loadable component. Every call makes one of its own, on any thread.
 #pragma once
 
 #include "simulator/Network.h"

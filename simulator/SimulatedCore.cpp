@@ -19,6 +19,8 @@ OrvexValue SimulatedCore::Invoke(std::int32_t id, OrvexCall call,
   const Operation* operation = Find(id, call);
   if (operation == nullptr) throw Fault("Unknown operation");
   const Arguments checked(operation->parameters, arguments);
+  if (operation->place == Operation::Place::Local) return operation->handler(*this, checked);
+  const auto lock = network_.Lock();
   if (operation->place == Operation::Place::Connection) {
     if (const auto obstacle = Reach(operation->name)) return Answer(*obstacle);
   }

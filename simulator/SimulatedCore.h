@@ -1,7 +1,8 @@
 // One lower core object of the simulation: connects to a controller of its Network and carries out
 // the operations of the lower communication layer on that controller's data. It has its own host
 // name, port, time-out, client key, connection, assignment and last error text. Made by
-// Network::Factory; one client, one thread.
+// Network::Factory. One client and one thread at a time; a call that reaches the controller holds
+// the network's lock, so that clients of one controller may call at once.
 #pragma once
 
 #include <cstdint>

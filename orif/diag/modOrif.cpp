@@ -32,9 +32,6 @@ struct StartUp {
 
 // The lines of one thread.
 struct Lines : platform::ThreadObject {
-  Lines() = default;
-  ~Lines() override;
-
   /// The line being built.
   std::string line;
   std::string last;
@@ -43,25 +40,15 @@ struct Lines : platform::ThreadObject {
   std::size_t oldest = 0;
 };
 
-// A plain pointer, because objects of the thread that are destroyed later may still write lines.
-constinit thread_local Lines* threadLines = nullptr;
-constinit thread_local bool threadEnded = false;
+// The lines of the calling thread; null if it has written none.
+Lines* WrittenLines() noexcept { return static_cast<Lines*>(platform::OfThread()); }
 
-Lines::~Lines() {
-  threadLines = nullptr;
-  threadEnded = true;
-}
-
-// The lines of the calling thread; null if the thread is ending or there is no memory.
+// The same, created if necessary; null if the thread is ending or there is no memory.
 Lines* ThreadLines() noexcept {
-  if (threadLines != nullptr || threadEnded) return threadLines;
+  if (Lines* const written = WrittenLines()) return written;
   std::unique_ptr<Lines> lines(new (std::nothrow) Lines);
-  threadLines = lines.get();
-  if (lines != nullptr && !platform::LeaveToThread(std::move(lines))) {
-    // The lines were deleted, but the thread goes on: try again with its next line.
-    threadEnded = false;
-  }
-  return threadLines;
+  if (lines != nullptr) platform::LeaveToThread(std::move(lines));
+  return WrittenLines();
 }
 
 std::string TwoDigits(int value) {
@@ -152,13 +139,17 @@ std::int32_t NextObjectId() noexcept {
   return static_cast<std::int32_t>(objectCounter.fetch_add(1, std::memory_order_relaxed) + 1);
 }
 
-std::string LastMessage() { return threadLines == nullptr ? std::string() : threadLines->last; }
+std::string LastMessage() {
+  const Lines* const lines = WrittenLines();
+  return lines == nullptr ? std::string() : lines->last;
+}
 
 std::string AllMessages() {
   std::string result;
-  if (threadLines == nullptr) return result;
+  const Lines* const lines = WrittenLines();
+  if (lines == nullptr) return result;
   for (std::size_t i = 0; i < TrailLength; ++i) {
-    const std::string& entry = threadLines->trail[(threadLines->oldest + i) % TrailLength];
+    const std::string& entry = lines->trail[(lines->oldest + i) % TrailLength];
     const bool lineEnd = !entry.empty() && !result.empty();
     result += entry;
     if (lineEnd) result += "\r\n";

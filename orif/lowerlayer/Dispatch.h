@@ -15,7 +15,8 @@ namespace orif {
 /// The late-bound core object of the lower communication layer: an operation is invoked by its
 /// number, and a name can be looked up for its number. The adapter of a loaded component and the
 /// simulated controller implement it, and so may any host that gives a Core a factory of its own.
-/// One object serves one Core and one thread at a time.
+/// One object serves one Core, and one thread at a time calls it. Different objects may be called
+/// at once.
 class ORIF_HEADER_TYPE Dispatch {
  public:
   Dispatch() = default;
@@ -36,7 +37,8 @@ class ORIF_HEADER_TYPE Dispatch {
   virtual std::int32_t Lookup(std::string_view name) = 0;
 };
 
-/// Makes one lower core object. Throws, or returns an empty pointer, if it cannot.
+/// Makes one lower core object. Throws, or returns an empty pointer, if it cannot. It may be called
+/// by several threads at once if the Cores that use it are constructed on several threads.
 using DispatchFactory = std::function<std::shared_ptr<Dispatch>()>;
 
 }  // namespace orif

@@ -13,7 +13,7 @@ extern "C" {
 
 /** The version of this interface. It is raised with every change; library and component must agree
  * exactly. */
-#define ORVEX_COMMLIB_VERSION 1u
+#define ORVEX_COMMLIB_VERSION 2u
 
 /** The name under which a component exports its entry point, an OrvexCommLibEntryFunction. */
 #define ORVEX_COMMLIB_ENTRY "OrvexCommLibEntry"
@@ -60,9 +60,13 @@ typedef struct OrvexValue {
   } as;               /**< the value; which member counts depends on `kind` */
 } OrvexValue;
 
-/** The functions of a component. `object` is its own handle of one core object. A text in *result
- * or *fault belongs to the component; it stays as it is until the next call on the object (for
- * create: until the next create). */
+/** The functions of a component. `object` is its own handle of one core object.
+ *
+ * Calls on one object come one at a time, but not always from the same thread. Calls on different
+ * objects may come at once, and so may create and the entry point.
+ *
+ * A text in *result belongs to the component and stays as it is until the next call on the object;
+ * a text in *fault of create stays until the next create on the same thread. */
 typedef struct OrvexCommLib {
   /** ORVEX_COMMLIB_VERSION. */
   uint32_t version;

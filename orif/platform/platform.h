@@ -30,10 +30,14 @@ class ThreadObject {
   virtual ~ThreadObject() = default;
 };
 
-/// Hands `object` to the calling thread, which can keep one; the system deletes it when the thread
-/// ends. Deletes the object at once and returns false if the system cannot do that. The module that
-/// contains this code must stay loaded until its threads have ended.
+/// Hands `object` to the calling thread, which has none yet; the system deletes it when the thread
+/// ends. Deletes the object at once and returns false if the system cannot do that, for example
+/// because the thread is ending. The module that contains this code must stay loaded until its
+/// threads have ended.
 bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept;
+
+/// The object of the calling thread; null if it has none, or none any more.
+ThreadObject* OfThread() noexcept;
 
 /// The high-resolution counter.
 std::int64_t PerformanceCounter() noexcept;

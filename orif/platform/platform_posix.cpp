@@ -124,6 +124,17 @@ void Append(const std::string& path, int flags, std::string_view text) {
 // 0 until it is needed.
 constinit thread_local std::int32_t threadNumber = 0;
 
+// Without destructors: objects of the thread that are destroyed later may still ask for it.
+constinit thread_local ThreadObject* threadObject = nullptr;
+constinit thread_local bool threadEnded = false;
+
+// Called by the system after the destructors of thread-local objects.
+void EndThread(void* object) {
+  threadObject = nullptr;
+  threadEnded = true;
+  delete static_cast<ThreadObject*>(object);
+}
+
 // A forked child inherits the variable, but its thread has another number.
 [[maybe_unused]] const int forkHook = pthread_atfork(nullptr, nullptr, [] { threadNumber = 0; });
 
@@ -146,16 +157,16 @@ std::int32_t ThreadNumber() noexcept {
 
 bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept {
   struct Key {
-    Key() : made(pthread_key_create(&value, &End) == 0) {}
-    static void End(void* object) { delete static_cast<ThreadObject*>(object); }
     pthread_key_t value{};
-    bool made;
+    bool made = pthread_key_create(&value, &EndThread) == 0;
   };
   static const Key key;
-  if (!key.made || pthread_setspecific(key.value, object.get()) != 0) return false;
-  (void)object.release();  // NOLINT(bugprone-unused-return-value): the thread has it
+  if (threadEnded || !key.made || pthread_setspecific(key.value, object.get()) != 0) return false;
+  threadObject = object.release();
   return true;
 }
+
+ThreadObject* OfThread() noexcept { return threadObject; }
 
 std::int64_t PerformanceCounter() noexcept {
   return std::chrono::steady_clock::now().time_since_epoch().count();

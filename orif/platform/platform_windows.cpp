@@ -44,6 +44,28 @@ HMODULE ThisModule(DWORD flags) {
   return module;
 }
 
+// The content of the slot of a thread that has ended.
+char ended = 0;
+
+DWORD ThreadSlot() noexcept;
+
+void WINAPI EndThread(void* object) {
+  if (object == &ended) return;
+  delete static_cast<ThreadObject*>(object);
+  // The slot is not empty if a thread deletes the fiber of another.
+  if (FlsGetValue(ThreadSlot()) == nullptr) FlsSetValue(ThreadSlot(), &ended);
+}
+
+// The slot in which the system keeps the object of each thread. A thread_local variable would not
+// do: the runtime of the compiler frees those of a thread before the system calls back. From the
+// first call on the module stays loaded.
+DWORD ThreadSlot() noexcept {
+  static const DWORD slot = ThisModule(GET_MODULE_HANDLE_EX_FLAG_PIN) == nullptr
+                                ? FLS_OUT_OF_INDEXES
+                                : FlsAlloc(&EndThread);
+  return slot;
+}
+
 void Append(const std::string& path, DWORD creation, std::string_view text) {
   const HANDLE file =
       CreateFileA(path.c_str(), FILE_APPEND_DATA | FILE_READ_ATTRIBUTES,
@@ -84,15 +106,17 @@ std::string ModuleDirectory() {
 
 std::int32_t ThreadNumber() noexcept { return static_cast<std::int32_t>(GetCurrentThreadId()); }
 
-// Pins the module from the first object on: the system calls into it when a thread ends.
 bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept {
-  static const DWORD slot =
-      ThisModule(GET_MODULE_HANDLE_EX_FLAG_PIN) == nullptr
-          ? FLS_OUT_OF_INDEXES
-          : FlsAlloc([](void* thread) WINAPI { delete static_cast<ThreadObject*>(thread); });
-  if (slot == FLS_OUT_OF_INDEXES || FlsSetValue(slot, object.get()) == 0) return false;
+  if (FlsGetValue(ThreadSlot()) != nullptr || FlsSetValue(ThreadSlot(), object.get()) == 0) {
+    return false;
+  }
   (void)object.release();  // NOLINT(bugprone-unused-return-value): the thread has it
   return true;
+}
+
+ThreadObject* OfThread() noexcept {
+  void* const object = FlsGetValue(ThreadSlot());
+  return object == &ended ? nullptr : static_cast<ThreadObject*>(object);
 }
 
 std::int64_t PerformanceCounter() noexcept {

@@ -1,7 +1,7 @@
 // The simulated controller as a registered automation component: core objects of the demonstration
 // cell, in the process of whoever creates them, under a program identifier of its own. One network
-// serves every object of the process; like the rest of the simulation it is for one thread. The
-// module is never unloaded, since the cell's data lives in it.
+// serves every object of the process, each in the apartment that created it. The module is never
+// unloaded, since the cell's data lives in it.
 #include <windows.h>
 
 #include <objbase.h>

@@ -36,32 +36,42 @@ TEST_F(SignalIo, EveryMemberHasItsOperationAndItsSuccess) {
                                  &Core::WriteSO, &Core::WriteSI, &Core::WriteUO, &Core::WriteUI}) {
       RUN((core.*write)(3, bits, 10));
     }
-    RUN(core.ReadGO(1, groups, 4), core.WriteGO(1, groups, 4), core.ReadGI(1, groups, 4),
-        core.WriteGI(1, groups, 4));
+    RUN(core.ReadGO(1, groups, 4));
+    RUN(core.WriteGO(1, groups, 4));
+    RUN(core.ReadGI(1, groups, 4));
+    RUN(core.WriteGI(1, groups, 4));
   }
-  core.DebugLog(true);
-  RUN(core.WriteGO(1, groups, 4));
+  TRACED(core.WriteGO(1, groups, 4));
 }
 
 TEST_F(SignalIo, BlocksIndicesAndCounts) {
   Say("the second block");
-  RUN(core.ReadSDO(11000, bits, 3), core.ReadSDO(11005, bits, 3), core.WriteSDO(11001, bits, 3),
-      core.ReadSDI(11005, bits, 3));
+  RUN(core.ReadSDO(11000, bits, 3));
+  RUN(core.ReadSDO(11005, bits, 3));
+  RUN(core.WriteSDO(11001, bits, 3));
+  RUN(core.ReadSDI(11005, bits, 3));
   Say("one member tests its index");
-  RUN(core.ReadSDO(0, bits, 3), core.WriteSDO(0, bits, 3), core.ReadRDO(-1, bits, 3));
+  RUN(core.ReadSDO(0, bits, 3));
+  RUN(core.WriteSDO(0, bits, 3));
+  RUN(core.ReadRDO(-1, bits, 3));
   Say("bounds: 1 to 5 holds five, 0 to 3 does not");
-  RUN(core.ReadSDO(1, ArrayView(bits.data(), 1, 5), 5),
-      core.ReadSDO(1, ArrayView(bits.data(), 0, 3), 5),
-      core.WriteSI(1, ArrayView<const std::int16_t>(bits.data(), 0, 3), 5),
-      core.ReadGI(1, groups, 5));
+  RUN(core.ReadSDO(1, ArrayView(bits.data(), 1, 5), 5));
+  RUN(core.ReadSDO(1, ArrayView(bits.data(), 0, 3), 5));
+  RUN(core.WriteSI(1, ArrayView<const std::int16_t>(bits.data(), 0, 3), 5));
+  RUN(core.ReadGI(1, groups, 5));
   Say("a negative count is the lower layer's to refuse; an array without elements is a fault");
-  RUN(core.ReadSDI(1, bits, -1), core.ReadSDI(1, {}, 0), core.WriteGO(1, {}, 2));
+  RUN(core.ReadSDI(1, bits, -1));
+  RUN(core.ReadSDI(1, {}, 0));
+  RUN(core.WriteGO(1, {}, 2));
   Say("16 bits, but for the members that go by name");
   std::vector<std::int16_t> many(32768);
-  RUN(core.ReadSDI(32767, many, 32767), core.ReadSDI(32768, many, 1), core.ReadSDI(1, many, 32768),
-      core.WriteUI(40000, many, 32768));
+  RUN(core.ReadSDI(32767, many, 32767));
+  RUN(core.ReadSDI(32768, many, 1));
+  RUN(core.ReadSDI(1, many, 32768));
+  RUN(core.WriteUI(40000, many, 32768));
   Say("the member without a check: its shift, and what the array lacks");
-  RUN(core.WriteGO(10000, groups, 4), core.WriteGO(10001, groups, 4));
+  RUN(core.WriteGO(10000, groups, 4));
+  RUN(core.WriteGO(10001, groups, 4));
   std::vector<std::int32_t> sent;
   lower->On(DispId::WriteGO, [&](auto arguments) {
     sent.assign(arguments[1].as.i4Ref, arguments[1].as.i4Ref + arguments[2].as.i2);
@@ -69,25 +79,26 @@ TEST_F(SignalIo, BlocksIndicesAndCounts) {
   });
   RUN(core.WriteGO(1, groups, 6));
   EXPECT_EQ(sent, (std::vector<std::int32_t>{100000, 2, 3, 4, 0, 0}));
-  RUN(core.WriteGO(1, groups, 32768), core.WriteGO(1, groups, std::numeric_limits<Index>::max()));
+  RUN(core.WriteGO(1, groups, 32768));
+  RUN(core.WriteGO(1, groups, std::numeric_limits<Index>::max()));
   Say("a text that cannot be had, with statuses that would be success without it");
   AnswerAll(1);
   lower->Throw(DispId::LastErrorText, "gone");
   for (const bool traced : {false, true}) {
     core.DebugLog(traced);
-    RUN(core.WriteSDO(1, bits, 1), core.WriteSI(1, bits, 1), core.WriteGI(1, groups, 1),
-        core.WriteGO(1, groups, 1));
+    RUN(core.WriteSDO(1, bits, 1));
+    RUN(core.WriteSI(1, bits, 1));
+    RUN(core.WriteGI(1, groups, 1));
+    RUN(core.WriteGO(1, groups, 1));
   }
   lower->On(DispId::WriteGO, -1);
   RUN(core.WriteGO(1, groups, 1));
   core.DebugLog(false);
   Say("faults of the lower layer, and no lower core object");
   lower->Throw(DispId::ReadUI, "broken");
-  core.DebugLog(true);
-  RUN(core.ReadUI(1, bits, 1));
+  TRACED(core.ReadUI(1, bits, 1));
   core.Connect("robot");
   core.Disconnect();
-  core.DebugLog(false);
   RUN(core.ReadUI(1, bits, 1));
 }
 

@@ -5,36 +5,29 @@
 namespace orif::test {
 namespace {
 
-class Table : public Transcript {
- protected:
-  Table() {
-    core.Connect("robot");
-    table = core.DataTable();
-  }
-
-  std::shared_ptr<DataTable> table;  // ID 3
-};
+using Table = TableTranscript;
 
 TEST_F(Table, RegistersAnItemInThreeSteps) {
-  core.DebugLog(true);
-  RUN(table->AddNumReg(NUMREG_INT, 1, 10));
-  core.DebugLog(false);
-  RUN(table->AddNumReg(NUMREG_REAL, 5, 6), table->AddNumReg(NUMREG_INT, 3, 3), table->Count(),
-      core.mlngDataTableCount());
+  TRACED(table->AddNumReg(NUMREG_INT, 1, 10));
+  RUN(table->AddNumReg(NUMREG_REAL, 5, 6));
+  RUN(table->AddNumReg(NUMREG_INT, 3, 3));
+  RUN(table->Count());
+  RUN(core.mlngDataTableCount());
 }
 
 TEST_F(Table, ARefusedItemLeavesNothingBehind) {
-  RUN(table->AddNumReg(POSREG, 0, 0), table->AddNumReg(NUMREG_INT, 0, 5),
-      table->AddNumReg(NUMREG_INT, 1, 0), table->AddNumReg(NUMREG_INT, 6, 5),
-      table->AddNumReg(NUMREG_INT, 1, Max));
+  RUN(table->AddNumReg(POSREG, 0, 0));
+  RUN(table->AddNumReg(NUMREG_INT, 0, 5));
+  RUN(table->AddNumReg(NUMREG_INT, 1, 0));
+  RUN(table->AddNumReg(NUMREG_INT, 6, 5));
+  RUN(table->AddNumReg(NUMREG_INT, 1, Max));
   Say("refused by the controller, traced");
   lower->On(DispId::SetRAssignment, 7);
-  core.DebugLog(true);
-  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
-  core.DebugLog(false);
+  TRACED(table->AddNumReg(NUMREG_INT, 1, 1));
   Say("a fault of the lower layer");
   lower->Throw(DispId::SetRAssignment, "broken");
-  RUN(table->AddNumReg(NUMREG_INT, 1, 1), table->Count());
+  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table->Count());
   lower->On(DispId::SetRAssignment, 0);
   RUN(table->AddNumReg(NUMREG_INT, 2, 2));
 }
@@ -50,7 +43,8 @@ TEST_F(Table, AnItemIsThereOnceItsBlockIsAccepted) {
   std::int32_t count = 0;
   std::shared_ptr<DataItem> item;
   host = [&] { count = table->Count(), item = table->Item(2); };
-  RUN(table->AddNumReg(NUMREG_INT, 2, 2), table->Item(2));
+  RUN(table->AddNumReg(NUMREG_INT, 2, 2));
+  RUN(table->Item(2));
   SHOW(count);
   EXPECT_EQ(item, nullptr);
   Say("the host registers as many as there was room for");
@@ -61,7 +55,8 @@ TEST_F(Table, AnItemIsThereOnceItsBlockIsAccepted) {
   const auto late = table->AddNumReg(NUMREG_INT, 3, 3);
   EXPECT_EQ(table->Item(102), between.back());
   EXPECT_EQ(table->Item(103), late);
-  RUN(late->Valid(), table->AddNumReg(NUMREG_INT, 4, 4));
+  RUN(late->Valid());
+  RUN(table->AddNumReg(NUMREG_INT, 4, 4));
   Say("the host clears the table, at its start or not, and registers again");
   for (const bool first : {false, true}) {
     if (first) table->Clear();
@@ -69,36 +64,50 @@ TEST_F(Table, AnItemIsThereOnceItsBlockIsAccepted) {
       table->Clear();
       table->AddNumReg(NUMREG_INT, 7, 7);
     };
-    RUN(table->AddNumReg(NUMREG_INT, 5, 5), table->Count());
+    RUN(table->AddNumReg(NUMREG_INT, 5, 5));
+    RUN(table->Count());
   }
   Say("the host ends the table");
   host = [this] { table->Kill(); };
-  RUN(table->AddPosRegMG(POSREGMG, "C,C", 1, 1), table->Count());
+  RUN(table->AddPosRegMG(POSREGMG, "C,C", 1, 1));
+  RUN(table->Count());
 }
 
 TEST_F(Table, TheAreaEndsAtWord16383OverBothTables) {
   lower->On(DispId::ReadRShort, 1);
   Say("one table: a word too many, then all of them");
-  RUN(table->AddNumReg(NUMREG_INT, 1, 8192), table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655),
-      table->AddNumReg(NUMREG_INT, 1, 4), table->AddNumReg(NUMREG_INT, 1, 1), table->Refresh());
+  RUN(table->AddNumReg(NUMREG_INT, 1, 8192));
+  RUN(table->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655));
+  RUN(table->AddNumReg(NUMREG_INT, 1, 4));
+  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table->Refresh());
   Say("a second table behind a full one has no words");
-  RUN(core.DataTable2()->AddNumReg(NUMREG_INT, 1, 1), core.DataTable2()->Refresh());
+  RUN(core.DataTable2()->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(core.DataTable2()->Refresh());
   Say("the same words in two tables");
   table->Clear();
   RUN(table->AddNumReg(NUMREG_INT, 1, 4));
   const auto table2 = core.DataTable2();
-  RUN(table2->AddNumReg(NUMREG_INT, 1, 8188), table2->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655),
-      table2->AddNumReg(NUMREG_INT, 1, 1), table->Refresh(), table2->Refresh());
+  RUN(table2->AddNumReg(NUMREG_INT, 1, 8188));
+  RUN(table2->AddPosRegXyzwpr(POSREG_XYZWPR, 1, 1, 655));
+  RUN(table2->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table->Refresh());
+  RUN(table2->Refresh());
 }
 
 TEST_F(Table, ASecondTableFixesTheFirstUntilEitherIsCleared) {
   table->AddNumReg(NUMREG_INT, 1, 2);
   for (const bool clearSecond : {false, true}) {
     const auto table2 = core.DataTable2();
-    RUN(table2->AddNumReg(NUMREG_INT, 1, 1), table->Fixed(), table->AddNumReg(NUMREG_INT, 1, 1),
-        (clearSecond ? table2 : table)->Clear(), table->Fixed(), table2->Valid());
+    RUN(table2->AddNumReg(NUMREG_INT, 1, 1));
+    RUN(table->Fixed());
+    RUN(table->AddNumReg(NUMREG_INT, 1, 1));
+    RUN((clearSecond ? table2 : table)->Clear());
+    RUN(table->Fixed());
+    RUN(table2->Valid());
     EXPECT_NE(core.DataTable2(), table2);
-    RUN(table->Clear(), table->AddNumReg(NUMREG_INT, 1, 1));
+    RUN(table->Clear());
+    RUN(table->AddNumReg(NUMREG_INT, 1, 1));
   }
 }
 
@@ -107,7 +116,8 @@ TEST_F(Table, ClearReleasesItemsInOrder) {
   table->AddNumReg(NUMREG_INT, 2, 2);
   table->AddNumReg(NUMREG_INT, 3, 3);
   core.DebugLog(true);
-  RUN(table->Clear(), kept->Valid());
+  RUN(table->Clear());
+  RUN(kept->Valid());
   Say("the second table loses its Core half-way, and its last reference with it");
   auto* table2 = core.DataTable2().get();
   RUN(table2->Clear());
@@ -115,9 +125,22 @@ TEST_F(Table, ClearReleasesItemsInOrder) {
 
 TEST_F(Table, KillDetachesWithoutTellingTheController) {
   const auto item = table->AddNumReg(NUMREG_INT, 1, 1);
-  RUN(table->Kill(), table->Valid(), item->Valid());
+  RUN(table->Kill());
+  RUN(table->Valid());
+  RUN(item->Valid());
   EXPECT_EQ(core.DataTable(), table);  // the first table stays the first table
-  RUN(table->AddNumReg(NUMREG_INT, 1, 1), table->Refresh(), table->Clear());
+  RUN(table->AddNumReg(NUMREG_INT, 1, 1));
+  RUN(table->Refresh());
+  RUN(table->Clear());
+  Expect(R"(
+table->Kill()
+table->Valid() -> false
+item->Valid() -> false
+table->AddNumReg(NUMREG_INT, 1, 1) -> empty
+table->Refresh() -> false
+    |[DataTable.Refresh] ID=3, Err Me.Invalid |
+table->Clear() -> true
+)");
 }
 
 TEST_F(Table, ItemTakesAPositionAndNothingElse) {
@@ -130,7 +153,10 @@ TEST_F(Table, ItemTakesAPositionAndNothingElse) {
     EXPECT_EQ(table->Item(other), nullptr);
   }
   core.DebugLog(true);
-  RUN(table->Item(1), table->Item("1"), table->GetTypeName(), table->AddUserMessage("hello"));
+  RUN(table->Item(1));
+  RUN(table->Item("1"));
+  RUN(table->GetTypeName());
+  RUN(table->AddUserMessage("hello"));
   Say("an index that has no text");
   RUN(table->Item(std::vector<float>{1}));
 }
@@ -143,12 +169,11 @@ TEST_F(Table, RefreshReadsAllWordsAtOnce) {
   RUN(table2->Refresh());
   table2->AddNumReg(NUMREG_INT, 1, 3);
   lower->On(DispId::ReadRShort, 1);
-  core.DebugLog(true);
-  RUN(table->Refresh(), table2->Refresh());
+  TRACED(table->Refresh());
+  TRACED(table2->Refresh());
   lower->On(DispId::ReadRShort, 0);
   lower->On(DispId::LastErrorText, [](auto) { return Text("timed out"); });
-  RUN(table->Refresh());
-  core.DebugLog(false);
+  TRACED(table->Refresh());
   Say("a text that cannot be had, and a fault of the read itself");
   lower->Throw(DispId::LastErrorText, "gone");
   RUN(table->Refresh());
@@ -176,8 +201,10 @@ TEST_F(Table, DecodesARealOfTheLastRefreshOnly) {
   Say("the last pair of words of the buffer, and what is outside");
   RUN(table->GetLastDataFloat(16384, value));
   value = -1;
-  RUN(table->GetLastDataFloat(16385, value), table->GetLastDataFloat(0, value),
-      table->GetLastDataFloat(Max, value), table->GetLastDataFloat(-Max - 1, value));
+  RUN(table->GetLastDataFloat(16385, value));
+  RUN(table->GetLastDataFloat(0, value));
+  RUN(table->GetLastDataFloat(Max, value));
+  RUN(table->GetLastDataFloat(-Max - 1, value));
   Say("what the lower layer cannot convert");
   lower->Throw(DispId::ShortToFloat, "broken");
   RUN(table->GetLastDataFloat(1, value));
@@ -187,7 +214,8 @@ TEST_F(Table, DecodesARealOfTheLastRefreshOnly) {
   Say("a table that is cleared and filled again still has the refresh of before");
   lower->On(DispId::ShortToFloat, [](auto) { return Real(3); });
   table->Clear();
-  RUN(table->AddNumReg(NUMREG_REAL, 1, 1), table->GetLastDataFloat(1, value));
+  RUN(table->AddNumReg(NUMREG_REAL, 1, 1));
+  RUN(table->GetLastDataFloat(1, value));
   lower->On(DispId::ReadRShort, -1);
   table->Refresh();
   RUN(table->GetLastDataFloat(1, value));

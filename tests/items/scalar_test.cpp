@@ -7,7 +7,7 @@
 namespace orif::test {
 namespace {
 
-class Scalars : public Transcript {
+class Scalars : public TableTranscript {
  protected:
   Scalars() {
     lower->On(DispId::ReadRShort, [this](auto arguments) {
@@ -22,8 +22,6 @@ class Scalars : public Transcript {
       return Long(0);
     });
     lower->On(DispId::LastErrorText, [](auto) { return Text("no way"); });
-    core.Connect("robot");
-    table = core.DataTable();
   }
   // What the controller holds, as bytes from word `address` on.
   void Put(std::int32_t address, std::string_view bytes) {
@@ -36,21 +34,24 @@ class Scalars : public Transcript {
     }
   }
 
-  std::shared_ptr<DataTable> table;  // ID 3
   std::string memory = std::string(40000, '\0');
   std::string sent;
 };
 
 TEST_F(Scalars, AreRegistered) {
-  core.DebugLog(true);
-  RUN(table->AddSysVar(SYSVAR_INT, "$Name"), table->AddString(STRREG, 1, 10),
-      table->AddTask(TASK, 1), table->AddAlarm(ALARM_LIST, 5, 1));
-  core.DebugLog(false);
-  RUN(table->AddSysVar(SYSVAR_REAL, "$NAME"), table->AddSysVar(SYSVAR_STRING, "$NAME"),
-      table->AddTask(TASK_IGNORE_MACRO, 3), table->AddTask(TASK_IGNORE_VELTO, 1),
-      table->AddTask(TASK_IGNORE_MACRO_VELTO, 2), table->AddAlarm(ALARM_LIST, 5),
-      table->AddAlarm(ALARM_CURRENT, 2, 2), table->AddAlarm(ALARM_PASSWORD, 1, 3),
-      table->AddAlarm(ALARM_CURRENT, 1, -1));
+  TRACED(table->AddSysVar(SYSVAR_INT, "$Name"));
+  TRACED(table->AddString(STRREG, 1, 10));
+  TRACED(table->AddTask(TASK, 1));
+  TRACED(table->AddAlarm(ALARM_LIST, 5, 1));
+  RUN(table->AddSysVar(SYSVAR_REAL, "$NAME"));
+  RUN(table->AddSysVar(SYSVAR_STRING, "$NAME"));
+  RUN(table->AddTask(TASK_IGNORE_MACRO, 3));
+  RUN(table->AddTask(TASK_IGNORE_VELTO, 1));
+  RUN(table->AddTask(TASK_IGNORE_MACRO_VELTO, 2));
+  RUN(table->AddAlarm(ALARM_LIST, 5));
+  RUN(table->AddAlarm(ALARM_CURRENT, 2, 2));
+  RUN(table->AddAlarm(ALARM_PASSWORD, 1, 3));
+  RUN(table->AddAlarm(ALARM_CURRENT, 1, -1));
   for (std::int32_t type = STRREG; type <= AO_COMMENT; ++type) {
     RUN(table->AddString(static_cast<ORIF_DATA_TYPE>(type), 5, 6));
   }
@@ -58,23 +59,36 @@ TEST_F(Scalars, AreRegistered) {
 }
 
 TEST_F(Scalars, AreRefused) {
-  RUN(table->AddSysVar(SYSVAR_POS, "$NAME"), table->AddSysVar(NUMREG_INT, ""),
-      table->AddSysVar(SYSVAR_INT, ""), table->AddSysVar(SYSVAR_INT, " $NAME"),
-      table->AddString(ALARM_LIST, 1, 1), table->AddString(TASK_IGNORE_MACRO, 1, 1),
-      table->AddStringEx(STRREG, "", 1, 1), table->AddString(STRREG, 0, 1),
-      table->AddString(STRREG, 2, 1), table->AddTask(NUMREG_INT, 0), table->AddTask(TASK, 0),
-      table->AddAlarm(CURPOS, 0), table->AddAlarm(ALARM_LIST, 0));
+  RUN(table->AddSysVar(SYSVAR_POS, "$NAME"));
+  RUN(table->AddSysVar(NUMREG_INT, ""));
+  RUN(table->AddSysVar(SYSVAR_INT, ""));
+  RUN(table->AddSysVar(SYSVAR_INT, " $NAME"));
+  RUN(table->AddString(ALARM_LIST, 1, 1));
+  RUN(table->AddString(TASK_IGNORE_MACRO, 1, 1));
+  RUN(table->AddStringEx(STRREG, "", 1, 1));
+  RUN(table->AddString(STRREG, 0, 1));
+  RUN(table->AddString(STRREG, 2, 1));
+  RUN(table->AddTask(NUMREG_INT, 0));
+  RUN(table->AddTask(TASK, 0));
+  RUN(table->AddAlarm(CURPOS, 0));
+  RUN(table->AddAlarm(ALARM_LIST, 0));
   Say("too large");
-  RUN(table->AddString(STRREG, 1, Max), table->AddString(STRREG, 1, 50000000),
-      table->AddAlarm(ALARM_LIST, Max), table->AddAlarm(ALARM_LIST, 164));
+  RUN(table->AddString(STRREG, 1, Max));
+  RUN(table->AddString(STRREG, 1, 50000000));
+  RUN(table->AddAlarm(ALARM_LIST, Max));
+  RUN(table->AddAlarm(ALARM_LIST, 164));
   Say("refused by the controller");
   lower->On(DispId::SetRAssignment, -1);
-  RUN(table->AddSysVar(SYSVAR_INT, "$NAME"), table->AddString(STRREG, 1, 1),
-      table->AddTask(TASK, 1), table->AddAlarm(ALARM_LIST, 1));
+  RUN(table->AddSysVar(SYSVAR_INT, "$NAME"));
+  RUN(table->AddString(STRREG, 1, 1));
+  RUN(table->AddTask(TASK, 1));
+  RUN(table->AddAlarm(ALARM_LIST, 1));
   Say("a table that takes no items");
   core.DataTable2();
-  RUN(table->AddSysVar(SYSVAR_INT, "$NAME"), table->AddString(STRREG, 1, 1),
-      table->AddTask(TASK, 1), table->AddAlarm(ALARM_LIST, 1));
+  RUN(table->AddSysVar(SYSVAR_INT, "$NAME"));
+  RUN(table->AddString(STRREG, 1, 1));
+  RUN(table->AddTask(TASK, 1));
+  RUN(table->AddAlarm(ALARM_LIST, 1));
 }
 
 TEST_F(Scalars, SystemVariables) {
@@ -82,35 +96,41 @@ TEST_F(Scalars, SystemVariables) {
   const auto real = table->AddSysVar(SYSVAR_REAL, "$R");
   const auto text = table->AddSysVar(SYSVAR_STRING, "$S");
   Variant value = "untouched";
-  RUN(text->SysVarName(), integer->GetValue(value), real->GetValue(value), text->GetValue(value));
+  RUN(text->SysVarName());
+  RUN(integer->GetValue(value));
+  RUN(real->GetValue(value));
+  RUN(text->GetValue(value));
   SHOW(value);
   Put(5, "  Hello world  ");
   table->Refresh();
   lower->On(DispId::ShortToLong, -70000);
   lower->On(DispId::ShortToFloat, [](auto) { return Real(2.5F); });
-  core.DebugLog(true);
-  RUN(integer->GetValue(value));
+  TRACED(integer->GetValue(value));
   SHOW(value);
-  RUN(integer->SetValue("12"));
-  core.DebugLog(false);
+  TRACED(integer->SetValue("12"));
   RUN(real->GetValue(value));
   SHOW(value);
   RUN(text->GetValue(value));
   SHOW(value);
-  RUN(real->SetValue(1.5), text->SetValue(true), text->SetValue(std::string(100, 'x')));
+  RUN(real->SetValue(1.5));
+  RUN(text->SetValue(true));
+  RUN(text->SetValue(std::string(100, 'x')));
   Say("what cannot be written");
-  RUN(integer->SetValue("twelve"), text->SetValue(std::vector<float>{1}));
+  RUN(integer->SetValue("twelve"));
+  RUN(text->SetValue(std::vector<float>{1}));
   lower->On(DispId::WriteRLong, -1);
   lower->On(DispId::WriteRFloat, -1);
   lower->On(DispId::WriteR, -1);
-  RUN(integer->SetValue(1), real->SetValue(1), text->SetValue(1));
+  RUN(integer->SetValue(1));
+  RUN(real->SetValue(1));
+  RUN(text->SetValue(1));
   lower->Throw(DispId::LastErrorText, "gone");
   RUN(text->SetValue(1));
   text->Kill();
-  RUN(text->GetValue(value), text->SetValue(1));
+  RUN(text->GetValue(value));
+  RUN(text->SetValue(1));
   Say("a value that has no text is a fault of the line, before the item is looked at");
-  core.DebugLog(true);
-  RUN(text->SetValue(std::vector<float>{1}));
+  TRACED(text->SetValue(std::vector<float>{1}));
 }
 
 TEST_F(Scalars, TextsAreRead) {
@@ -125,15 +145,14 @@ TEST_F(Scalars, TextsAreRead) {
   Put(139, std::string("ab\0cd", 5));
   Put(179, "\xE4\xF6\xFF");
   table->Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(3, value));
+  TRACED(item->GetValue(3, value));
   SHOW(value);
-  core.DebugLog(false);
   for (std::int32_t i = 4; i <= 8; ++i) {
     RUN(item->GetValue(i, value));
     SHOW(value);
   }
-  RUN(item->GetValue(2, value), item->GetValue(9, value));
+  RUN(item->GetValue(2, value));
+  RUN(item->GetValue(9, value));
   item->Kill();
   RUN(item->GetValue(3, value));
 }
@@ -141,29 +160,40 @@ TEST_F(Scalars, TextsAreRead) {
 TEST_F(Scalars, TextsAreStagedAndSentAtOnce) {
   const auto item = table->AddString(STRREG, 1, 4);
   RUN(item->Update());
-  core.DebugLog(true);
-  RUN(item->SetValue(4, "four"), item->SetValue(2, "odd"), item->Update());
-  core.DebugLog(false);
+  TRACED(item->SetValue(4, "four"));
+  TRACED(item->SetValue(2, "odd"));
+  TRACED(item->Update());
   SHOW(sent);
   Say("neighbours in either order");
-  RUN(item->SetValue(3, "three"), item->SetValue(2, "two"), item->Update());
+  RUN(item->SetValue(3, "three"));
+  RUN(item->SetValue(2, "two"));
+  RUN(item->Update());
   SHOW(sent);
-  RUN(item->SetValue(2, "two"), item->SetValue(3, "three"), item->Update());
+  RUN(item->SetValue(2, "two"));
+  RUN(item->SetValue(3, "three"));
+  RUN(item->Update());
   SHOW(sent);
   Say("nothing is pending any more");
-  RUN(item->Update(), item->SetValue(1, "gone"), item->Reset(), item->Update());
+  RUN(item->Update());
+  RUN(item->SetValue(1, "gone"));
+  RUN(item->Reset());
+  RUN(item->Update());
   Say("empty, 79, 80 and 81 bytes");
   for (const std::size_t bytes : {0U, 79U, 80U, 81U}) {
-    RUN(item->SetValue(1, std::string(bytes, 'x')), item->Update());
+    RUN(item->SetValue(1, std::string(bytes, 'x')));
+    RUN(item->Update());
     SHOW(sent);
   }
   Say("81 bytes run on into the next text, whose own value comes later");
-  RUN(item->SetValue(1, std::string(80, 'x') + '\xFF'), item->SetValue(3, std::string("a\0b", 3)),
-      item->Update());
+  RUN(item->SetValue(1, std::string(80, 'x') + '\xFF'));
+  RUN(item->SetValue(3, std::string("a\0b", 3)));
+  RUN(item->Update());
   SHOW(sent);
   Say("past the end: two bytes more fit, what fits stays, and nothing is pending");
-  RUN(item->SetValue(4, std::string(82, 'y')), item->Update(),
-      item->SetValue(4, std::string(83, 'z')), item->Update());
+  RUN(item->SetValue(4, std::string(82, 'y')));
+  RUN(item->Update());
+  RUN(item->SetValue(4, std::string(83, 'z')));
+  RUN(item->Update());
   Say("refused, and repeated");
   RUN(item->SetValue(2, "again"));
   const auto accept = [](auto) { return Long(0); };
@@ -172,7 +202,9 @@ TEST_F(Scalars, TextsAreStagedAndSentAtOnce) {
   lower->Throw(DispId::LastErrorText, "gone");
   RUN(item->Update());
   lower->On(DispId::WriteRShort, accept);
-  RUN(item->Update(), item->SetValue(5, "x"), item->SetValue(0, "x"));
+  RUN(item->Update());
+  RUN(item->SetValue(5, "x"));
+  RUN(item->SetValue(0, "x"));
   item->SetValue(1, "x");
   item->Kill();
   RUN(item->SetValue(1, "x"));
@@ -196,13 +228,11 @@ TEST_F(Scalars, Tasks) {
   Put(19, "SIXTEEN_CHARS_16");
   PutNumbers(27, 0x4241, 1);
   table->Refresh();
-  core.DebugLog(true);
-  RUN(item->GetValue(name, line, state, parent));
+  TRACED(item->GetValue(name, line, state, parent));
   SHOW(name);
   SHOW(line);
   SHOW(state);
   SHOW(parent);
-  core.DebugLog(false);
   RUN(next->GetValue(name, line, state, parent));
   SHOW(name);
   SHOW(line);
@@ -250,9 +280,7 @@ TEST_F(AlarmValues, AreReadByMode) {
   const auto shorter = table->AddAlarm(ALARM_LIST, 2, 1);
   PutNumbers(201, 500, 22);
   table->Refresh();
-  core.DebugLog(true);
-  RUN(Get(*shorter, 2));
-  core.DebugLog(false);
+  TRACED(Get(*shorter, 2));
   SHOW(numbers);
   Say("the severity's last word is the next record's first");
   RUN(Get(*list, 1));

@@ -30,8 +30,8 @@ TEST(Component, IsRefusedWithAReason) {
   const auto add = [&](const std::string& file, const char* reason) {
     unusable.emplace_back(directory + file, EndsWith(reason));
   };
-  add("other_version.so", "does not serve interface version 1");
-  add("no_interface.so", "does not serve interface version 1");
+  add("other_version.so", "does not serve interface version 2");
+  add("no_interface.so", "does not serve interface version 2");
   for (const std::string function : {"create", "release", "lookup", "invoke"}) {
     add("missing_" + function + ".so", "offers an incomplete interface");
   }

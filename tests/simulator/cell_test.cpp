@@ -40,8 +40,8 @@ class Cell : public orif::test::Sheet<testing::Test> {
   }
 
   template <class Call>
-  void Run(const char* text, const Call& call) {
-    sheet_ << text << " -> ";
+  void Run(const Call& call) {
+    sheet_ << " -> ";
     try {
       if constexpr (std::is_void_v<decltype(call())>)
         call();
@@ -62,7 +62,8 @@ class Cell : public orif::test::Sheet<testing::Test> {
                               : "real " + Show(std::get<1>(value));
   }
 
-  void Assign(std::initializer_list<const char*> pieces) {
+  void Assign(std::initializer_list<const char*> pieces, int line = __builtin_LINE()) {
+    At(line);
     for (const std::string piece : pieces)
       sheet_ << Show(piece) << " -> " << Show(core->SetRAssignment("SETASG " + piece)) << '\n';
   }
@@ -96,10 +97,16 @@ class Cell : public orif::test::Sheet<testing::Test> {
   void Transfer(SignalKind kind, DispId read, Operation write, std::vector<T> values) {
     const auto last = static_cast<std::int32_t>(SignalCount(kind));
     sheet_ << '\n';
-    RUN(last, core->Signals<T>(write, last - 2, values, 3), robot.Signal(kind, last - 1) = 1,
-        core->Signals<T>(read, last - 2, values, 3), values, core->Signals<T>(write, 0, values, 1),
-        core->Signals<T>(write, last - 1, values, 3), core->Signals<T>(read, last - 1, values, 3),
-        core->Signals<T>(read, 1, values, 0), core->Signals<T>(write, 1, values, -3));
+    RUN(last);
+    RUN(core->Signals<T>(write, last - 2, values, 3));
+    RUN(robot.Signal(kind, last - 1) = 1);
+    RUN(core->Signals<T>(read, last - 2, values, 3));
+    RUN(values);
+    RUN(core->Signals<T>(write, 0, values, 1));
+    RUN(core->Signals<T>(write, last - 1, values, 3));
+    RUN(core->Signals<T>(read, last - 1, values, 3));
+    RUN(core->Signals<T>(read, 1, values, 0));
+    RUN(core->Signals<T>(write, 1, values, -3));
     for (const int back : {0, 1, 2}) robot.Signal(kind, last - back) = 0;
   }
 
@@ -115,10 +122,13 @@ class Cell : public orif::test::Sheet<testing::Test> {
 };
 
 TEST_F(Cell, IsAssignedPieceByPiece) {
-  RUN(robot.SetVariable("$COUNT[2].$X", 1), robot.SetVariable("$TITLE", std::string("t")),
-      robot.SetVariable("$RATE", 1.0f), robot.SetVariable("$RATE", 1),
-      void(robot.Variable("$rate")), robot.SetVariable("$HOME", Position()),
-      core->SetRAssignment("setasg 1 2 R[1] 1.0"));
+  RUN(robot.SetVariable("$COUNT[2].$X", 1));
+  RUN(robot.SetVariable("$TITLE", std::string("t")));
+  RUN(robot.SetVariable("$RATE", 1.0f));
+  RUN(robot.SetVariable("$RATE", 1));
+  RUN(void(robot.Variable("$rate")));
+  RUN(robot.SetVariable("$HOME", Position()));
+  RUN(core->SetRAssignment("setasg 1 2 R[1] 1.0"));
   Assign({"", "1 2 R[1]", " 1 2 R[1] 1.0", "+1 2 R[1] 1.0", "01 2 R[1] 1.0",
           "99999999999 2 R[1] 1.0", "1 2 R[] 1.0", "1 2 R]1[ 1.0", "1 2 R[1]x 1.0", "1 2 R[1] 1.0 ",
           "1 50 PR[G0:1] 0.0", "1 50 PR[G2] 0.0", "1 25 PR[1]@1 0.0"});
@@ -145,28 +155,52 @@ TEST_F(Cell, IsAssignedPieceByPiece) {
 TEST_F(Cell, IsReadAsItStandsAndWrittenWholeOrNotAtAll) {
   Words words(9, 1);
   Assign({"61 2 R[11] 0", "5 2 R[9] 1.0", "1 4 R[1] 1.0", "7 2 R[10] 0", "9 50 POS[0] 0.0"});
-  RUN(core->WriteRLong(3, Longs{1, 1, 1}, 3), core->WriteRLong(2, Longs{1}, 1),
-      core->WriteRLong(1, Longs{1}, 0), core->WriteRShort(5, words, 5),
-      core->WriteRShort(58, words, 2), core->WriteRShort(62, words, 2),
-      core->WriteRShort(59, words, 4), core->WriteRShort(0, words, 1),
-      core->WriteRShort(1, words, 0), Read(1, 62));
+  RUN(core->WriteRLong(3, Longs{1, 1, 1}, 3));
+  RUN(core->WriteRLong(2, Longs{1}, 1));
+  RUN(core->WriteRLong(1, Longs{1}, 0));
+  RUN(core->WriteRShort(5, words, 5));
+  RUN(core->WriteRShort(58, words, 2));
+  RUN(core->WriteRShort(62, words, 2));
+  RUN(core->WriteRShort(59, words, 4));
+  RUN(core->WriteRShort(0, words, 1));
+  RUN(core->WriteRShort(1, words, 0));
+  RUN(Read(1, 62));
   Say("over the border of two pieces, in whole registers and in halves");
-  RUN(core->WriteRLong(3, Longs{0x12345678, -6}, 2), Read(3, 4), Read(4, 2), Read(58, 5),
-      core->WriteRShort(4, Words{1, 0}, 2), Read(3, 4), robot.NumericRegister(9) = 7, Read(5, 1),
-      Read(16383, 1), core->ReadRShort(16383, words, 2), core->ReadRShort(0, words, 1),
-      core->ReadRShort(1, words, -1), core->ReadRShort(1, words, 0), words,
-      core->ClearRAssignment(), Read(1, 62));
+  RUN(core->WriteRLong(3, Longs{0x12345678, -6}, 2));
+  RUN(Read(3, 4));
+  RUN(Read(4, 2));
+  RUN(Read(58, 5));
+  RUN(core->WriteRShort(4, Words{1, 0}, 2));
+  RUN(Read(3, 4));
+  RUN(robot.NumericRegister(9) = 7);
+  RUN(Read(5, 1));
+  RUN(Read(16383, 1));
+  RUN(core->ReadRShort(16383, words, 2));
+  RUN(core->ReadRShort(0, words, 1));
+  RUN(core->ReadRShort(1, words, -1));
+  RUN(core->ReadRShort(1, words, 0));
+  RUN(words);
+  RUN(core->ClearRAssignment());
+  RUN(Read(1, 62));
 }
 
 TEST_F(Cell, KeepsTheTypeOfARegisterAsWritten) {
   NumericValue& value = robot.NumericRegister(1);
   Assign({"1 2 R[1] 1.0", "3 2 R[1] 0"});
-  RUN(value = -70000, Print(1, "ir"));
-  for (const float real : {2.5f, 3.5f, -0.5f, 3e9f, -INFINITY, NAN})
-    RUN(value = real, Print(1, "i"));
-  RUN(core->WriteRFloat(3, Reals{1.25f}, 1), value, core->WriteRLong(1, Longs{8}, 1), value,
-      core->WriteRLong(3, Longs{9}, 1), core->WriteRFloat(1, Reals{9}, 1), core->WriteR(1, "9"),
-      value);
+  RUN(value = -70000);
+  RUN(Print(1, "ir"));
+  for (const float real : {2.5f, 3.5f, -0.5f, 3e9f, -INFINITY, NAN}) {
+    RUN(value = real);
+    RUN(Print(1, "i"));
+  }
+  RUN(core->WriteRFloat(3, Reals{1.25f}, 1));
+  RUN(value);
+  RUN(core->WriteRLong(1, Longs{8}, 1));
+  RUN(value);
+  RUN(core->WriteRLong(3, Longs{9}, 1));
+  RUN(core->WriteRFloat(1, Reals{9}, 1));
+  RUN(core->WriteR(1, "9"));
+  RUN(value);
 }
 
 TEST_F(Cell, FillsTheRecordsOfTextsTasksAndAlarms) {
@@ -175,23 +209,38 @@ TEST_F(Cell, FillsTheRecordsOfTextsTasksAndAlarms) {
   robot.Comment(CommentKind::DO, 4096) = "last";
   robot.Comment(CommentKind::WSO, 1) = eighty + "y";
   Assign({"1 80 SR[1] 1", "81 40 DO[C4096] 1", "121 40 WSO[C1] 1"});
-  RUN(core->WriteR(41, "short"), core->WriteR(1, eighty), core->WriteR(1, eighty + "y"),
-      core->WriteR(2, "a"), Print(1, "tttt"), core->WriteR(1, ""), robot.StringRegister(1),
-      core->WriteRShort(41, Words{0x3231, 0x33}, 2), robot.StringRegister(2));
+  RUN(core->WriteR(41, "short"));
+  RUN(core->WriteR(1, eighty));
+  RUN(core->WriteR(1, eighty + "y"));
+  RUN(core->WriteR(2, "a"));
+  RUN(Print(1, "tttt"));
+  RUN(core->WriteR(1, ""));
+  RUN(robot.StringRegister(1));
+  RUN(core->WriteRShort(41, Words{0x3231, 0x33}, 2));
+  RUN(robot.StringRegister(2));
   robot.TaskList() = {{"MAC", 1, 2, "", true, false},
                       {"COMPILED", 3, 4, "", false, true},
                       {"SIXTEEN-LETTERS!+", 5, 6, "P", false, false}};
   Assign({"201 72 PRG[1] 1", "301 36 PRG[M1] 1", "401 36 PRG[V1] 1", "501 36 PRG[MV1] 1"});
-  RUN(Print(201, "nwwnnwwnnwwnnwwn"), Print(301, "nwwnnwwn"), Print(401, "nwwnnwwn"),
-      Print(501, "nwwnnwwn"), core->WriteRShort(201, Words{1}, 1));
+  RUN(Print(201, "nwwnnwwnnwwnnwwn"));
+  RUN(Print(301, "nwwnnwwn"));
+  RUN(Print(401, "nwwnnwwn"));
+  RUN(Print(501, "nwwnnwwn"));
+  RUN(core->WriteRShort(201, Words{1}, 1));
   const Alarm alarm{1, 2, 3,  4,  5,         2024,    7,
                     8, 9, 10, 11, "message", "cause", "eighteen bytes here"};
   robot.Alarms(AlarmList::Active) = {alarm, alarm};
   robot.Alarms(AlarmList::History) = {alarm};
   Assign({"1001 300 ALM[1] 1", "1301 22 ALM[E1]@1.11 1", "1401 91 ALM[P1]@1.91 1"});
-  RUN(Print(1101, "wwwwwwwwwwwtts"), Read(1201, 291), Send(""), Send("CLRALMS"), Send("CLRALM "),
-      Send("CLRALM 0"), Send("CLRALM -1"), Send("CLRALM x"), Read(1001, 3), Send("CLRALM 2"),
-      Read(1001, 322), robot.Commands());
+  RUN(Print(1101, "wwwwwwwwwwwtts"));
+  RUN(Read(1201, 291));
+  for (const char* unknown : {"", "CLRALMS", "CLRALM ", "CLRALM 0", "CLRALM -1", "CLRALM x"}) {
+    RUN(Send(unknown));
+  }
+  RUN(Read(1001, 3));
+  RUN(Send("CLRALM 2"));
+  RUN(Read(1001, 322));
+  RUN(robot.Commands());
 }
 
 const Reals nine{1, 2, 3, 4, 5, 6, 7, 8, 9};
@@ -201,59 +250,120 @@ const Words fourteen{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
 
 TEST_F(Cell, LeavesAPositionAsItWasWhenItRefusesAWrite) {
   Assign({"1 100 PR[1] 0.0", "101 50 POS[0] 0.0", "151 2 R[1] 0"});
-  RUN(core->WriteRJoint(1, eighteen, 1, 1), core->WriteRXyzwpr(1, Reals(5, 1), seven, 1, 1),
-      core->WriteRXyzwpr(1, nine, Words(6, 1), 1, 1), core->WriteRJoint(2, nine, 1, 1),
-      core->WriteRJoint(101, nine, 1, 1), core->WriteRJoint(151, nine, 1, 1),
-      core->WriteRJoint(153, nine, 1, 1), core->WriteRXyzwprConfig(51, 2, eighteen, 9, fourteen, 7),
-      core->WriteRXyzwprConfig(1, 2, eighteen, 9, fourteen, 6),
-      core->WriteRXyzwprConfig(1, 0, eighteen, 9, fourteen, 7), Read(1, 152));
+  RUN(core->WriteRJoint(1, eighteen, 1, 1));
+  RUN(core->WriteRXyzwpr(1, Reals(5, 1), seven, 1, 1));
+  RUN(core->WriteRXyzwpr(1, nine, Words(6, 1), 1, 1));
+  RUN(core->WriteRJoint(2, nine, 1, 1));
+  RUN(core->WriteRJoint(101, nine, 1, 1));
+  RUN(core->WriteRJoint(151, nine, 1, 1));
+  RUN(core->WriteRJoint(153, nine, 1, 1));
+  RUN(core->WriteRXyzwprConfig(51, 2, eighteen, 9, fourteen, 7));
+  RUN(core->WriteRXyzwprConfig(1, 2, eighteen, 9, fourteen, 6));
+  RUN(core->WriteRXyzwprConfig(1, 0, eighteen, 9, fourteen, 7));
+  RUN(Read(1, 152));
 }
 
 TEST_F(Cell, ShowsPositionsThroughWindows) {
   Assign({"1 50 PR[G2:1]@1.25 0.0", "51 24 PR[G2:1]@27.12 0.0", "101 150 PR[G2:1] 0.0",
           "301 50 PR[2] 0.0"});
-  RUN(core->WriteRXyzwprConfig(1, 2, eighteen, 9, fourteen, 7), core->WriteRJoint(151, nine, 3, 4),
-      Record(151), Print(26, "rrrrrrrrrwwwwwwwrrrrrrrrrrrr"), core->WriteRJoint(1, nine, 5, 6),
-      core->WriteRJoint(63, nine, 5, 6), core->WriteRJoint(63, Reals{6, 5, 4, 3, 2, 1}, 7, 8),
-      Record(151), core->WriteRXyzwpr(26, Reals(6, 100), seven, 9, 10), Record(101), Record(151),
-      Record(201), Record(301));
+  RUN(core->WriteRXyzwprConfig(1, 2, eighteen, 9, fourteen, 7));
+  RUN(core->WriteRJoint(151, nine, 3, 4));
+  RUN(Record(151));
+  RUN(Print(26, "rrrrrrrrrwwwwwwwrrrrrrrrrrrr"));
+  RUN(core->WriteRJoint(1, nine, 5, 6));
+  RUN(core->WriteRJoint(63, nine, 5, 6));
+  RUN(core->WriteRJoint(63, Reals{6, 5, 4, 3, 2, 1}, 7, 8));
+  RUN(Record(151));
+  RUN(core->WriteRXyzwpr(26, Reals(6, 100), seven, 9, 10));
+  RUN(Record(101));
+  RUN(Record(151));
+  RUN(Record(201));
+  RUN(Record(301));
   Say("words make valid what they touch; of two pieces the later one decides");
-  RUN(core->WriteRShort(1, Words(74), 74), Record(101), Record(151),
-      core->WriteRShort(201, Words(50, 9), 50), Read(201, 50));
+  RUN(core->WriteRShort(1, Words(74), 74));
+  RUN(Record(101));
+  RUN(Record(151));
+  RUN(core->WriteRShort(201, Words(50, 9), 50));
+  RUN(Read(201, 50));
 }
 
 TEST_F(Cell, ConnectsToKnownHosts) {
   Ref other(new LowerCore(network.Factory()()));
-  RUN(other->PortNumber(), other->TimeOutValue(), other->Connect(), other->HostName("CELL"),
-      other->Connect(), other->LastErrorText(), void(network.AddController("CELL")));
+  RUN(other->PortNumber());
+  RUN(other->TimeOutValue());
+  RUN(other->Connect());
+  RUN(other->HostName("CELL"));
+  RUN(other->Connect());
+  RUN(other->LastErrorText());
+  RUN(void(network.AddController("CELL")));
   Say("each object has an assignment of its own, and each connection");
   Assign({"1 4 R[1] 1.0"});
-  RUN(other->SetRAssignment("SETASG 1 2 R[2] 1.0"), other->WriteRLong(1, Longs{3}, 1),
-      Print(1, "ii"), core->Connect(), Print(1, "ii"), core->Disconnect(), core->Disconnect(),
-      Send("CLRALM"), other->WriteRLong(1, Longs{4}, 1));
+  RUN(other->SetRAssignment("SETASG 1 2 R[2] 1.0"));
+  RUN(other->WriteRLong(1, Longs{3}, 1));
+  RUN(Print(1, "ii"));
+  RUN(core->Connect());
+  RUN(Print(1, "ii"));
+  RUN(core->Disconnect());
+  RUN(core->Disconnect());
+  RUN(Send("CLRALM"));
+  RUN(other->WriteRLong(1, Longs{4}, 1));
   Say("a connection that is refused has ended the one before");
-  RUN(core->Connect(), core->HostName("elsewhere"), core->Connect(), Send("CLRALM"));
+  RUN(core->Connect());
+  RUN(core->HostName("elsewhere"));
+  RUN(core->Connect());
+  RUN(Send("CLRALM"));
   Say("a reset keeps the settings only");
-  RUN(core->SetClientID(1029), core->PortNumber(5000), core->TimeOutValue(7),
-      core->HostName("Cell"), core->Connect(), core->Reset(), core->LastErrorText(),
-      core->PortNumber(), core->TimeOutValue(),
-      dynamic_cast<SimulatedCore&>(*core->Object()).ClientKey(), Send("CLRALM"), core->Connect());
+  RUN(core->SetClientID(1029));
+  RUN(core->PortNumber(5000));
+  RUN(core->TimeOutValue(7));
+  RUN(core->HostName("Cell"));
+  RUN(core->Connect());
+  RUN(core->Reset());
+  RUN(core->LastErrorText());
+  RUN(core->PortNumber());
+  RUN(core->TimeOutValue());
+  RUN(dynamic_cast<SimulatedCore&>(*core->Object()).ClientKey());
+  RUN(Send("CLRALM"));
+  RUN(core->Connect());
 }
 
 TEST_F(Cell, IsMadeToMisbehave) {
   Misbehaviour& wrong = robot.Misbehave();
-  RUN(wrong.FailNext("SendCommand", {-77, "cable"}, 2), wrong.FailNext("SendCommand", {1, "odd"}),
-      core->WriteR(0, ""), Send("CLRALM"), Send("CLRALM"), Send("CLRALM"), core->LastErrorText(),
-      robot.Commands(), Send("CLRALM"), robot.Commands(), wrong.FailNext("ShortToLong", {}),
-      wrong.FailNext("Nothing", {}));
+  RUN(wrong.FailNext("SendCommand", {-77, "cable"}, 2));
+  RUN(wrong.FailNext("SendCommand", {1, "odd"}));
+  RUN(core->WriteR(0, ""));
+  RUN(Send("CLRALM"));
+  RUN(Send("CLRALM"));
+  RUN(Send("CLRALM"));
+  RUN(core->LastErrorText());
+  RUN(robot.Commands());
+  RUN(Send("CLRALM"));
+  RUN(robot.Commands());
+  RUN(wrong.FailNext("ShortToLong", {}));
+  RUN(wrong.FailNext("Nothing", {}));
   Say("late answers");
-  RUN(core->TimeOutValue(100), wrong.AnswerAfter(100), Send("CLRALM"), wrong.AnswerAfter(101),
-      Send("CLRALM"), robot.Commands(), core->Disconnect(), core->Connect(),
-      wrong.FailNext("SendCommand", {-1, ""}), wrong.Stop(), core->Connect(), Send("CLRALM"));
+  RUN(core->TimeOutValue(100));
+  RUN(wrong.AnswerAfter(100));
+  RUN(Send("CLRALM"));
+  RUN(wrong.AnswerAfter(101));
+  RUN(Send("CLRALM"));
+  RUN(robot.Commands());
+  RUN(core->Disconnect());
+  RUN(core->Connect());
+  RUN(wrong.FailNext("SendCommand", {-1, ""}));
+  RUN(wrong.Stop());
+  RUN(core->Connect());
+  RUN(Send("CLRALM"));
   Say("lost connections");
-  RUN(wrong.LoseConnections(), Send("CLRALM"), wrong.FailNext("Connect", {-5, "busy"}),
-      core->Connect(), Send("CLRALM"), core->Connect(), wrong.FailNext("Disconnect", {-6, "stuck"}),
-      core->Disconnect(), Send("CLRALM"));
+  RUN(wrong.LoseConnections());
+  RUN(Send("CLRALM"));
+  RUN(wrong.FailNext("Connect", {-5, "busy"}));
+  RUN(core->Connect());
+  RUN(Send("CLRALM"));
+  RUN(core->Connect());
+  RUN(wrong.FailNext("Disconnect", {-6, "stuck"}));
+  RUN(core->Disconnect());
+  RUN(Send("CLRALM"));
 }
 
 TEST_F(Cell, HasEveryKindOfSignal) {
@@ -261,12 +371,17 @@ TEST_F(Cell, HasEveryKindOfSignal) {
   using enum DispId;
   const Words bits{1, 0, 7};
   const Longs groups{-1, 0, 70000};
-  RUN(Transfer(SDO, ReadSDO, WriteSDO, bits), Transfer(SDOEx, ReadSDOEx, WriteSDOEx, bits),
-      Transfer(SDI, ReadSDI, WriteSDI, bits), Transfer(RDO, ReadRDO, WriteRDO, bits),
-      Transfer(RDI, ReadRDI, WriteRDI, bits), Transfer(SO, ReadSO, WriteSO, bits),
-      Transfer(SI, ReadSI, "WriteSI", bits), Transfer(UO, ReadUO, WriteUO, bits),
-      Transfer(UI, ReadUI, "WriteUI", bits), Transfer(GO, ReadGO, WriteGO, groups),
-      Transfer(GI, ReadGI, WriteGI, groups));
+  RUN(Transfer(SDO, ReadSDO, WriteSDO, bits));
+  RUN(Transfer(SDOEx, ReadSDOEx, WriteSDOEx, bits));
+  RUN(Transfer(SDI, ReadSDI, WriteSDI, bits));
+  RUN(Transfer(RDO, ReadRDO, WriteRDO, bits));
+  RUN(Transfer(RDI, ReadRDI, WriteRDI, bits));
+  RUN(Transfer(SO, ReadSO, WriteSO, bits));
+  RUN(Transfer(SI, ReadSI, "WriteSI", bits));
+  RUN(Transfer(UO, ReadUO, WriteUO, bits));
+  RUN(Transfer(UI, ReadUI, "WriteUI", bits));
+  RUN(Transfer(GO, ReadGO, WriteGO, groups));
+  RUN(Transfer(GI, ReadGI, WriteGI, groups));
 }
 
 TEST_F(Cell, FaultsOnWhatIsNoCallAtAll) {
@@ -275,13 +390,20 @@ TEST_F(Cell, FaultsOnWhatIsNoCallAtAll) {
   Reals reals(9);
   OrvexValue noText = Of(command), noWords = Of(words);
   noText.as.text = noWords.as.text = nullptr;
-  RUN(Invoke(0, {}), Invoke(-1, {}), Invoke(4, {}), Invoke(1000, {}), Invoke(1, {}, ORVEX_GET),
-      core->Object()->Lookup("writeSI"), Invoke(11, {Of(1)}), Invoke(1, {Of(command)}, ORVEX_PUT),
-      Invoke(7, {Of(1)}), Invoke(7, {{noText.kind, 0, -1, noText.as}}), Invoke(7, {noText}),
-      Invoke(27, {Of(1), noWords, Of(1)}), Invoke(45, {Of(1), Of(words), Of(1)}),
-      Invoke(57, {Of(none)}), Invoke(56, {Of(1), Of(words), Of(5)}),
-      Invoke(23, {Of(1), Of(reals), Of(5), Of(words), Of(none)}),
-      Invoke(63, {Of(5), Of(5), Of(reals), Of(1), Of(words), Of(1)}));
+  for (const int unknown : {0, -1, 4, 1000}) RUN(Invoke(unknown, {}));
+  RUN(Invoke(1, {}, ORVEX_GET));
+  RUN(core->Object()->Lookup("writeSI"));
+  RUN(Invoke(11, {Of(1)}));
+  RUN(Invoke(1, {Of(command)}, ORVEX_PUT));
+  RUN(Invoke(7, {Of(1)}));
+  RUN(Invoke(7, {{noText.kind, 0, -1, noText.as}}));
+  RUN(Invoke(7, {noText}));
+  RUN(Invoke(27, {Of(1), noWords, Of(1)}));
+  RUN(Invoke(45, {Of(1), Of(words), Of(1)}));
+  RUN(Invoke(57, {Of(none)}));
+  RUN(Invoke(56, {Of(1), Of(words), Of(5)}));
+  RUN(Invoke(23, {Of(1), Of(reals), Of(5), Of(words), Of(none)}));
+  RUN(Invoke(63, {Of(5), Of(5), Of(reals), Of(1), Of(words), Of(1)}));
 }
 
 // Arguments of the right kinds but with any values end in a status or a fault, and touch nothing
@@ -319,6 +441,11 @@ TEST_F(Cell, TakesNoHarmFromHostileArguments) {
     }
   }
   for (const int outcome : outcomes) RUN(outcome > 1000);
+  Expect(R"(
+outcome > 1000 -> true
+outcome > 1000 (turn 2) -> true
+outcome > 1000 (turn 3) -> true
+)");
 }
 
 TEST_F(Cell, IsOfferedByAComponentWithAPlainInterface) {
@@ -333,12 +460,22 @@ TEST_F(Cell, IsOfferedByAComponentWithAPlainInterface) {
   };
   const auto text = [&] { return std::string(result.as.text, result.as.text + result.count); };
   std::int32_t id = 0;
-  RUN(call(object, 11, ORVEX_METHOD, 0), result.as.i4, call(object, 999, ORVEX_METHOD, 0), text(),
-      call(object, 11, std::uint16_t{3}, 0), text(), call(object, 13, ORVEX_METHOD, 1), text(),
-      call(object, 11, ORVEX_METHOD, -1), text(), call(nullptr, 11, ORVEX_METHOD, 0),
-      library.invoke(object, 11, ORVEX_METHOD, nullptr, 0, nullptr),
-      library.lookup(object, "", &id), library.lookup(object, nullptr, &id),
-      library.lookup(object, "ReadSDO", &id), id);
+  RUN(call(object, 11, ORVEX_METHOD, 0));
+  RUN(result.as.i4);
+  RUN(call(object, 999, ORVEX_METHOD, 0));
+  RUN(text());
+  RUN(call(object, 11, std::uint16_t{3}, 0));
+  RUN(text());
+  RUN(call(object, 13, ORVEX_METHOD, 1));
+  RUN(text());
+  RUN(call(object, 11, ORVEX_METHOD, -1));
+  RUN(text());
+  RUN(call(nullptr, 11, ORVEX_METHOD, 0));
+  RUN(library.invoke(object, 11, ORVEX_METHOD, nullptr, 0, nullptr));
+  RUN(library.lookup(object, "", &id));
+  RUN(library.lookup(object, nullptr, &id));
+  RUN(library.lookup(object, "ReadSDO", &id));
+  RUN(id);
   library.release(object);
 }
 

@@ -60,8 +60,8 @@ class ScenarioFile : public orif::test::Sheet<testing::Test> {
     return parts.ToText() + " parts, " + warm.ToText() + grip + s[3] + ", " + s[0];
   }
   template <class Call>
-  void Run(const char* text, const Call& call) {
-    sheet_ << text << " -> " << Show(call()) << '\n';
+  void Run(const Call& call) {
+    sheet_ << " -> " << Show(call()) << '\n';
   }
 
   Scenario cell = LoadScenario(Tests.parent_path() / "examples/scenarios/handling_cell.json");
@@ -101,9 +101,20 @@ TEST_F(ScenarioFile, DependsOnTheTimeAndNotOnItsSteps) {
 TEST_F(ScenarioFile, IsACellThatClientsSee) {
   std::string& name = cell.network.Find("CELL")->StringRegister(3);
   sheet_ << Describe(cell) << '\n';
-  RUN(Connect(0s), Read(4s), Read(96s), core->ClearAlarm(), Read(0s), Read(199s), Read(2s),
-      Connect(0s), Connect(7s), Read(30min), Connect(8h), name = "Stand-in", Connect(7h),
-      Connect(1h));
+  RUN(Connect(0s));
+  RUN(Read(4s));
+  RUN(Read(96s));
+  RUN(core->ClearAlarm());
+  RUN(Read(0s));
+  RUN(Read(199s));
+  RUN(Read(2s));
+  RUN(Connect(0s));
+  RUN(Connect(7s));
+  RUN(Read(30min));
+  RUN(Connect(8h));
+  RUN(name = "Stand-in");
+  RUN(Connect(7h));
+  RUN(Connect(1h));
 }
 }  // namespace
 }  // namespace orif::sim::test

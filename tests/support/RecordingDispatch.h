@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,13 +40,34 @@ inline OrvexValue Text(const char* text) {
   return result;
 }
 
+/// A number with the name that the lower layer gives to the operation, "17 WriteRLong".
+inline std::string Named(std::int32_t id) {
+  static const std::map<std::int32_t, std::string> names = [] {
+    std::istringstream table(
+        "1 HostName 2 TimeOutValue 3 PortNumber 7 SendCommand 9 Disconnect 11 Connect "
+        "12 ClearRAssignment 13 SetRAssignment 16 WriteR 17 WriteRLong 19 WriteRShort "
+        "21 WriteRFloat 23 WriteRJoint 25 WriteRXyzwpr 27 ReadSDO 28 WriteSDO 29 ReadSDI "
+        "30 WriteSDI 31 ReadRDI 32 WriteRDI 33 ReadUI 34 ReadUO 35 WriteUO 36 ReadSI "
+        "37 ReadSO 38 WriteSO 43 ReadGI 44 WriteGI 45 ReadGO 46 WriteGO 53 ReadRDO "
+        "54 WriteRDO 56 ReadRShort 57 ShortToLong 58 ShortToFloat 59 ReadSDOEx 60 WriteSDOEx "
+        "62 SetClientID 63 WriteRXyzwprConfig 64 LastErrorText 65 Reset 1001 WriteSI "
+        "1002 WriteUI");
+    std::map<std::int32_t, std::string> read;
+    for (std::int32_t number = 0; table >> number;) table >> read[number];
+    return read;
+  }();
+  const auto found = names.find(id);
+  return std::to_string(id) + (found == names.end() ? "" : ' ' + found->second);
+}
+
 class RecordingDispatch : public Dispatch {
  public:
   using Arguments = std::span<const OrvexValue>;
   using Answer = std::function<OrvexValue(Arguments)>;
 
-  /// Calls since the last look, for example "13(text& SETASG 1 2 R[1] 1.0)", "get 2", "put 1(text
-  /// robot)". A reference shows the first element and how many may be touched from there.
+  /// Calls since the last look, for example "get 2 TimeOutValue", "put 1 HostName(text robot)",
+  /// "17 WriteRLong(I2 19, I4& 2 x1, I2 1)". A reference shows the first element and how many may
+  /// be touched from there.
   std::vector<std::string> Calls() { return std::exchange(calls_, {}); }
 
   void On(DispId id, Answer answer) { answers_[static_cast<std::int32_t>(id)] = std::move(answer); }
@@ -73,7 +95,7 @@ class RecordingDispatch : public Dispatch {
  private:
   static std::string Describe(std::int32_t id, OrvexCall call, Arguments arguments) {
     std::string text = call == ORVEX_GET ? "get " : call == ORVEX_PUT ? "put " : "";
-    text += std::to_string(id);
+    text += Named(id);
     if (arguments.empty()) return text;
     const char* separator = "(";
     for (const OrvexValue& argument : arguments) {

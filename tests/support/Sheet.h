@@ -1,33 +1,28 @@
-// A test that is a list of calls. RUN makes one after the other and writes down each and what came
-// of it; what that is, the fixture tells in its Run. The sheet is compared with the file of the
-// test's name in tests/transcripts/, which is read and checked by people; ORIF_WRITE_TRANSCRIPTS=1
-// writes it.
+// A test that is a list of calls. RUN makes one and writes down the call and what came of it; what
+// that is, the fixture tells in its Run. A call that the same line makes again says which turn it
+// is. A short sheet is compared with the text in the test's Expect, a long one with the file of the
+// test's name in tests/transcripts/. People read and check both. ORIF_WRITE_TRANSCRIPTS=1 writes
+// the files; a text is copied from the diff of the failing test.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "Boundary.h"
 #include "orif/base/Convert.h"
+#include "tests/support/Difference.h"
 
-#define SHOW(value) (sheet_ << "    " << #value << " = " << Show(value) << '\n')
-#define RUN(...) ORIF_SCAN(ORIF_SCAN(ORIF_SCAN(ORIF_RUN_FIRST(__VA_ARGS__))))
-#define ORIF_RUN_FIRST(call, ...)                      \
-  Run(#call, [&]() -> decltype(auto) { return call; }) \
-      __VA_OPT__(, ORIF_RUN_REST ORIF_NONE(__VA_ARGS__))
-// The calls behind the first one come up with every further scan.
-#define ORIF_RUN_REST() ORIF_RUN_FIRST
-#define ORIF_NONE ()
-#define ORIF_SCAN(...) ORIF_SCAN3(ORIF_SCAN3(ORIF_SCAN3(__VA_ARGS__)))
-#define ORIF_SCAN3(...) ORIF_SCAN2(ORIF_SCAN2(ORIF_SCAN2(__VA_ARGS__)))
-#define ORIF_SCAN2(...) ORIF_SCAN1(ORIF_SCAN1(ORIF_SCAN1(__VA_ARGS__)))
-#define ORIF_SCAN1(...) __VA_ARGS__
+#define RUN(call) (Begin(#call), Run([&]() -> decltype(auto) { return call; }))
+#define SHOW(value) (At() << "    " << #value << " = " << Show(value) << '\n')
 
 namespace orif::test {
 
@@ -35,16 +30,38 @@ namespace orif::test {
 template <class Fixture>
 class Sheet : public Fixture {
  protected:
-  void Say(const char* text) { sheet_ << "\n-- " << text << '\n'; }
+  // A line is the one that asks: clang 14 has no std::source_location.
+  void Begin(const char* call, int line = __builtin_LINE()) {
+    At(line) << call;
+    if (const int turn = ++turns_[line]; turn > 1) sheet_ << " (turn " << turn << ')';
+  }
+  void Say(const char* text, int line = __builtin_LINE()) { At(line) << "\n-- " << text << '\n'; }
+  /// The sheet, whose next words come from a line of the test.
+  std::ostream& At(int line = __builtin_LINE()) {
+    sources_[std::ranges::count(sheet_.view(), '\n')] = line;
+    return sheet_;
+  }
+
+  /// The whole sheet, from the line behind its opening quote on.
+  void Expect(const char* sheet) { expected_ = sheet + 1; }
 
   void TearDown() override {
     const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-    const std::string path =
-        std::string(ORIF_TRANSCRIPTS "/") + test.test_suite_name() + "." + test.name() + ".txt";
-    if (std::getenv("ORIF_WRITE_TRANSCRIPTS") != nullptr) std::ofstream(path) << sheet_.str();
-    std::stringstream expected;
-    expected << std::ifstream(path).rdbuf();
-    EXPECT_EQ(Comparable(sheet_.str()), Comparable(expected.str())) << path;
+    std::string path = test.file();
+    if (!expected_) {
+      path =
+          std::string(ORIF_TRANSCRIPTS "/") + test.test_suite_name() + "." + test.name() + ".txt";
+      if (std::getenv("ORIF_WRITE_TRANSCRIPTS") != nullptr) std::ofstream(path) << sheet_.str();
+      std::stringstream file;
+      file << std::ifstream(path).rdbuf();
+      expected_ = file.str();
+    }
+    const auto [diff, at] = Compare(Comparable(*expected_), Comparable(sheet_.str()));
+    if (diff.empty()) return;
+    const auto next = sources_.upper_bound(at);
+    ADD_FAILURE_AT(test.file(), next == sources_.begin() ? test.line() : std::prev(next)->second)
+        << "--- " << path << "\n+++ this run\n"
+        << diff;
   }
 
   static std::string Show(bool value) { return value ? "true" : "false"; }
@@ -71,6 +88,11 @@ class Sheet : public Fixture {
   }
 
   std::ostringstream sheet_;
+
+ private:
+  std::map<std::ptrdiff_t, int> sources_;  // lines of the sheet, and of the test
+  std::map<int, int> turns_;               // how often a line of the test has made its call
+  std::optional<std::string> expected_;
 };
 
 }  // namespace orif::test

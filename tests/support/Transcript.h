@@ -10,6 +10,9 @@
 #include "tests/support/RecordedCore.h"
 #include "tests/support/Sheet.h"
 
+/// RUN while the Core's own DebugLog is on.
+#define TRACED(call) (core.DebugLog(true), RUN(call), core.DebugLog(false))
+
 namespace orif::test {
 
 constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
@@ -17,9 +20,8 @@ constexpr std::int32_t Max = std::numeric_limits<std::int32_t>::max();
 class Transcript : public Sheet<RecordedCore> {
  protected:
   template <class Call>
-  void Run(const char* text, const Call& call) {
+  void Run(const Call& call) {
     lower->Calls();
-    sheet_ << text;
     const Lines lines = Trail([&] {
       if constexpr (std::is_void_v<decltype(call())>)
         call();
@@ -52,6 +54,17 @@ class Transcript : public Sheet<RecordedCore> {
     for (const T& value : values) text += Show(value) + " ";
     return text;
   }
+};
+
+/// A transcript of the first table of a connected Core.
+class TableTranscript : public Transcript {
+ protected:
+  TableTranscript() {
+    core.Connect("robot");
+    table = core.DataTable();
+  }
+
+  std::shared_ptr<DataTable> table;  // ID 3
 };
 
 }  // namespace orif::test
