@@ -56,7 +56,7 @@ std::optional<double> Number(std::string_view text) {
     number.remove_prefix(1);
     if (number.starts_with('-')) return std::nullopt;
   }
-  // from_chars would also read "inf" and "nan".
+  // from_chars also reads "inf" and "nan".
   if (number.find_first_not_of("+-.0123456789eE") != std::string_view::npos) return std::nullopt;
   double value = 0;
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);

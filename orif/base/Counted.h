@@ -1,7 +1,7 @@
-// Objects that stay as long as somebody refers to them: the lower core object while it is called,
-// tables and items while one of their members runs. Such a call may run the host's code, which may
-// let go of the object. The count is not atomic, since a value read takes part in it: all
-// references to an object are in one unit, which one thread uses at a time.
+// A counted reference for objects whose owner may release them during a call: the lower core object
+// while it is called, tables and items while one of their members runs. Such a call may run code of
+// the host. The count is not atomic, which keeps a value read fast: only one thread at a time uses
+// the references to an object.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace orif {
 
-/// What can be referred to with a Ref derives from it.
+/// The base class of objects that a Ref can refer to.
 class Counted {
  public:
   Counted(const Counted&) = delete;
@@ -26,7 +26,7 @@ class Counted {
   mutable std::int32_t references_ = 0;
 };
 
-/// A reference to a `T`, or none. The last one that goes deletes the object.
+/// A reference to a `T`, or to nothing. The last one deletes the object.
 template <class T>
 class Ref {
  public:
@@ -53,8 +53,8 @@ class Ref {
   T* object_ = nullptr;
 };
 
-/// A new object as clients hold it. Their references together are one: the object outlives them
-/// while a member of it runs.
+/// A new object as clients hold it. All their shared pointers together count as one Ref, so an
+/// object whose member is running outlives them.
 template <class T, class... Arguments>
 std::shared_ptr<T> MakeShared(Arguments&&... arguments) {
   auto* const object = new T(std::forward<Arguments>(arguments)...);

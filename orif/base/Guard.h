@@ -1,5 +1,5 @@
-// The one place where exceptions end. Every public member runs its body in Guarded: whatever is
-// thrown ends the body, and the member answers its default.
+// The one place that catches exceptions. Every public member runs its body in Guarded: an exception
+// ends the body, and the member returns its default.
 #pragma once
 
 #include <exception>
@@ -11,7 +11,7 @@
 
 namespace orif {
 
-/// The description of the exception that is being handled; valid while it is.
+/// The description of the exception being handled; valid until it has been handled.
 inline const char* FaultDescription() noexcept {
   try {
     throw;
@@ -25,14 +25,14 @@ inline const char* FaultDescription() noexcept {
   }
 }
 
-/// What a member does about a fault that has no line of its own.
-struct SayNothing {
+/// The report of a member that writes no line about a fault.
+struct NoReport {
   void operator()(const char*) const noexcept {}
 };
 
-/// Runs `body` and answers what it answers; where a fault ends it, `preset`. The fault's
-/// description goes to `report`, which must not throw.
-template <class Result, class Body, class Report = SayNothing>
+/// Runs `body` and returns its result, or `preset` if a fault ends it. `report` gets the
+/// description of the fault and must not throw.
+template <class Result, class Body, class Report = NoReport>
 Result Guarded(Result preset, const Body& body,
                const Report& report = {}) noexcept requires std::is_invocable_r_v<Result, Body> {
   try {
@@ -43,8 +43,8 @@ Result Guarded(Result preset, const Body& body,
   return preset;
 }
 
-/// The same for a body without an answer.
-template <class Body, class Report = SayNothing>
+/// The same for a body without a result.
+template <class Body, class Report = NoReport>
 void Guarded(const Body& body,
              const Report& report = {}) noexcept requires std::is_invocable_v<Body> {
   try {
@@ -54,13 +54,12 @@ void Guarded(const Body& body,
   }
 }
 
-/// Runs `body`, which is given up without a word where there is no memory for it. Any other fault
-/// goes on.
+/// Runs `body` and ignores it if memory runs out. Other exceptions pass through.
 template <class Body>
 void WhereMemoryLasts(const Body& body) {
   try {
     body();
-  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): nobody misses it
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): ignored
   }
 }
 

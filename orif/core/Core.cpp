@@ -45,7 +45,7 @@ Core::Core(const DispatchFactory& factory) noexcept {
   auto& self = *new (state_) CoreState;
   const Trail trail(self, "Class_initialize");
   trail.Traced(", Enter");
-  const bool created = trail.Guarded(false, [&] {
+  const bool created = trail.Reported(false, [&] {
     self.factory = factory;
     self.CreateLowerCore();
     return true;
@@ -65,7 +65,7 @@ Core::~Core() {
   auto& self = Self();
   const Trail trail(self, "Class_Terminate");
   trail.Traced(", Enter");
-  // What the client still holds of the tables refuses from now on.
+  // Tables and items that the client still holds refuse from now on.
   if (self.table2) self.table2->OwnerCore(nullptr);
   if (self.table) self.table->OwnerCore(nullptr);
   self.context.lowerCore = {};
@@ -92,14 +92,14 @@ bool Core::Connect(std::string_view HostName) noexcept {
       self.context.Lower()->SetClientID(self.clientKey);
       trail.Always(", Create LibCore");
     }
-    // Before anything is sent: nothing may fail once the status is there.
+    // Copied now, because nothing may fail once the status has arrived.
     std::string hostName(HostName);
     const Ref<LowerCore> lower = self.context.Lower();
     lower->Reset();
     lower->HostName(hostName);
     trail.Traced(", HostName=", hostName);
     const std::int32_t status = lower->Connect();
-    // Whatever the status: a connection that failed counts as connected, and cannot be tried again.
+    // A connection that failed counts as connected too and cannot be tried again.
     self.hostName = std::move(hostName);
     self.connectState = Connected;
     self.connected = true;
@@ -121,14 +121,14 @@ bool Core::Disconnect() noexcept {
       trail.Always(", Not connected");
       return true;
     }
-    // The first table only: the second one stays registered and alive.
+    // Only the first table: the second one stays registered and alive.
     if (self.table) self.table->Kill();
     self.table = nullptr;
     trail.Traced(", Clear Objects");
     const std::int32_t status = self.context.Lower()->Disconnect();
     trail.Traced(", Close Status ", status);
     self.context.lowerCore = {};
-    // The lower core object is gone by now, so the text is empty.
+    // The lower core object is gone, so this text is always empty.
     if (status != 0) trail.Traced(", ", [&] { return self.context.LastErrorText(); });
     self.connected = false;
     self.connectState = Disconnected;
@@ -208,8 +208,8 @@ std::shared_ptr<Table> CoreState::CreateTable(std::int32_t startAddr) {
   return made;
 }
 
-// The lower call before it may have run the host's code, which may have disconnected or asked for
-// the table.
+// The lower call before this one may have run code of the host that disconnected or asked for the
+// table itself.
 void CoreState::CreateFirstTable() {
   if (!context.lowerCore) throw Fault(Fault::ObjectNotSet);
   if (!table) table = CreateTable(DataArea::FirstWord);
@@ -287,7 +287,8 @@ void Core::AddUserMessage(std::string_view vstrMessage) const noexcept {
 
 std::string Core::GetTypeName() const noexcept {
   auto& self = Self();
-  const Trail trail(self, "GetTypename");  // spelled so in the trail
+  // The tag is spelled like this.
+  const Trail trail(self, "GetTypename");
   return Guarded(std::string(), [&] {
     trail.Traced(", ", CoreState::ClassName());
     return std::string(CoreState::ClassName());

@@ -1,5 +1,4 @@
-// The rest of a Core, which clients do not see: the lower core object, the tables, the state of the
-// connection.
+// The private part of a Core: the lower core object, the tables, the state of the connection.
 #pragma once
 
 #include <cstdint>
@@ -22,12 +21,12 @@ struct CoreState final : TableOwner {
   std::int32_t ObjectID() const noexcept { return objectId; }
   bool DebugLog() const noexcept { return context.debugLog; }
 
-  // Throw a Fault where there is no lower core object.
+  // They throw a Fault if there is no lower core object.
   void CreateLowerCore();
   void CreateFirstTable();
   std::shared_ptr<Table> CreateTable(std::int32_t startAddr);
 
-  // For the tables.
+  // For the tables: TableOwner.
   const CoreContext& Context() const noexcept override { return context; }
   std::int32_t ConnectState() const noexcept override;
   void ReleaseDataTable2() noexcept override;

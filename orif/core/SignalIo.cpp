@@ -1,5 +1,4 @@
-// The signal members of Core: bit signals with one 16-bit element each, group signals with one
-// 32-bit element each. One mechanism serves all of them but WriteGO; the table says in which they
+// The signal members of Core. One function serves all but WriteGO; a SignalMember says in what they
 // differ.
 #include <vector>
 
@@ -11,16 +10,16 @@
 namespace orif {
 namespace {
 
-/// What a signal member has of its own.
+/// What distinguishes a signal member.
 struct SignalMember {
-  /// Which statuses count as success: reads need 0, writes accept whatever is not negative.
+  /// Reads succeed on status 0 only, writes on any status that is not negative.
   enum Success { Zero, NotNegative };
 
-  // Signals from this number on are in a second block, where they are numbered from 1 again.
+  // Signals from this number on are a second block, which counts from 1 again.
   static constexpr std::int32_t SecondBlock = 11001;
   static constexpr DispId NoSecondBlock{};
 
-  // WriteSI and WriteUI have no number: the lower members of their names are called instead.
+  // WriteSI and WriteUI have no number: they are looked up by name.
   static constexpr DispId ByName{};
 
   std::string_view name;
@@ -64,8 +63,8 @@ using ConstGroups = ArrayView<const std::int32_t>;
 
 }  // namespace
 
-// Each row: the member, its lower operation, and which statuses are success; of the SDO members
-// also the operation of the second block, and whether the index is tested.
+// Each names the member, its lower operation and its kind of success; the SDO members also the
+// operation of the second block and whether the index is tested.
 bool Core::ReadSDO(std::int32_t Index, Bits Buffer, std::int32_t Count) noexcept {
   return Signals(Self(), {"ReadSDO", DispId::ReadSDO, SignalMember::Zero, DispId::ReadSDOEx, true},
                  Index, Buffer, Count);
@@ -135,8 +134,8 @@ bool Core::WriteGI(std::int32_t Index, ConstGroups Buffer, std::int32_t Count) n
                  Count);
 }
 
-// The one that makes no check of its buffer and tells of nothing but a refusal. The lower layer
-// gets as many values as the count names all the same: what the array lacks is sent as 0.
+// Unlike the others it does not test the buffer, and writes a line about a refusal only. The lower
+// layer still gets as many values as the count says: zeros for those that the array lacks.
 bool Core::WriteGO(std::int32_t Index, ConstGroups Buffer, std::int32_t Count) noexcept {
   constexpr std::int32_t ShiftedFrom = 10001;
   constexpr std::int32_t Shift = 6000;

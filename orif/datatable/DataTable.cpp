@@ -26,7 +26,7 @@ void Table::OwnerCore(TableOwner* core) noexcept {
   Clear();
 }
 
-// It changes nothing, whatever it finds.
+// Changes nothing, whatever it finds.
 void Table::DiagnoseConnection(const Trail<orif::Item>& trail) const {
   trail.Traced(", My DataTable ID=", objectId);
   if (owner == nullptr) return trail.Always(", Err Core is Nothing");
@@ -36,7 +36,8 @@ void Table::DiagnoseConnection(const Trail<orif::Item>& trail) const {
     case 1:
       return;
     case 2:
-      return trail.Always(", Err already disconnedted");  // spelled so in the trail
+      // The line is spelled like this.
+      return trail.Always(", Err already disconnedted");
     default:
       return trail.Always(", Err invalid connect state=", state);
   }
@@ -52,12 +53,12 @@ std::int32_t DataTable::Count() const noexcept {
 std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
   const auto& self = static_cast<const Table&>(*this);
   const Trail trail(self, "Item");
-  // Faults are passed over: an index that has no text has no entry line, and no item.
+  // Faults are ignored: an index without a text has no entry line and finds no item.
   Guarded([&] { trail.Traced(", Enter Index=", [&] { return Index.ToText(); }); });
   const auto item = Guarded(std::shared_ptr<orif::Item>(), [&] {
-    const std::int32_t position = Index.IsNumeric() ? Index.ToInt32() : 0;
-    const bool held = position >= 1 && position <= Count();
-    return held ? self.items[static_cast<std::size_t>(position) - 1] : nullptr;
+    const std::int32_t number = Index.IsNumeric() ? Index.ToInt32() : 0;
+    const bool held = number >= 1 && number <= Count();
+    return held ? self.items[static_cast<std::size_t>(number) - 1] : nullptr;
   });
   if (item) {
     trail.Traced(", Type is ", item->ClassName());
@@ -70,11 +71,12 @@ std::shared_ptr<DataItem> DataTable::Item(const Variant& Index) const noexcept {
 
 bool DataTable::Clear() noexcept {
   auto& self = static_cast<Table&>(*this);
-  const HeldTrail trail(self, "Clear");  // a second table is dropped half-way
-  return trail.Guarded(false, [&] {
+  // Held, because clearing a second table releases it.
+  const HeldTrail trail(self, "Clear");
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter");
     ++self.clearings;
-    // And not the start address: a cleared second table is dropped below.
+    // Not the start address: a cleared second table is released below anyway.
     self.nextAddr = DataArea::FirstWord;
     if (self.owner != nullptr) {
       self.Context().Lower()->ClearRAssignment();
@@ -105,8 +107,9 @@ std::int32_t DataTable::ObjectID() const noexcept {
 }
 
 std::string DataTable::GetTypeName() const noexcept {
-  const Trail trail(static_cast<const Table&>(*this), "GetTypename");  // spelled so in the trail
-  return trail.Guarded(std::string(), [&] {
+  // The tag is spelled like this.
+  const Trail trail(static_cast<const Table&>(*this), "GetTypename");
+  return trail.Reported(std::string(), [&] {
     trail.Traced(", ", Table::ClassName());
     return std::string(Table::ClassName());
   });

@@ -1,6 +1,5 @@
-// The words of the last refresh. The word of data-area address A (A from 1 on) is element A - 1,
-// whichever table holds it. Everything is checked: an address whose words are not all in the buffer
-// is a fault.
+// The words of the last refresh. Element 0 is the word with address 1 of the data area, in either
+// table. Every access is checked: an address whose words are not all in the buffer is a fault.
 #pragma once
 
 #include <algorithm>
@@ -18,28 +17,28 @@ class LastData {
  public:
   static constexpr std::int32_t UpperBound = 16384;
 
-  /// Whether the last refresh succeeded; nothing is decoded while it is false.
+  /// Whether the last refresh succeeded. Nothing may be decoded while this is false.
   bool Refreshed() const { return refreshed_; }
   void Refreshed(bool value) { refreshed_ = value; }
 
   std::int16_t Word(std::int32_t address) const { return words_[Element(address, 1)]; }
 
-  /// The `count` words from `address` on, for the lower layer to fill. Throws a Fault unless all
-  /// of them are in the buffer.
+  /// The `count` words from `address` on, to be filled by the lower layer. Throws a Fault unless
+  /// all of them are in the buffer.
   ArrayView<std::int16_t> Words(std::int32_t address, std::int32_t count) {
     return {words_.data() + Element(address, count), 0, count - 1};
   }
 
-  /// The two words from `address` on, for the lower layer to convert. A copy: the conversion may
-  /// run the host's code, which may drop the table and its words. Throws a Fault unless both are in
+  /// The two words from `address` on, to be converted by the lower layer. Copied, because the
+  /// conversion may run code of the host that releases the table. Throws a Fault unless both are in
   /// the buffer.
   std::array<std::int16_t, 2> Pair(std::int32_t address) const {
     const std::size_t first = Element(address, 2);
     return {words_[first], words_[first + 1]};
   }
 
-  /// The words of one record, copied for the same reason. What of it lies behind the buffer is
-  /// missing and a fault to ask for; offsets count from 0.
+  /// The words of one record, copied for the same reason. Words behind the end of the buffer are
+  /// missing, and reading one is a fault. Offsets count from 0.
   template <std::size_t Words>
   class Record {
    public:
@@ -49,18 +48,19 @@ class LastData {
       if (rest.size() < Words) {
         count_ = rest.size();
         std::ranges::copy(rest, words_.begin());
-      } else {  // nearly always; copying a fixed number is much faster
+      } else {
+        // The usual case; copying a fixed number of words is much faster.
         std::ranges::copy(rest.template first<Words>(), words_.begin());
       }
     }
 
-    std::int16_t Word(std::int32_t offset) const { return words_[Checked(offset, 1)]; }
+    std::int16_t Word(std::int32_t offset) const { return words_[Element(offset, 1)]; }
     std::span<std::int16_t, 2> Pair(std::int32_t offset) {
-      return std::span<std::int16_t, 2>(words_.data() + Checked(offset, 2), 2);
+      return std::span<std::int16_t, 2>(words_.data() + Element(offset, 2), 2);
     }
 
    private:
-    std::size_t Checked(std::int32_t offset, std::size_t count) const {
+    std::size_t Element(std::int32_t offset, std::size_t count) const {
       const auto first = static_cast<std::size_t>(offset);
       if (offset < 0 || first + count > count_) throw Fault(Fault::SubscriptOutOfRange);
       return first;
@@ -70,8 +70,8 @@ class LastData {
     std::size_t count_ = Words;
   };
 
-  /// The text of `words` words from `address` on: two characters a word, the first in its low byte,
-  /// up to the first zero character, without the blanks around it. `text` is untouched on a fault.
+  /// The text in the `words` words from `address` on: two bytes a word, the first in its low half,
+  /// up to the first zero byte, without the blanks around it. On a fault `text` is untouched.
   void Text(std::int32_t address, std::int32_t words, std::string& text) const;
 
  private:

@@ -1,4 +1,4 @@
-// The bulk read of a table's words, and the decoding of what it brought.
+// Refresh, the bulk read of the words of a table, and the decoding of these words.
 #include <algorithm>
 #include <cmath>
 
@@ -9,7 +9,7 @@
 namespace orif {
 namespace {
 
-// 64 bits: no machine is up for so long.
+// In 64 bits this cannot overflow, however long the machine has been up.
 std::int64_t Milliseconds() { return std::llround(modOrif::Timer()); }
 
 }  // namespace
@@ -17,20 +17,20 @@ std::int64_t Milliseconds() { return std::llround(modOrif::Timer()); }
 bool DataTable::Refresh() noexcept {
   auto& self = static_cast<Table&>(*this);
   const HeldTrail trail(self, "Refresh");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     const std::int64_t started = Milliseconds();
     trail.Traced(", Enter ");
     self.lastData.Refreshed(false);
     if (!Valid()) return trail.Refuse(", Err Me.Invalid ");
-    // With the literal 1, whatever the table's start address: nothing was ever assigned.
+    // Compared with 1, not with the start address of the table: no words were ever assigned.
     if (self.nextAddr <= 1) return trail.Refuse(", Err Invalid NextAddr ", self.nextAddr);
     const std::int32_t count = Subtract(self.nextAddr, self.startAddr);
     const std::int32_t bound = Add(self.startAddr - 1, count);
-    if (LastData::UpperBound < bound) {  // told of, and then left to the check of the words below
+    // Only reported here; LastData::Words below refuses it.
+    if (LastData::UpperBound < bound) {
       trail.Always(", Err Invalid UBound  ", LastData::UpperBound, ",", bound);
     }
-    // An empty read is the lower layer's to answer, and gets a first word by reference all the
-    // same.
+    // The lower layer decides about a read of no words; it still gets a reference to one.
     const std::int32_t words = self.Context().Lower()->ReadRShort(
         self.startAddr, self.lastData.Words(self.startAddr, std::max(count, 1)), count);
     const bool read = words >= 1;
@@ -74,14 +74,14 @@ bool Table::GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept 
 bool Table::GetLastDataString(std::int32_t lngAddress, std::string& strValue,
                               std::int32_t words) noexcept {
   const Trail trail(*this, "GetLastDataString");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     if (!lastData.Refreshed()) return trail.Refuse(", Err Refresh=False");
     lastData.Text(lngAddress, words, strValue);
     return true;
   });
 }
 
-// The order is what a caller sees of a decode that fails half-way: X, J1, Y, J2 ..., then the
+// The order matters to a caller whose decode fails half-way: X, J1, Y, J2 and so on, then the
 // configuration, then the four words.
 bool Table::GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept {
   const Trail trail(*this, "GetLastDataPos");

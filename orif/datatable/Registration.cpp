@@ -1,5 +1,5 @@
-// Registering items: the common flow, the assignment of the controller's data area, and one member
-// for each kind.
+// The Add... members of a table: the flow that they share, the assignment of the data area, and one
+// member for each kind.
 #include "orif/datatable/Registration.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ void AppendLabelled(std::string& line, const char* label, const Argument& argume
   trail::Append(line, argument);
 }
 
-/// A piece of an item's assignment and the number of words that it takes.
+/// One assignment piece of an item, and the number of words that it takes.
 struct Block {
   std::string piece;
   std::int32_t size;
@@ -43,8 +43,7 @@ bool CollectBlocks(const RegistrationLines& lines, const Trail<Table>& trail, st
   return true;
 }
 
-// One piece for each group. Those accepted before a refusal stay assigned: the words are not given
-// back.
+// One piece for each group. If one is refused, the words of those accepted before it stay used.
 bool CollectBlocks(const RegistrationLines& lines, const Trail<Table>& trail, std::int32_t start,
                    PosRegMG& item, std::vector<Block>& blocks) {
   auto pieces = item.GetSetasg(start);
@@ -60,9 +59,9 @@ bool CollectBlocks(const RegistrationLines& lines, const Trail<Table>& trail, st
   return true;
 }
 
-// Once the controller has accepted an item nothing may fail, so there is room for it before it is
-// asked: for every registration under way, since the call may run the host's code, which may
-// register more.
+// Reserves a place in the collection while an item is registered, because nothing may fail once the
+// controller has accepted the item. Every registration under way has its own place: the lower call
+// may run code of the host that registers more.
 class Room {
  public:
   explicit Room(Table& table) : table_(table) {
@@ -79,29 +78,29 @@ class Room {
   Table& table_;
 };
 
-// A fault that comes once the item is in the collection leaves it there: it is the answer all the
-// same.
+// Once the item is in the collection, it is the result even if a fault follows.
 template <class HiddenItem, class... Arguments>
 std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& lines,
                                      const Arguments&... arguments) noexcept {
   auto& self = static_cast<Table&>(table);
-  std::shared_ptr<HiddenItem> item;  // where it is dropped, released after the member's last line
+  // Declared before the trail: a refused item is released after the last line of the member.
+  std::shared_ptr<HiddenItem> item;
   std::shared_ptr<HiddenItem> result;
   const HeldTrail trail(self, lines.member);
-  const auto tell = [&](const char* line) {
+  const auto report = [&](const char* line) {
     if (line != nullptr) trail.Always(line);
   };
-  trail.Guarded([&] {
+  trail.Reported([&] {
     trail.Traced(lines.enter, [&] {
       std::string list;
       const auto* label = lines.labels.data();
       (AppendLabelled(list, *label++, arguments), ...);
       return list;
     });
-    if (!self.CanAdd()) return tell(lines.cannotAdd);
+    if (!self.CanAdd()) return report(lines.cannotAdd);
     item = MakeShared<HiddenItem>();
     item->SetDataTable(self.shared_from_this());
-    if (!item->Init(arguments...)) return tell(lines.initFailed);
+    if (!item->Init(arguments...)) return report(lines.initFailed);
     std::vector<Block> blocks;
     if (!CollectBlocks(lines, trail, self.nextAddr, *item, blocks)) return;
     const Room room(self);
@@ -112,7 +111,7 @@ std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& 
       result = item;
       item->SetValid(true);
     } else {
-      tell(lines.assignFailed);
+      report(lines.assignFailed);
     }
     if (lines.done != nullptr) trail.Traced(lines.done);
   });
@@ -121,9 +120,10 @@ std::shared_ptr<HiddenItem> Register(DataTable& table, const RegistrationLines& 
 
 }  // namespace
 
-// The next free address moves only once the controller has accepted the piece: a refused one costs
-// no words. The call may run the host's code. What that registers meanwhile begins at the same
-// word, as the controller was told; a table that it clears has no place for this block any more.
+// The next free address moves only when the controller has accepted the piece, so a refused one
+// costs no words. The lower call may run code of the host. If that registers an item, both begin at
+// the same word, as the controller was told; if it clears the table, this block has no place any
+// more.
 bool Table::mblnAssign(const std::string& piece, std::int32_t size) noexcept {
   const Trail trail(*this, "mblnAssign");
   return Guarded(false, [&] {

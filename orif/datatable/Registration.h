@@ -1,5 +1,5 @@
-// What each Add... member of a table says to the trail, and of what it keeps silent. The flow is
-// one and the same for all of them; the lines differ on purpose and are part of the trail's format.
+// The trail lines of each Add... member. All members share one flow; their lines differ on purpose
+// and are part of the format of the trail.
 #pragma once
 
 #include <array>
@@ -7,23 +7,24 @@
 namespace orif {
 
 struct RegistrationLines {
-  /// The member as its tag shows it.
+  /// The member, as the tag shows it.
   const char* member;
-  /// The entry line, and the label of each argument of the item's Init; null for one that is not
-  /// shown.
+  /// The entry line, and a label for each argument of the Init of the item; null for an argument
+  /// that is not shown.
   const char* enter;
   std::array<const char*, 4> labels;
-  // The line for each outcome; null where the member says nothing.
+  // The line for each outcome; null if the member writes none.
   const char* cannotAdd;
   const char* initFailed;
-  const char* noPiece;  ///< null also means that the piece is not tested
+  /// Null also means that the piece is not tested.
+  const char* noPiece;
   const char* assignFailed;
   const char* done;
 };
 
 namespace registration {
 
-/// The lines of another member under this one's name.
+/// The same lines with another tag.
 constexpr RegistrationLines Named(RegistrationLines lines, const char* member) {
   lines.member = member;
   return lines;
@@ -54,7 +55,7 @@ inline constexpr RegistrationLines PosReg{
 inline constexpr RegistrationLines PosRegXyzwpr = Named(PosReg, "AddPosRegXyzwpr");
 inline constexpr RegistrationLines PosRegMG = Named(PosReg, "AddPosRegMG");
 
-// The user frame is not shown, and AddCurPosUF goes by the other member's name.
+// The user frame is not shown, and AddCurPosUF shares the tag.
 inline constexpr RegistrationLines CurPos{
     .member = "AddCurPos",
     .enter = ", Enter",
@@ -90,7 +91,7 @@ inline constexpr RegistrationLines Task{
     .done = ", Return",
 };
 
-// Silent about every failure.
+// Writes nothing about a failure.
 inline constexpr RegistrationLines Alarm{
     .member = "AddAlarm",
     .enter = ", Enter",
@@ -105,7 +106,8 @@ inline constexpr RegistrationLines Alarm{
 inline constexpr RegistrationLines StringEx{
     .member = "AddStringEx",
     .enter = NumReg.enter,
-    .labels = {" Type=", nullptr, ",StartIndex=", ",EndIndex="},  // the symbol is not shown
+    // The symbol is not shown.
+    .labels = {" Type=", nullptr, ",StartIndex=", ",EndIndex="},
     .cannotAdd = NumReg.cannotAdd,
     .initFailed = NumReg.initFailed,
     .noPiece = NumReg.noPiece,
@@ -113,8 +115,7 @@ inline constexpr RegistrationLines StringEx{
     .done = NumReg.done,
 };
 
-/// The symbols under which AddString registers texts, from STRREG on in the order of the data
-/// types.
+/// The symbols of the kinds that AddString takes, from STRREG on.
 inline constexpr std::array StringSymbols{
     "SR[",  "SR[C", "R[C",  "PR[C", "DI[C",  "DO[C",  "RI[C", "RO[C", "UI[C", "UO[C",
     "SI[C", "SO[C", "WI[C", "WO[C", "WSI[C", "WSO[C", "GI[C", "GO[C", "AI[C", "AO[C",

@@ -1,5 +1,5 @@
-// The rest of a DataTable, which clients do not see: the items, their place in the data area, the
-// words of the last refresh. A Core makes it, places it and takes it back.
+// The private part of a DataTable: its items, its place in the data area, the words of the last
+// refresh. Only a Core creates, places and detaches one.
 #pragma once
 
 #include <cstddef>
@@ -27,14 +27,14 @@ struct Table final : DataTable, ItemOwner, Counted, std::enable_shared_from_this
   std::int32_t ObjectID() const noexcept { return objectId; }
   bool DebugLog() const noexcept { return Context().debugLog; }
 
-  /// Sets the Core; null detaches the table, which clears it silently.
+  /// Sets the Core. Null detaches the table: it is cleared without a call to the lower layer.
   void OwnerCore(TableOwner* core) noexcept;
   void StartAddr(std::int32_t value) noexcept { startAddr = nextAddr = value; }
 
   bool CanAdd() const noexcept { return !fixed && startAddr > 0 && owner != nullptr; }
   bool mblnAssign(const std::string& piece, std::int32_t size) noexcept;
 
-  // For the items.
+  // For the items: ItemOwner.
   std::shared_ptr<DataTable> AsDataTable() noexcept override { return weak_from_this().lock(); }
   void DiagnoseConnection(const Trail<orif::Item>& trail) const override;
   bool GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue) noexcept override;
@@ -45,11 +45,14 @@ struct Table final : DataTable, ItemOwner, Counted, std::enable_shared_from_this
   bool GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept override;
 
   std::vector<std::shared_ptr<orif::Item>> items;
-  std::size_t registrations = 0;  // under way, each with room in items
+  /// Registrations under way; `items` has room for all of them.
+  std::size_t registrations = 0;
+  /// How often the table was cleared.
   std::uint32_t clearings = 0;
   TableOwner* owner = nullptr;
   std::int32_t nextAddr = DataArea::FirstWord;
-  std::int32_t startAddr = 0;  // 0: not placed yet
+  /// 0 until the table is placed.
+  std::int32_t startAddr = 0;
   bool fixed = false;
   std::int32_t objectId;
   LastData lastData;

@@ -1,4 +1,4 @@
-// What a table asks of the Core that owns it. Core implements it.
+// TableOwner: what a table needs of the Core that owns it. CoreState implements it.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +16,10 @@ class TableOwner {
 
   virtual const CoreContext& Context() const noexcept = 0;
 
-  /// 0 not connected, 1 connected, 2 disconnected. A public member of the Core, with its own trail
-  /// line.
+  /// 0 not connected, 1 connected, 2 disconnected. Writes the trail line of Core::ConnectState.
   virtual std::int32_t ConnectState() const noexcept = 0;
 
-  /// Detaches and forgets the second table, so that the first one takes items again.
+  /// Detaches and releases the second table, so that the first one takes items again.
   virtual void ReleaseDataTable2() noexcept = 0;
 };
 

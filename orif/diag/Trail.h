@@ -1,7 +1,7 @@
-// How a member writes to the debug trail: a Trail knows the object and the member's tag, and puts
-// together lines such as "[DataNumReg.GetValue] ID=7, Enter ". It lives for one call of the member.
-// While the object is not traced, a traced line costs one branch. A line for which there is no
-// memory is dropped and disturbs nobody; a fault in fetching its text ends the member.
+// Trail, with which a member writes to the debug trail. It knows the object and the tag of the
+// member and puts together lines such as "[DataNumReg.GetValue] ID=7, Enter ". It lives as long as
+// the call of the member. While DebugLog is off, a traced line costs one branch. A line is dropped
+// if there is no memory for it; any other fault in fetching its text ends the member.
 #pragma once
 
 #include <concepts>
@@ -25,62 +25,64 @@ inline void Append(std::string& line, std::int64_t number) { line += std::to_str
 template <class Enum>
 requires std::is_enum_v<Enum>
 void Append(std::string& line, Enum value) { Append(line, static_cast<std::int32_t>(value)); }
-/// Text that only a line needs is fetched when the line is written.
+/// A function is called for its text only when the line is written.
 template <std::invocable Fetch>
 void Append(std::string& line, const Fetch& fetch) {
   Append(line, fetch());
 }
 
-/// Whether the parts of a line are all there, so that none has to be fetched and can fault.
+/// Whether no part of a line has to be fetched, which could fault.
 template <class... Parts>
 constexpr bool AtHand = (!std::invocable<const Parts&> && ...);
 
 }  // namespace trail
 
-/// `Object` offers ClassName(), ObjectID() and DebugLog(), whether it is traced at this moment.
+/// `Object` has ClassName(), ObjectID(), and DebugLog(), which says whether traced lines are
+/// written now.
 template <class Object>
 class Trail {
  public:
-  /// `member` as the tag shows it, which is not always how it is called.
+  /// `member` is the name in the tag, which is not always the name of the function.
   Trail(const Object& object, std::string_view member) : object_(object), member_(member) {}
   Trail(const Trail&) = delete;
   Trail& operator=(const Trail&) = delete;
   ~Trail() = default;
 
-  /// Writes a line whatever the flag says.
+  /// Writes a line, whatever DebugLog is.
   template <class... Parts>
   void Always(const Parts&... parts) const noexcept(trail::AtHand<Parts...>) {
     Write(true, parts...);
   }
 
-  /// Writes a line whatever the flag says, and is false: the answer of a member that refuses.
+  /// Writes a line, whatever DebugLog is, and returns false, the result of a member that refuses.
   template <class... Parts>
   bool Refuse(const Parts&... parts) const noexcept(trail::AtHand<Parts...>) {
     Write(true, parts...);
     return false;
   }
 
-  /// Writes a line while the object is traced. The flag is read anew for every line.
+  /// Writes a line while DebugLog is on; the flag is read again for every line.
   template <class... Parts>
   void Traced(const Parts&... parts) const noexcept(trail::AtHand<Parts...>) {
     if (object_.DebugLog()) [[unlikely]]
       Write(true, parts...);
   }
 
-  /// The same as Refuse for a line that carries the member but no id.
+  /// As Refuse, but the line does not show the id.
   bool RefuseWithoutId(std::string_view text) const noexcept {
     Write(false, text);
     return false;
   }
 
-  /// Runs a member's body and tells of the fault that ended it.
+  /// Runs the body of a member as Guarded does, and writes an ", Err " line with the fault
+  /// that ended it.
   template <class Result, class Body>
-  Result Guarded(Result preset, const Body& body) const noexcept {
-    return orif::Guarded(std::move(preset), body, Report());
+  Result Reported(Result preset, const Body& body) const noexcept {
+    return Guarded(std::move(preset), body, Report());
   }
   template <class Body>
-  void Guarded(const Body& body) const noexcept {
-    orif::Guarded(body, Report());
+  void Reported(const Body& body) const noexcept {
+    Guarded(body, Report());
   }
 
  private:
@@ -107,8 +109,8 @@ class Trail {
   std::string_view member_;
 };
 
-/// A Trail that keeps the object alive, though the member lets the lower layer run the host's code,
-/// which may drop it.
+/// A Trail that also keeps the object alive, for members whose lower calls may run code of the host
+/// that releases it.
 template <class Object>
 class HeldTrail : public Trail<Object> {
  public:

@@ -23,7 +23,7 @@ constinit std::atomic<bool> trailFlag = false;
 constinit std::atomic<std::uint32_t> objectCounter = 0;
 constinit std::atomic<std::int32_t> liveCores = 0;
 
-// What the library found when it started; read only from then on.
+// What the library found at its start; only read after that.
 struct StartUp {
   bool fileFlag = false;
   std::string logPath;
@@ -32,16 +32,18 @@ struct StartUp {
 
 // The lines of one thread.
 struct Lines : platform::ThreadObject {
-  std::string line;  // the one being built
+  /// The line being built.
+  std::string line;
   std::string last;
-  std::array<std::string, TrailLength> trail;  // a ring
-  std::size_t oldest = 0;                      // where the next line goes
+  /// A ring; `oldest` is where the next line goes.
+  std::array<std::string, TrailLength> trail;
+  std::size_t oldest = 0;
 };
 
-// The calling thread's lines; null while it has written none.
+// The lines of the calling thread; null if it has written none.
 Lines* WrittenLines() noexcept { return static_cast<Lines*>(platform::OfThread()); }
 
-// The same for another line; null when the thread is at its end, or there is no memory.
+// The same, created if necessary; null if the thread is ending or there is no memory.
 Lines* ThreadLines() noexcept {
   if (Lines* const written = WrittenLines()) return written;
   std::unique_ptr<Lines> lines(new (std::nothrow) Lines);
@@ -59,7 +61,8 @@ std::string LogFileName() {
   const platform::LocalTime now = platform::Now();
   std::string stamp =
       std::to_string(now.year) + TwoDigits(now.month) + TwoDigits(now.day) + now.timeOfDay;
-  stamp.erase(0, 2);  // the century
+  constexpr std::size_t CenturyDigits = 2;
+  stamp.erase(0, CenturyDigits);
   std::erase(stamp, ':');
   return "log" + stamp + ".txt";
 }
@@ -80,19 +83,19 @@ StartUp Start() noexcept {
   return startUp;
 }
 
-// Never destroyed: a Core with static storage may be made before and end after anything else in
-// this file.
+// Never destroyed: a Core with static storage may be constructed before and destroyed after
+// everything else in this file.
 const StartUp& Started() noexcept {
   alignas(StartUp) static std::array<std::byte, sizeof(StartUp)> memory;
   static const StartUp& startUp = *new (memory.data()) StartUp(Start());
   return startUp;
 }
 
-// The library starts when it is loaded. Objects of other translation units may be made earlier
-// still, so the counter starts it too.
+// Starts the library when it is loaded. Objects in other translation units may be constructed even
+// earlier, so the object counter starts it too.
 [[maybe_unused]] const bool loaded = (Main(), true);
 
-// Not by Start: while a library is loaded, a system may not be able to show anything.
+// Not in Start: some systems cannot show anything while a library is being loaded.
 void ShowStartUpError() noexcept {
   constinit static std::atomic<bool> shown = false;
   const std::string& error = Started().error;

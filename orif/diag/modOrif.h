@@ -1,8 +1,7 @@
-// The state of diagnostics: the last message and the trail of the last 100 lines, which each thread
-// has of its own; the trail flag, the log file, the counter behind every ObjectID and the library's
-// start-up, which all threads share; the millisecond timer. Every function may be called by several
-// threads at once, and none waits for another. The state outlives every object, so that objects
-// with static storage may use it. docs/trail.md describes lines, trail and log file.
+// modOrif: the state behind the debug trail, the log file, object numbers, settings and the timer.
+// Each thread has its own last message and its own trail of 100 lines; everything else is shared.
+// Any thread may call any function at any time, and none waits. The state outlives every object, so
+// objects with static storage may use it. docs/trail.md describes lines, trail and log file.
 #pragma once
 
 #include <cstdint>
@@ -13,41 +12,42 @@
 
 namespace orif::modOrif {
 
-/// The number of lines that the trail keeps.
+/// The number of lines that a trail keeps.
 constexpr std::size_t TrailLength = 100;
 
-/// Reads the settings and, when file logging is on, creates this run's log file. Runs when the
-/// library is loaded, at the latest when the first object takes its id; later calls do nothing. An
-/// error of it is shown to the user when the first object takes its id.
+/// Starts the library: reads the settings and, if file logging is on, creates the log file of this
+/// run. It is called when the library is loaded, at the latest when the first object takes its id;
+/// later calls do nothing. If the log file cannot be created, the user is told when the first
+/// object takes its id.
 void Main() noexcept;
 
-/// Makes a line of a message: time of day, thread number, message. The line becomes the thread's
-/// last message, is kept in the thread's trail while the trail flag is on, and is appended to the
-/// log file while that is on. A line that cannot be kept or written is dropped; one that a thread
-/// writes at its very end reaches the log file only.
+/// Makes a line of a message: time of day, thread number, message. It becomes the last message of
+/// the thread, is kept in the trail of the thread while the trail flag is on, and is appended to
+/// the log file if file logging is on. A line that cannot be kept or written is dropped. A line
+/// that a thread writes at its very end only reaches the log file.
 ORIF_EXPORT void DebugOut(std::string_view message) noexcept;
 
-/// Whether lines are kept in the trail, on every thread.
+/// Sets whether trails keep lines, on all threads.
 void TrailFlag(bool value) noexcept;
 
-/// The next ObjectID: 1, 2, 3 ... over all classes.
+/// The next ObjectID: 1, 2, 3 and so on, over all classes.
 std::int32_t NextObjectId() noexcept;
 
-/// The calling thread's last message.
+/// The last message of the calling thread.
 std::string LastMessage();
 
-/// The lines kept of the calling thread, oldest first. The first is followed directly by the
-/// second, every later one ends with a carriage return and a line feed.
+/// The trail of the calling thread, oldest line first. The first line is followed directly by the
+/// second; each line from the second on ends with CR LF.
 std::string AllMessages();
 
-/// Milliseconds of the high-resolution performance counter. Throws a Fault when there is no such
-/// counter.
+/// The high-resolution counter of the system in milliseconds. Throws a Fault if there is none.
 double Timer();
 
-/// The number of live Core objects; for a debugger's eye.
+/// Changes the number of live Core objects. The library does not use it; it can be looked at in a
+/// debugger.
 void CountCore(std::int32_t change) noexcept;
 
-/// A setting of the application, as a variant converts it; `preset` when it is missing or does not
+/// A setting of the application, converted as Variant does; `preset` if it is missing or does not
 /// convert.
 bool BooleanSetting(std::string_view key, bool preset) noexcept;
 std::int32_t IntegerSetting(std::string_view key, std::int32_t preset) noexcept;

@@ -1,4 +1,4 @@
-// The rest of a DataAlarm, which clients do not see.
+// Alarm, the private part of a DataAlarm.
 #pragma once
 
 #include <cstdint>

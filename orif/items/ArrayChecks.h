@@ -1,6 +1,5 @@
-// What position members test of the arrays that a caller hands in, and how their entry lines show
-// them. The tests are as loose as they are on purpose: six cartesian values will do although a
-// position has nine.
+// The tests that position members make of a caller's arrays, and how their entry lines show these.
+// They are loose on purpose: six cartesian values pass, although a position has nine.
 #pragma once
 
 #include <cstdint>
@@ -20,13 +19,13 @@ bool BeginsAtZero(ArrayView<T> array) {
   return array.LowerBound() <= 0;
 }
 
-/// The same, and it holds at least `least` elements.
+/// Whether an array begins at index 0 or below and has at least `least` elements.
 template <class T>
 bool Holds(ArrayView<T> array, std::int32_t least) {
   return BeginsAtZero(array) && array.Count() >= least;
 }
 
-/// A part of an entry line: the array's name with its bounds, for example "Joint(0to8)".
+/// A part of an entry line: the name of the array with its bounds, for example "Joint(0to8)".
 template <class T>
 auto Shown(const char* name, ArrayView<T> array) {
   return [=] {

@@ -1,6 +1,6 @@
-// The text that maps a block of the data area onto a controller's data: "SETASG ", first word,
-// number of words, what to copy there, and a factor for its representation, separated by single
-// blanks.
+// The assignment piece, which maps a block of the data area onto data of the controller: "SETASG ",
+// first word, number of words, what to copy there, and a factor for its representation, with single
+// blanks between them.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ inline std::string AssignmentPiece(std::int32_t start, std::int32_t size,
   return piece.append(designation);
 }
 
-/// The name of data that a motion group has, up to its number: "PR[5" for group 1, "PR[G2:5" for
-/// others.
+/// How a piece names data of a motion group, up to the number: "PR[5" for group 1, "PR[G2:5" for
+/// group 2.
 inline std::string GroupDesignation(std::string_view name, std::int32_t group,
                                     std::int32_t number) {
   std::string designation(name);

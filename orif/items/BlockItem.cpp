@@ -6,7 +6,7 @@ namespace orif {
 
 std::string BlockItem::GetSetasg(std::int32_t start) {
   const Trail<Item> trail(*this, "GetSetasg");
-  return trail.Guarded(std::string(), [&] {
+  return trail.Reported(std::string(), [&] {
     if (lines_.enter != nullptr) trail.Traced(lines_.enter);
     std::string piece = AssignmentPiece(start, GetSize(), Designation());
     SetStartAddress(start);

@@ -1,6 +1,6 @@
-// An item whose words form one block, assigned with one piece: every kind but the multi-group
-// position register. A class tells how many words it takes and what the piece designates; how the
-// piece is built and told of stands here.
+// BlockItem: an item whose words are one block with one assignment piece, as in every kind but the
+// multi-group position register. The class of an item says how many words it takes and what the
+// piece designates; building the piece is done here.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 namespace orif {
 
-/// Which lines building the piece writes while DebugLog is on, and with which blanks; null for a
-/// line that is not written. `piece` is followed by the piece.
+/// The traced lines of building the piece; null for a line that is not written. The piece follows
+/// `piece`.
 struct PieceLines {
   const char* enter = nullptr;
   const char* piece = nullptr;
@@ -21,11 +21,11 @@ struct PieceLines {
 
 class BlockItem : public Item {
  public:
-  /// The assignment piece for a block that begins at `start`, which the item remembers; empty when
-  /// the item cannot be assigned.
+  /// The assignment piece for a block that begins at `start`, which the item remembers. Empty if
+  /// there is none.
   std::string GetSetasg(std::int32_t start);
 
-  /// The number of words of the block. Throws a Fault when it does not fit 32 bits.
+  /// The number of words of the block. Throws a Fault if it does not fit 32 bits.
   virtual std::int32_t GetSize() const = 0;
 
  protected:
@@ -33,7 +33,7 @@ class BlockItem : public Item {
       : Item(className), lines_(lines) {}
 
  private:
-  /// The variable and the factor that end the piece, for example "R[1] 1.0".
+  /// The end of the piece, variable and factor: for example "R[1] 1.0".
   virtual std::string Designation() const = 0;
 
   PieceLines lines_;

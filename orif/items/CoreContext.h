@@ -1,6 +1,5 @@
-// What a Core shares with its tables and their items: the lower core object that they all call, and
-// whether they write traced lines. The Core owns it; whoever has lost his Core sees the null
-// object, which has neither.
+// CoreContext: what a Core shares with its tables and their items. Tables without a Core point to
+// NoCore, which has no lower core object and never traces.
 #pragma once
 
 #include <string>
@@ -14,13 +13,13 @@ struct CoreContext {
   Ref<LowerCore> lowerCore;
   bool debugLog = false;
 
-  /// The lower core object for one call. Throws a Fault when there is none.
+  /// The lower core object, held during one call. Throws a Fault if there is none.
   Ref<LowerCore> Lower() const {
     if (!lowerCore) throw Fault(Fault::ObjectNotSet);
     return lowerCore;
   }
 
-  /// The lower layer's text for its last failure, empty without a lower core object.
+  /// The text of the lower layer for its last failure; empty without a lower core object.
   std::string LastErrorText() const { return lowerCore ? Lower()->LastErrorText() : std::string(); }
 };
 

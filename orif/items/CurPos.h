@@ -1,4 +1,4 @@
-// The rest of a DataCurPos, which clients do not see.
+// CurPos, the private part of a DataCurPos.
 #pragma once
 
 #include <cstdint>

@@ -8,11 +8,12 @@
 namespace orif {
 namespace {
 
-// What a message mode brings: the words of a record, and which of its texts are read.
+// What a message mode means: the words of a record, how many of its texts are read, and whether the
+// assignment piece shows the length.
 struct MessageMode {
   std::int32_t words;
   std::int32_t texts;
-  bool named;  // whether the assignment piece names the length
+  bool named;
 };
 
 MessageMode Mode(std::int32_t mode) {
@@ -28,7 +29,8 @@ MessageMode Mode(std::int32_t mode) {
   }
 }
 
-// A text of a record. The severity takes one word more than the record: the first of the next one.
+// A text of a record. The severity reads one word more than the record has: the first word of the
+// next one.
 struct RecordText {
   std::int32_t offset;
   std::int32_t words;
@@ -54,7 +56,7 @@ Alarm::Alarm() noexcept
 bool Alarm::Init(ORIF_DATA_TYPE DataType, std::int32_t AlarmCount,
                  std::int32_t AlarmMessageMode) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",AlarmCount=", AlarmCount);
     if (DataType != ALARM_LIST && DataType != ALARM_CURRENT && DataType != ALARM_PASSWORD) {
       return trail.Refuse(", Err Invalid type");
@@ -85,12 +87,12 @@ bool DataAlarm::GetValue(std::int32_t Count, std::int16_t& AlarmID, std::int16_t
                          std::string& CauseAlarmMessage, std::string& SeverityMessage) noexcept {
   auto& self = static_cast<Alarm&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter");
     if (!self.Valid()) return false;
     const MessageMode mode = Mode(self.messageMode);
     const std::int32_t record = ElementAddress(self.StartAddress(), Count, 1, mode.words);
-    // All are read whatever failed before.
+    // A failed read does not stop the others.
     bool all = true;
     std::int32_t offset = 0;
     for (std::int16_t* number : {&AlarmID, &AlarmNumber, &CauseAlarmID, &CauseAlarmNumber,

@@ -21,7 +21,7 @@ CurPos::CurPos() noexcept
 
 bool CurPos::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t UF) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group);
     if (DataType != CURPOS) return trail.Refuse(", Err Invalid type");
     if (Group < 1) return trail.Refuse(", Err Invalid group");

@@ -1,5 +1,4 @@
-// The current position of one motion group, as it was at the table's last refresh; read only.
-// Registered with DataTable::AddCurPos or AddCurPosUF. Shapes and units: PositionRecord.h.
+// DataCurPos, the item for the current position.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +8,12 @@
 
 namespace orif {
 
+/// The current position of one motion group, as the last refresh of the table brought it. Read
+/// only. Register it with DataTable::AddCurPos or AddCurPosUF; read it with the members of
+/// SinglePosition.
 class ORIF_EXPORT DataCurPos : public SinglePosition {
  public:
-  /// The motion group, from 1 on.
+  /// The number of the motion group, 1 or more.
   std::int32_t Group() const noexcept;
 
  protected:

@@ -22,7 +22,7 @@ void DataItem::Kill() noexcept { Self().SetValid(false); }
 std::string DataItem::GetTypeName() const noexcept {
   const Item& self = Self();
   const Trail<Item> trail(self, "GetTypeName");
-  return trail.Guarded(std::string(), [&] {
+  return trail.Reported(std::string(), [&] {
     trail.Traced(", ", self.ClassName());
     return std::string(self.ClassName());
   });

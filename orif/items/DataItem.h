@@ -1,6 +1,4 @@
-// What all items of a table share: their kind, their table, whether they are valid, their identity.
-// Tables create and register items; clients hold them and ask them for values. An item keeps its
-// table alive. It belongs to its Core's unit: Core.h tells which threads may use it.
+// DataItem, what all items of a table have in common.
 #pragma once
 
 #include <cstdint>
@@ -16,43 +14,50 @@ namespace orif {
 class DataTable;
 class Item;
 
+/// An item of a table: its kind, its table, whether it is valid, its identity. A table creates an
+/// item when it is registered, and clients hold it by shared reference. An item keeps its table
+/// alive, but not its Core. It belongs to the unit of its Core, which one thread uses at a time.
 class ORIF_EXPORT DataItem {
  public:
   DataItem(const DataItem&) = delete;
   DataItem& operator=(const DataItem&) = delete;
-  /// The kind asked for when the item was registered.
+
+  /// The kind under which the item was registered.
   ORIF_DATA_TYPE DataType() const noexcept;
 
-  /// The table that holds the item; empty if none.
+  /// The table that created the item; never empty.
   std::shared_ptr<orif::DataTable> DataTable() const noexcept;
 
-  /// Whether the item still serves values: true from its registration until Kill or the table's
-  /// Clear.
+  /// Whether the item can still be used: true from its registration until Kill, until its table is
+  /// cleared or ended, or until its Core ends.
   bool Valid() const noexcept;
 
-  /// The identity that the item's trail lines carry.
+  /// The number that identifies the item in the debug trail, unique among all objects of the
+  /// library.
   std::int32_t ObjectID() const noexcept;
 
-  /// Ends the item's service: its value members fail from now on, but for DataString::Update, which
-  /// does not ask. It stays in the table and keeps its words.
+  /// Makes the item invalid: its members that read or write values return false from then on,
+  /// except DataString::Update, which makes no such test. The item stays in its table and keeps its
+  /// words.
   void Kill() noexcept;
 
-  /// The class name, for example "DataNumReg".
+  /// The name of the class, for example "DataNumReg".
   std::string GetTypeName() const noexcept;
 
-  /// Writes a line of the client's own to the trail while DebugLog is on.
+  /// Writes a line with the text `vstrMessage` to the debug trail, while DebugLog is on.
   void AddUserMessage(std::string_view vstrMessage) const noexcept;
 
-  /// Whether the item's traced lines are written: the DebugLog of its table's Core, false without
-  /// one.
+  /// Whether the item writes traced lines: the DebugLog of its Core; false once the Core is gone.
   bool DebugLog() const noexcept;
 
  protected:
   DataItem() = default;
   virtual ~DataItem();
 
-  /// The rest of the object, which the library keeps to itself.
+  /// The rest of the object, which only the library sees.
   virtual Item& Self() noexcept = 0;
+
+  /// The rest of the object, which only the library sees.
   virtual const Item& Self() const noexcept = 0;
 };
 

@@ -7,7 +7,7 @@
 namespace orif {
 namespace {
 
-// What differs between the two kinds of registers.
+// What differs between integers and reals.
 template <class T>
 struct Kind;
 
@@ -39,7 +39,7 @@ NumReg::NumReg() noexcept : Hidden("DataNumReg", {.enter = ", Enter ", .done = "
 bool NumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
                   std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",StartIndex=", StartIndex, ",EndIndex=", EndIndex);
     if (DataType != NUMREG_INT && DataType != NUMREG_REAL) {
       return trail.Refuse(", Err invalid type ");
@@ -55,13 +55,12 @@ bool NumReg::Init(ORIF_DATA_TYPE DataType, std::int32_t StartIndex,
 
 std::int32_t NumReg::GetSize() const { return Multiply(DataArea::NumberWords, registers.Length()); }
 
-// The integer kind carries the factor "1.0" and the real kind "0"; the controller takes them as
-// they are.
+// The controller expects the factor "1.0" for integers and "0" for reals.
 std::string NumReg::Designation() const {
   return "R[" + convert::ToText(registers.first) + (DataType() == NUMREG_INT ? "] 1.0" : "] 0");
 }
 
-// An invalid item covers no index, and says so: it reports an invalid index.
+// An invalid item covers no index: its members report an invalid index.
 bool NumReg::Covers(std::int32_t index) const noexcept {
   return Valid() && registers.Covers(index);
 }
@@ -73,7 +72,7 @@ std::int32_t NumReg::Address(std::int32_t index) const {
 bool DataNumReg::GetValue(std::int32_t Index, Variant& Value) noexcept {
   auto& self = static_cast<NumReg&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address = self.Address(Index);
@@ -98,7 +97,7 @@ bool DataNumReg::GetValue(std::int32_t Index, Variant& Value) noexcept {
 bool DataNumReg::SetValue(std::int32_t Index, const Variant& Value) noexcept {
   auto& self = static_cast<NumReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter R[", Index, "], ", [&] { return Value.ToText(); });
     if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address = self.Address(Index);
@@ -120,8 +119,8 @@ bool DataNumReg::SetValue(std::int32_t Index, const Variant& Value) noexcept {
 bool DataNumReg::SetValues(std::int32_t Index, const Variant& Value, std::int32_t Count) noexcept {
   auto& self = static_cast<NumReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValues");
-  return trail.Guarded(false, [&] {
-    // The line shows the sum, which is one more than the last index.
+  return trail.Reported(false, [&] {
+    // The line shows one more than the last index.
     trail.Traced(
         ", Enter R[", Index, " - ", [&] { return Add(Index, Count); }, "]");
     if (!self.CoversRun(Index, Count)) return trail.Refuse(", Err invalid index ");
@@ -156,7 +155,7 @@ template <class T>
 bool NumReg::SetRun(std::string_view member, std::int32_t index, ArrayView<const T> values,
                     std::int32_t count) noexcept {
   const HeldTrail<Item> trail(*this, member);
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(
         ", Enter R[", index, " - ", [&] { return Add(index, count); }, "], ");
     if (!CoversRun(index, count)) return trail.Refuse(", Err invalid index ");

@@ -31,7 +31,7 @@ PosReg::PosReg() noexcept
 bool PosReg::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                   std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     const RegisterRange wanted{Group, {StartIndex, EndIndex}};
@@ -49,7 +49,7 @@ std::int32_t PosReg::GetSize() const {
 
 std::string PosReg::Designation() const { return range.Designation("] 0.0"); }
 
-// Any index has an address, outside the range too: it means whatever lies there.
+// Also for an index outside the range: the members do not test it.
 std::int32_t PosReg::RecordAddress(std::int32_t index) const {
   return ElementAddress(StartAddress(), index, range.registers.first, DataArea::PositionWords);
 }
@@ -83,7 +83,7 @@ bool DataPosReg::SetValueJoint(std::int32_t Index, ArrayView<const float> Joint,
                                std::int16_t UT) noexcept {
   auto& self = static_cast<PosReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", Shown(" Joint", Joint));
     return self.WriteJoint(trail, Index, Joint, UF, UT);
   });
@@ -101,7 +101,7 @@ bool DataPosReg::SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwp
                                 std::int16_t UT) noexcept {
   auto& self = static_cast<PosReg&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     self.DiagnoseConnection(trail);

@@ -1,7 +1,4 @@
-// A range of the position registers of one motion group, read in array, cartesian and joint form.
-// Values are those of the table's last refresh; the setters write one register to the controller at
-// once, and what they write is seen after the next refresh. Registered with DataTable::AddPosReg.
-// Shapes and units: PositionRecord.h.
+// DataPosReg, the item for position registers.
 #pragma once
 
 #include <cstdint>
@@ -12,51 +9,79 @@
 
 namespace orif {
 
+/// A range of the position registers of one motion group, read and written in cartesian or joint
+/// form. Register it with DataTable::AddPosReg. Reads take their values from the last refresh of
+/// the table; writes go to the controller at once, one register each, and a read shows them after
+/// the next refresh.
+///
+/// The members that take an `Index` do not test it: outside the range it means whatever lies in the
+/// data area at that distance. PositionRecord.h has the shapes and units of a position.
 class ORIF_EXPORT DataPosReg : public DataItem {
  public:
-  /// The motion group, from 1 on.
+  /// The number of the motion group, 1 or more.
   std::int32_t Group() const noexcept;
 
-  /// The number of the first and of the last register of the range.
+  /// The number of the first register of the range.
   std::int32_t StartIndex() const noexcept;
+
+  /// The number of the last register of the range.
   std::int32_t EndIndex() const noexcept;
 
-  /// The position in register `Index` at the last refresh, in the elements 0 to 8, 0 to 6 and 0 to
-  /// 8 of the arrays, whatever their lower bounds. False for an invalid item, arrays with a lower
-  /// bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements, before a good refresh, and
-  /// for arrays that pass but do not have all these elements: what fits is written then. `Index` is
-  /// not tested: outside the range it means what lies there in the table's words, and is false
-  /// where that is not all in the buffer.
+  /// The position in register `Index` at the last refresh. Elements 0 to 8 of `Xyzwpr` get X Y Z
+  /// (mm), W P R (degrees) and E1 E2 E3 (extended axes), elements 0 to 6 of `Config` get C1 to C7,
+  /// elements 0 to 8 of `Joint` get J1 to J9 (degrees, or mm for a linear axis); other elements are
+  /// not touched. `UF` and `UT` are the numbers of the user frame and the tool. `ValidC` and
+  /// `ValidJ` say, as the controller reports it, whether the cartesian and the joint values are
+  /// valid.
+  ///
+  /// Returns false, with nothing written, if the item is invalid, if an array has a lower bound
+  /// above 0, if `Xyzwpr` has fewer than 6 or `Config` fewer than 7 elements, if the last refresh
+  /// of the table failed or none was made, and after Core::Disconnect. Returns false, with some
+  /// values written, if an array has passed these tests but lacks one of the elements named above,
+  /// and if the position does not lie wholly in the buffer of the table.
   bool GetValue(std::int32_t Index, ArrayView<float> Xyzwpr, ArrayView<std::int16_t> Config,
                 ArrayView<float> Joint, std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC,
                 std::int16_t& ValidJ) noexcept;
 
-  /// The same in separate variables, the floats and configuration values written on success only.
+  /// The cartesian form of the position in register `Index` at the last refresh, in separate
+  /// variables: X Y Z in mm, W P R in degrees, E1 E2 E3 of the extended axes, configuration C1 to
+  /// C7. Returns false as GetValue; X to C7 are written on success only.
   bool GetValueXyzwpr(std::int32_t Index, float& X, float& Y, float& Z, float& W, float& P,
                       float& R, float& E1, float& E2, float& E3, std::int16_t& C1, std::int16_t& C2,
                       std::int16_t& C3, std::int16_t& C4, std::int16_t& C5, std::int16_t& C6,
                       std::int16_t& C7, std::int16_t& UF, std::int16_t& UT,
                       std::int16_t& ValidC) noexcept;
+
+  /// The joint form of the position in register `Index` at the last refresh, in separate variables:
+  /// J1 to J9 in degrees, or mm for a linear axis. Returns false as GetValue; J1 to J9 are written
+  /// on success only.
   bool GetValueJoint(std::int32_t Index, float& J1, float& J2, float& J3, float& J4, float& J5,
                      float& J6, float& J7, float& J8, float& J9, std::int16_t& UT,
                      std::int16_t& ValidJ) noexcept;
 
-  /// Writes register `Index` in joint form, as many values as `Joint` has. `Index` is not tested:
-  /// outside the range it means what lies there. False for an invalid item, an array with a lower
-  /// bound above 0, without elements or with more than 32767, an address that does not fit 16 bits,
-  /// without a lower core object, and when the controller refuses.
+  /// Writes the position of register `Index` in joint form: all elements of `Joint`, in degrees or
+  /// mm, with user frame `UF` and tool `UT`. Returns false if the item is invalid, if `Joint` has a
+  /// lower bound above 0, no elements or more than 32767, if the address does not fit 16 bits,
+  /// after Core::Disconnect, and if the controller refuses.
   bool SetValueJoint(std::int32_t Index, ArrayView<const float> Joint, std::int16_t UF,
                      std::int16_t UT) noexcept;
+
+  /// Writes the position of register `Index` in joint form. As SetValueJoint, with all nine values
+  /// in separate arguments.
   bool SetValueJoint2(std::int32_t Index, float J1, float J2, float J3, float J4, float J5,
                       float J6, float J7, float J8, float J9, std::int16_t UF,
                       std::int16_t UT) noexcept;
 
-  /// Writes register `Index` in cartesian form with all the elements of the arrays. `Index` is not
-  /// tested either. False as for SetValueJoint, where the arrays need at least 6 (`Xyzwpr`) and 7
-  /// (`Config`) elements.
+  /// Writes the position of register `Index` in cartesian form: all elements of `Xyzwpr` (X Y Z in
+  /// mm, W P R in degrees, E1 E2 E3) and of `Config` (C1 to C7), with user frame `UF` and tool
+  /// `UT`. Returns false if `Xyzwpr` has fewer than 6 or `Config` fewer than 7 elements, or either
+  /// a lower bound above 0, and otherwise as SetValueJoint.
   bool SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
                       ArrayView<const std::int16_t> Config, std::int16_t UF,
                       std::int16_t UT) noexcept;
+
+  /// Writes the position of register `Index` in cartesian form. As SetValueXyzwpr, with all values
+  /// in separate arguments.
   bool SetValueXyzwpr2(std::int32_t Index, float X, float Y, float Z, float W, float P, float R,
                        float E1, float E2, float E3, std::int16_t C1, std::int16_t C2,
                        std::int16_t C3, std::int16_t C4, std::int16_t C5, std::int16_t C6,

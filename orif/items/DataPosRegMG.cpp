@@ -20,7 +20,7 @@ using PositionRecord::ConfigCount;
 using PositionRecord::FloatCount;
 using PositionRecord::FloatWords;
 
-// What a failed read is called; the fourth is spelled so in the trail.
+// How the lines about a failed read name the value; the fourth one is spelled like this.
 constexpr std::array JointNames{"J1", "J2", "J3", "41", "J5", "J6", "J7", "J8", "J9"};
 constexpr std::array FloatNames{"X", "Y", "Z", "W", "P", "R", "E1", "E2", "E3"};
 constexpr std::array ConfigNames{"C1", "C2", "C3", "C4", "C5", "C6", "C7"};
@@ -31,26 +31,27 @@ std::int32_t PosRegMG::MotionGroup::Words() const {
   return axes ? Multiply(*axes, FloatWords) : DataArea::CartesianWords;
 }
 
-// "C" with anything behind it, or "J" with a whole number, in any case, between commas.
+// Groups are separated by commas: "C" and anything after it, or "J" and a whole number, in upper or
+// lower case.
 std::optional<std::vector<PosRegMG::MotionGroup>> PosRegMG::ParseGroups(std::string_view text) {
   const std::string upper = convert::UpperCase(text);
   std::string_view rest = upper;
   std::vector<MotionGroup> groups;
   for (bool more = true; more;) {
     const std::size_t comma = rest.find(',');
-    const std::string_view piece = rest.substr(0, comma);
+    const std::string_view group = rest.substr(0, comma);
     more = comma != std::string_view::npos;
     if (more) rest.remove_prefix(comma + 1);
-    if (piece.starts_with('C')) {
-      groups.push_back({.axes = std::nullopt, .entry = "C"});
-    } else if (piece.starts_with('J')) {
-      std::string entry(piece.substr(1));
-      const std::optional<double> axes = convert::Number(entry);
+    if (group.starts_with('C')) {
+      groups.push_back({.axes = std::nullopt, .text = "C"});
+    } else if (group.starts_with('J')) {
+      std::string axesText(group.substr(1));
+      const std::optional<double> axes = convert::Number(axesText);
       if (!axes || *axes != std::floor(*axes)) return std::nullopt;
       using Limits = std::numeric_limits<std::int32_t>;
       const auto whole =
           static_cast<std::int32_t>(std::clamp<double>(*axes, Limits::min(), Limits::max()));
-      groups.push_back({.axes = whole, .entry = std::move(entry)});
+      groups.push_back({.axes = whole, .text = std::move(axesText)});
     } else {
       return std::nullopt;
     }
@@ -61,10 +62,11 @@ std::optional<std::vector<PosRegMG::MotionGroup>> PosRegMG::ParseGroups(std::str
 bool PosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_t StartIndex,
                     std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
-    registers = {StartIndex, EndIndex};  // before any test
+    // Kept even if a test fails.
+    registers = {StartIndex, EndIndex};
     if (DataType != POSREGMG) return trail.Refuse(", Err Invalid type");
     auto parsed = ParseGroups(Group);
     if (!parsed) return trail.Refuse(", Err Invalid group");
@@ -78,11 +80,12 @@ bool PosRegMG::Init(ORIF_DATA_TYPE DataType, std::string_view Group, std::int32_
 
 std::optional<std::vector<std::string>> PosRegMG::GetSetasg(std::int32_t start) noexcept {
   const Trail<Item> trail(*this, "GetSetasgs");
-  return trail.Guarded(std::optional<std::vector<std::string>>(), [&] {
+  return trail.Reported(std::optional<std::vector<std::string>>(), [&] {
     SetStartAddress(start);
     const std::int32_t length = registers.Length();
     std::vector<std::string> pieces;
-    std::int16_t total = 0;  // 16 bits, as the write of the block counts
+    // In 16 bits, as WriteRShort counts the words of the block.
+    std::int16_t total = 0;
     std::int32_t number = 0;
     sizes.clear();
     for (MotionGroup& group : groups) {
@@ -96,7 +99,7 @@ std::optional<std::vector<std::string>> PosRegMG::GetSetasg(std::int32_t start) 
       trail.Always(", ASG=", piece);
       pieces.push_back(std::move(piece));
     }
-    // What is 0 or less is the controller's to refuse.
+    // The controller refuses a block of 0 words or less.
     if (total <= DataArea::LastWord) {
       staged.assign(static_cast<std::size_t>(std::max<int>(total, 0)), 0);
     }
@@ -109,13 +112,13 @@ const PosRegMG::MotionGroup* PosRegMG::Find(std::int32_t group) const {
   return &groups[static_cast<std::size_t>(group) - 1];
 }
 
-// Where register `index` of a group begins in the block.
+// The offset in the block at which register `index` of a group begins.
 std::int32_t PosRegMG::Offset(const MotionGroup& group, std::int32_t index) const {
   return ElementAddress(group.offset, index, registers.first, group.Words());
 }
 
 const PosRegMG::MotionGroup* PosRegMG::Usable(const Trail<Item>& trail, std::int32_t group,
-                                              Form form, EntryShown shown) const {
+                                              Form form, TextShown shown) const {
   DiagnoseConnection(trail);
   const MotionGroup* found = Find(group);
   if (!Valid()) {
@@ -124,15 +127,15 @@ const PosRegMG::MotionGroup* PosRegMG::Usable(const Trail<Item>& trail, std::int
     trail.Always(", Err type group out of range");
   } else if (found->Is(form)) {
     return found;
-  } else if (shown == EntryShown::Yes) {
-    trail.Always(", Err type invalid ", found->entry);
+  } else if (shown == TextShown::Yes) {
+    trail.Always(", Err type invalid ", found->text);
   } else {
     trail.Always(", Err type invalid");
   }
   return nullptr;
 }
 
-bool PosRegMG::CoversIndex(const Trail<Item>& trail, std::int32_t index) const {
+bool PosRegMG::CheckIndex(const Trail<Item>& trail, std::int32_t index) const {
   return registers.Covers(index) || trail.Refuse(", Err index range");
 }
 
@@ -141,9 +144,9 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
                                  float& J9) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "GetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Joint);
-    if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
+    if (group == nullptr || !self.CheckIndex(trail, Index)) return false;
     const std::array joint{&J1, &J2, &J3, &J4, &J5, &J6, &J7, &J8, &J9};
     for (float* value : joint) *value = 0;
     const std::int32_t address = Add(self.StartAddress(), self.Offset(*group, Index));
@@ -151,7 +154,7 @@ bool DataPosRegMG::GetValueJoint(std::int32_t Index, std::int32_t Group, float& 
       const auto i = static_cast<std::size_t>(n) - 1;
       const bool read =
           self.Owner().GetLastDataFloat(Add(address, FloatWords * (n - 1)), *joint[i]);
-      // A failure before the last axis is passed over; from there on it counts.
+      // A failure before the last axis is ignored.
       if (!read && group->axes <= n) return trail.Refuse(", Err get data ", JointNames[i]);
     }
     trail.Traced(", Return");
@@ -166,10 +169,11 @@ bool DataPosRegMG::GetValueXyzwpr(std::int32_t Index, std::int32_t Group, float&
                                   std::int16_t& C7) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "GetValueXyzwpr");
-  const Trail<Item> dataTrail(self, "GetValueJoint");  // under which failed reads are told of
-  return trail.Guarded(false, [&] {
+  // Lines about failed reads carry the other tag.
+  const Trail<Item> dataTrail(self, "GetValueJoint");
+  return trail.Reported(false, [&] {
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Cartesian);
-    if (group == nullptr || !self.CoversIndex(trail, Index)) return false;
+    if (group == nullptr || !self.CheckIndex(trail, Index)) return false;
     const std::int32_t address = Add(self.StartAddress(), self.Offset(*group, Index));
     const std::array xyzwpr{&X, &Y, &Z, &W, &P, &R, &E1, &E2, &E3};
     for (std::int32_t i = 0; i < FloatCount; ++i) {
@@ -195,20 +199,20 @@ bool DataPosRegMG::SetValueJoint(std::int32_t Index, std::int32_t Group,
                                  ArrayView<const float> Joint) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "SetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Joint", Joint), ",");
     const auto* group = self.Usable(trail, Group, PosRegMG::Form::Joint);
     if (group == nullptr) return false;
     if (Joint.Count() != group->axes) return trail.Refuse(", Err invalid joint number");
-    if (!self.CoversIndex(trail, Index)) return false;
+    if (!self.CheckIndex(trail, Index)) return false;
     if (!self.StageFloats(trail, Joint, self.Offset(*group, Index))) return false;
     trail.Traced(", Return");
     return true;
   });
 }
 
-// The array form takes exactly as many values as the group has axes; where that cannot be, it gets
-// all nine to refuse.
+// SetValueJoint takes exactly as many values as the group has axes. If that cannot be, it gets all
+// nine and refuses them.
 bool DataPosRegMG::SetValueJoint2(std::int32_t Index, std::int32_t Group, float J1, float J2,
                                   float J3, float J4, float J5, float J6, float J7, float J8,
                                   float J9) noexcept {
@@ -224,15 +228,15 @@ bool DataPosRegMG::SetValueXyzwpr(std::int32_t Index, std::int32_t Group,
                                   ArrayView<const std::int16_t> Config) noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     const auto* group =
-        self.Usable(trail, Group, PosRegMG::Form::Cartesian, PosRegMG::EntryShown::No);
+        self.Usable(trail, Group, PosRegMG::Form::Cartesian, PosRegMG::TextShown::No);
     if (group == nullptr) return false;
     if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
     if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
-    if (!self.CoversIndex(trail, Index)) return false;
+    if (!self.CheckIndex(trail, Index)) return false;
     const std::int32_t target = self.Offset(*group, Index);
     const bool staged = self.StageFloats(trail, Xyzwpr, target) &&
                         Stage(trail, ", Err config index range ", Config,
@@ -253,7 +257,7 @@ bool DataPosRegMG::SetValueXyzwpr2(std::int32_t Index, std::int32_t Group, float
   return SetValueXyzwpr(Index, Group, xyzwpr, config);
 }
 
-// A float takes two words, the low-order half of its memory image first.
+// A real takes two words, the low half of its bits first.
 bool PosRegMG::StageFloats(const Trail<Item>& trail, ArrayView<const float> values,
                            std::int32_t target) {
   return Stage(trail, ", Err xyzwpr index range ", values, target, FloatWords, staged.size(),
@@ -267,7 +271,7 @@ bool PosRegMG::StageFloats(const Trail<Item>& trail, ArrayView<const float> valu
 bool DataPosRegMG::Update() noexcept {
   auto& self = static_cast<PosRegMG&>(*this);
   const HeldTrail<Item> trail(self, "Update");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter");
     self.DiagnoseConnection(trail);
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid");

@@ -22,14 +22,14 @@ PosRegXyzwpr::PosRegXyzwpr() noexcept
 bool PosRegXyzwpr::Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
                         std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataType, ",Group=", Group, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     const RegisterRange wanted{Group, {StartIndex, EndIndex}};
     if (!wanted.Check(trail, DataType == POSREG_XYZWPR)) return false;
     const std::int32_t registers = wanted.registers.Length();
     const std::int32_t floats = Multiply(registers, FloatCount);
-    // A range that no table has room for gets no storage.
+    // A range too long for any table gets no storage: it will be refused.
     if (registers <= DataArea::LastWord / CartesianWords) {
       xyzwpr.assign(static_cast<std::size_t>(floats), 0);
       config.assign(static_cast<std::size_t>(registers) * ConfigCount, 0);
@@ -51,7 +51,7 @@ bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float>
                                       ArrayView<const std::int16_t> Config) noexcept {
   auto& self = static_cast<PosRegXyzwpr&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Index=", Index, Shown(",Xyzwpr", Xyzwpr), ",",
                  Shown("Config", Config), ",");
     self.DiagnoseConnection(trail);
@@ -59,7 +59,7 @@ bool DataPosRegXyzwpr::SetValueXyzwpr(std::int32_t Index, ArrayView<const float>
     if (!Holds(Xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
     if (!Holds(Config, LeastConfig)) return trail.Refuse(", Err config() invalid");
     if (!self.range.registers.Covers(Index)) return trail.Refuse(", Err index range");
-    // Before the copy: a copy that fails leaves the range widened.
+    // Before the copy: the range stays widened if the copy fails.
     self.pending.Widen(Index);
     const std::int32_t place = Index - self.range.registers.first;
     const bool staged =
@@ -86,7 +86,7 @@ bool DataPosRegXyzwpr::SetValueXyzwpr2(std::int32_t Index, float X, float Y, flo
 bool DataPosRegXyzwpr::Update() noexcept {
   auto& self = static_cast<PosRegXyzwpr&>(*this);
   const HeldTrail<Item> trail(self, "Update");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", " Index=", self.pending.first, " to ", self.pending.last);
     self.DiagnoseConnection(trail);
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid");
@@ -110,9 +110,9 @@ bool DataPosRegXyzwpr::Update() noexcept {
   });
 }
 
-// Clears as many floats as there are configuration words, seven a register where there are nine:
-// the last 2n floats of the whole array stay. One of the last registers that is staged later with
-// fewer than nine elements keeps its old values in the others.
+// Clears as many reals as there are configuration words: seven a register, where there are nine. So
+// the last 2n reals of the whole array stay, and one of the last registers that is staged later
+// with fewer than nine elements keeps its old values in the others.
 void DataPosRegXyzwpr::Reset() noexcept {
   auto& self = static_cast<PosRegXyzwpr&>(*this);
   self.pending = {};

@@ -1,6 +1,4 @@
-// A write-only companion of DataPosReg for cartesian values: values for any registers of the range
-// are staged, and all staged registers are sent to the controller in one transfer. Nothing is read
-// back. Registered with DataTable::AddPosRegXyzwpr. Shapes and units: PositionRecord.h.
+// DataPosRegXyzwpr, the item for staged cartesian writes of position registers.
 #pragma once
 
 #include <cstdint>
@@ -11,33 +9,46 @@
 
 namespace orif {
 
+/// A range of the position registers of one motion group, written in cartesian form. Values are
+/// staged in the item, and Update sends the staged registers in one transfer. Nothing is read: use
+/// DataPosReg for that. Register it with DataTable::AddPosRegXyzwpr. PositionRecord.h has the
+/// shapes and units of a position.
 class ORIF_EXPORT DataPosRegXyzwpr : public DataItem {
  public:
-  /// The motion group, from 1 on.
+  /// The number of the motion group, 1 or more.
   std::int32_t Group() const noexcept;
 
-  /// The number of the first and of the last register of the range.
+  /// The number of the first register of the range.
   std::int32_t StartIndex() const noexcept;
+
+  /// The number of the last register of the range.
   std::int32_t EndIndex() const noexcept;
 
-  /// Stages register `Index`; the controller is not touched. False for an invalid item, arrays with
-  /// a lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements, an index outside
-  /// the range, and an array that runs past the last register, with the elements that fit staged.
-  /// An array of more than 9 or 7 elements runs on into the registers that follow.
+  /// Stages the position of register `Index`; nothing is sent yet. `Xyzwpr` is X Y Z (mm), W P R
+  /// (degrees), E1 E2 E3, `Config` is C1 to C7; elements beyond these 9 and 7 run on into the
+  /// registers that follow.
+  ///
+  /// Returns false if the item is invalid, if `Index` is outside the range, and if an array has a
+  /// lower bound above 0 or fewer than 6 (`Xyzwpr`) or 7 (`Config`) elements. Returns false too if
+  /// an array runs past the last register; the elements that fit are staged then.
   bool SetValueXyzwpr(std::int32_t Index, ArrayView<const float> Xyzwpr,
                       ArrayView<const std::int16_t> Config) noexcept;
+
+  /// Stages the position of register `Index`. As SetValueXyzwpr, with all values in separate
+  /// arguments.
   bool SetValueXyzwpr2(std::int32_t Index, float X, float Y, float Z, float W, float P, float R,
                        float E1, float E2, float E3, std::int16_t C1, std::int16_t C2,
                        std::int16_t C3, std::int16_t C4, std::int16_t C5, std::int16_t C6,
                        std::int16_t C7) noexcept;
 
-  /// Sends the registers from the lowest to the highest staged one, those in between included, and
-  /// forgets them. False for an invalid item, with nothing staged, and when the controller refuses;
-  /// what is staged stays then.
+  /// Sends the registers from the lowest to the highest staged one to the controller, those in
+  /// between included, and forgets them. Returns false if nothing is staged, and, with everything
+  /// still staged, if the item is invalid, after Core::Disconnect, and if the controller refuses.
   bool Update() noexcept;
 
-  /// Forgets what is staged. Of the floats of all n registers in a row the last 2n keep their
-  /// values: those of the last registers of the range.
+  /// Forgets which registers are staged and clears their values, except for some of the last
+  /// registers: seen as one row, the last 2 n of the 9 n reals of n registers keep their values.
+  /// They matter only if such a register is staged again with fewer than nine reals.
   void Reset() noexcept;
 
  protected:

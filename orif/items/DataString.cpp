@@ -10,17 +10,17 @@ using DataArea::TextWords;
 
 String::String() noexcept : Hidden("DataString", {.enter = ", Enter ", .done = ", Return "}) {}
 
-// The entry line shows the symbol where other items show the type; the type is not tested.
+// The entry line shows the symbol in place of the type, which is not tested.
 bool String::Init(ORIF_DATA_TYPE DataType, std::string_view DataSymbol, std::int32_t StartIndex,
                   std::int32_t EndIndex) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter", " Type=", DataSymbol, ",StartIndex=", StartIndex,
                  ",EndIndex=", EndIndex);
     if (DataSymbol.empty()) return trail.Refuse(", Err invalid data symbol ");
     const IndexRange range{StartIndex, EndIndex};
     if (!range.Valid()) return trail.Refuse(", Err invalid index ");
-    // A range that no table has room for gets no storage.
+    // A range too long for any table gets no storage: it will be refused.
     const std::int32_t count = Multiply(range.Length(), TextWords);
     if (count <= DataArea::LastWord) words.resize(static_cast<std::size_t>(count) + 1);
     symbol = DataSymbol;
@@ -41,13 +41,14 @@ bool String::Covers(std::int32_t index) const noexcept { return Valid() && texts
 bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
   auto& self = static_cast<String&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t address =
         ElementAddress(self.StartAddress(), Index, self.texts.first, TextWords);
     if (!self.Owner().GetLastDataString(address, Value, TextWords)) {
-      return trail.Refuse(", Err GetLastDataLong ");  // in these words, though it is a text
+      // The line says this although a text was read.
+      return trail.Refuse(", Err GetLastDataLong ");
     }
     trail.Traced(", Return ");
     return true;
@@ -57,14 +58,14 @@ bool DataString::GetValue(std::int32_t Index, std::string& Value) noexcept {
 bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
   auto& self = static_cast<String&>(*this);
   const HeldTrail<Item> trail(self, "SetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Covers(Index)) return trail.Refuse(", Err invalid index ");
     const std::int32_t base = Multiply(Subtract(Index, self.texts.first), TextWords);
     const ArrayView<std::int16_t> words(self.words);
     for (std::int32_t i = 0; i < TextWords; ++i) words(base + i) = 0;
-    // No limit of 40 words: a longer text runs on into the next one, and past the buffer it is a
-    // fault.
+    // There is no limit of 40 words: a longer text runs on into the next one, and beyond the buffer
+    // it is a fault.
     const auto byte = [&](std::size_t i) {
       return i < Value.size() ? static_cast<unsigned char>(Value[i]) : 0;
     };
@@ -78,12 +79,12 @@ bool DataString::SetValue(std::int32_t Index, std::string_view Value) noexcept {
   });
 }
 
-// Neither the item's validity nor whether anything is pending is tested: with nothing pending the
+// Tests neither whether the item is valid nor whether anything is staged. With nothing staged the
 // words would begin before the buffer, which is a fault.
 bool DataString::Update() noexcept {
   auto& self = static_cast<String&>(*this);
   const HeldTrail<Item> trail(self, "Update");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     const std::int32_t first = Multiply(Subtract(self.pending.first, self.texts.first), TextWords);
     const std::int32_t count = Multiply(self.pending.Length(), TextWords);

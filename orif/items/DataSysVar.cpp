@@ -12,10 +12,10 @@ using DataArea::TextWords;
 SysVar::SysVar() noexcept
     : Hidden("DataSysVar", {.enter = ", Enter ", .piece = ", ASG=", .done = ", Return "}) {}
 
-// Its refusals carry no id.
+// The lines about a refusal show no id.
 bool SysVar::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",SysVName=", SysVarName);
     if (DataType != SYSVAR_INT && DataType != SYSVAR_REAL && DataType != SYSVAR_STRING) {
       return trail.RefuseWithoutId(" Err invalid type");
@@ -42,7 +42,7 @@ std::string DataSysVar::SysVarName() const noexcept {
 bool DataSysVar::GetValue(Variant& Value) noexcept {
   auto& self = static_cast<SysVar&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
     switch (self.DataType()) {
@@ -81,7 +81,7 @@ bool DataSysVar::GetValue(Variant& Value) noexcept {
 bool DataSysVar::SetValue(const Variant& Value) noexcept {
   auto& self = static_cast<SysVar&>(*this);
   const HeldTrail<Item> trail(self, "SetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ,Value=", [&] { return Value.ToText(); });
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
     const Ref<LowerCore> lower = self.Context().Lower();

@@ -1,6 +1,4 @@
-// A scalar system variable of the controller, named by the client: an integer, a real or a text.
-// The value is that of the table's last refresh; SetValue writes to the controller at once, and
-// what it writes is seen after the next refresh. Registered with DataTable::AddSysVar.
+// DataSysVar, the item for a number or a text in a system variable.
 #pragma once
 
 #include <cstdint>
@@ -13,18 +11,24 @@
 
 namespace orif {
 
+/// A system variable of the controller, given by its name: an integer, a real or a text. Register
+/// it with DataTable::AddSysVar. Reads take their value from the last refresh of the table; a write
+/// goes to the controller at once, and a read shows it after the next refresh.
 class ORIF_EXPORT DataSysVar : public DataItem {
  public:
-  /// The value at the last refresh, as a 32-bit integer, a 32-bit real or a text by the item's
-  /// kind. False, with `Value` untouched, for an invalid item and before a good refresh.
+  /// The value at the last refresh: a 32-bit integer, a 32-bit real, or a text of up to 80 bytes
+  /// without the blanks around it, by the kind of the item. Returns false, with `Value` untouched,
+  /// if the item is invalid, if the last refresh of the table failed or none was made, and, for a
+  /// number, after Core::Disconnect.
   bool GetValue(Variant& Value) noexcept;
 
-  /// The variable's name as given.
+  /// The name of the variable, as it was registered.
   std::string SysVarName() const noexcept;
 
-  /// Writes the variable. A text goes to the controller in full; the variable holds 80 bytes. False
-  /// for an invalid item, a value that does not convert to the item's kind, and when the controller
-  /// refuses.
+  /// Writes `Value` to the variable, converted to the kind of the item: to a 32-bit integer, a
+  /// 32-bit real or a text. A text is handed on in full, although the variable holds 80 bytes.
+  /// Returns false if the item is invalid, if the value does not convert, after Core::Disconnect,
+  /// and if the controller refuses.
   bool SetValue(const Variant& Value) noexcept;
 
  protected:

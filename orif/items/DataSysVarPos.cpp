@@ -28,7 +28,7 @@ SysVarPos::SysVarPos() noexcept
 
 bool SysVarPos::Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",SysVName=", SysVarName);
     if (DataType != SYSVAR_POS) return trail.Refuse(", Err invalid type");
     if (!SysVarName.starts_with('$')) return trail.Refuse(", Err invalid name ");
@@ -48,7 +48,7 @@ bool DataSysVarPos::SetValueJoint(ArrayView<const float> Joint, std::int16_t UF,
                                   std::int16_t UT) noexcept {
   auto& self = static_cast<SysVarPos&>(*this);
   const HeldTrail<Item> trail(self, "SetValueJoint");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", Shown("Joint", Joint));
     return self.WriteJoint(trail, OnlyRecord, Joint, UF, UT);
   });
@@ -66,7 +66,7 @@ bool DataSysVarPos::SetValueXyzwpr(ArrayView<const float> Xyzwpr,
                                    std::int16_t UT) noexcept {
   auto& self = static_cast<SysVarPos&>(*this);
   const HeldTrail<Item> trail(self, "SetValueXyzwpr");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", Shown(" Xyzwpr", Xyzwpr), ",", Shown("Config", Config), ",");
     return self.WriteXyzwpr(trail, OnlyRecord, Xyzwpr, Config, UF, UT);
   });

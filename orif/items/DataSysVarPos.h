@@ -1,7 +1,4 @@
-// A position-typed system variable of the controller, named by the client. Values are those of the
-// table's last refresh; the setters write to the controller at once, and what they write is seen
-// after the next refresh. Registered with DataTable::AddSysVarPos. Shapes and units:
-// PositionRecord.h.
+// DataSysVarPos, the item for a position in a system variable.
 #pragma once
 
 #include <cstdint>
@@ -13,22 +10,34 @@
 
 namespace orif {
 
+/// A system variable of the controller that holds a position, given by its name. Register it with
+/// DataTable::AddSysVarPos; read it with the members of SinglePosition. A write goes to the
+/// controller at once, and a read shows it after the next refresh.
 class ORIF_EXPORT DataSysVarPos : public SinglePosition {
  public:
-  /// The variable's name as given.
+  /// The name of the variable, as it was registered.
   std::string SysVarName() const noexcept;
 
-  /// Writes the variable in joint form, as many values as `Joint` has. False for an invalid item,
-  /// an array with a lower bound above 0, without elements or with more than 32767, without a lower
-  /// core object, and when the controller refuses.
+  /// Writes the variable in joint form: all elements of `Joint`, in degrees, or mm for a linear
+  /// axis, with user frame `UF` and tool `UT`. Returns false if the item is invalid, if `Joint` has
+  /// a lower bound above 0, no elements or more than 32767, after Core::Disconnect, and if the
+  /// controller refuses.
   bool SetValueJoint(ArrayView<const float> Joint, std::int16_t UF, std::int16_t UT) noexcept;
+
+  /// Writes the variable in joint form. As SetValueJoint, with all nine values in separate
+  /// arguments.
   bool SetValueJoint2(float J1, float J2, float J3, float J4, float J5, float J6, float J7,
                       float J8, float J9, std::int16_t UF, std::int16_t UT) noexcept;
 
-  /// Writes the variable in cartesian form with all the elements of the arrays. False as for
-  /// SetValueJoint, where the arrays need at least 6 (`Xyzwpr`) and 7 (`Config`) elements.
+  /// Writes the variable in cartesian form: all elements of `Xyzwpr` (X Y Z in mm, W P R in
+  /// degrees, E1 E2 E3) and of `Config` (C1 to C7), with user frame `UF` and tool `UT`. Returns
+  /// false if `Xyzwpr` has fewer than 6 or `Config` fewer than 7 elements, or either a lower bound
+  /// above 0, and otherwise as SetValueJoint.
   bool SetValueXyzwpr(ArrayView<const float> Xyzwpr, ArrayView<const std::int16_t> Config,
                       std::int16_t UF, std::int16_t UT) noexcept;
+
+  /// Writes the variable in cartesian form. As SetValueXyzwpr, with all values in separate
+  /// arguments.
   bool SetValueXyzwpr2(float X, float Y, float Z, float W, float P, float R, float E1, float E2,
                        float E3, std::int16_t C1, std::int16_t C2, std::int16_t C3, std::int16_t C4,
                        std::int16_t C5, std::int16_t C6, std::int16_t C7, std::int16_t UF,

@@ -6,17 +6,18 @@
 namespace orif {
 namespace {
 
-// The block, in words.
+// Offsets in the block, in words.
 constexpr std::int32_t NameOffset = 0;
 constexpr std::int32_t LineOffset = 8;
 constexpr std::int32_t StateOffset = 9;
 constexpr std::int32_t ParentOffset = 10;
 
-// Names take 8 words each but are read over 16: a text ends at its first zero character, so only
-// one that fills its words runs on.
+// A name takes 8 words but 16 are read: the text ends at its first zero byte, so only a name that
+// fills its words runs on.
 constexpr std::int32_t NameWords = 16;
 
-// The letters by which the controller leaves programs out; null for a kind that is no task.
+// The letters that tell the controller which programs not to count; null for a kind that is no
+// task.
 const char* Filter(ORIF_DATA_TYPE type) {
   switch (type) {
     case TASK:
@@ -36,7 +37,7 @@ const char* Filter(ORIF_DATA_TYPE type) {
 
 bool Task::Init(ORIF_DATA_TYPE DataType, std::int32_t Index) noexcept {
   const Trail<Item> trail(*this, "Init");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ", " Type=", DataType, ",Index=", Index);
     if (Filter(DataType) == nullptr) return trail.Refuse(", Err invalid type ");
     if (Index < 1) return trail.Refuse(", Err invalid index ");
@@ -57,11 +58,11 @@ bool DataTask::GetValue(std::string& ProgName, std::int16_t& LineNumber, std::in
                         std::string& ParentProgName) noexcept {
   auto& self = static_cast<Task&>(*this);
   const HeldTrail<Item> trail(self, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(", Enter ");
     if (!self.Valid()) return trail.Refuse(", Err Me.Invalid ");
     const auto at = [&](std::int32_t offset) { return Add(self.StartAddress(), offset); };
-    // All four are read whatever failed before.
+    // A failed read does not stop the others.
     bool all = self.Owner().GetLastDataString(at(NameOffset), ProgName, NameWords);
     all = self.Owner().GetLastDataShort(at(LineOffset), LineNumber) && all;
     all = self.Owner().GetLastDataShort(at(StateOffset), State) && all;

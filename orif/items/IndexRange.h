@@ -1,4 +1,4 @@
-// A range of numbers, first and last one included: of registers, of texts.
+// IndexRange: the numbers of registers or texts from the first to the last, both included.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,14 @@ struct IndexRange {
   std::int32_t first = 0;
   std::int32_t last = 0;
 
-  /// Numbers count from 1; there is no upper limit here, the controller rejects the piece.
+  /// Whether the range begins at 1 or above and is not empty. The controller knows the upper limit.
   bool Valid() const { return first >= 1 && last >= 1 && first <= last; }
   bool Covers(std::int32_t index) const { return index >= first && index <= last; }
-  /// Throws a Fault when it does not fit 32 bits.
+  /// Throws a Fault if it does not fit 32 bits.
   std::int32_t Length() const { return RangeLength(first, last); }
 };
 
-/// The range from the lowest to the highest number that was staged; 0 to 0 while none is.
+/// The range from the lowest to the highest staged number; 0 to 0 if nothing is staged.
 struct PendingRange : IndexRange {
   void Widen(std::int32_t index) {
     if (first <= 0 || first > index) first = index;

@@ -20,11 +20,11 @@ Item::~Item() {
 bool Item::Written(std::int32_t status, const Trail<Item>& trail, std::string_view refusal) const {
   if (status >= 0) return true;
   trail.Always(refusal, status);
-  TellLastError(trail);
+  ReportLastError(trail);
   return false;
 }
 
-void Item::TellLastError(const Trail<Item>& trail) const {
+void Item::ReportLastError(const Trail<Item>& trail) const {
   trail.Always(", ", [this] { return Context().LastErrorText(); });
 }
 

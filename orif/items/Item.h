@@ -1,6 +1,6 @@
-// What the library keeps of an item, and what its members need of the library: the table that holds
-// it, its trail, the lower layer. Each public item class has one hidden final class, in the source
-// of its name, which derives from it and from Item; tables make no other.
+// Item, the private part that all items share: the table, the trail, the way to the lower layer.
+// Each public item class has one hidden final class in the header of its name (DataNumReg and
+// NumReg), which derives from it and from Item; tables create these.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ class Item : public Counted {
  public:
   virtual ~Item();
 
-  /// The item as the client knows it.
+  /// The item as clients know it.
   virtual DataItem& AsDataItem() noexcept = 0;
 
   std::string_view ClassName() const noexcept { return className_; }
@@ -30,10 +30,10 @@ class Item : public Counted {
   const std::shared_ptr<ItemOwner>& DataTable() const noexcept { return owner_; }
   void SetDataTable(std::shared_ptr<ItemOwner> owner) noexcept { owner_ = std::move(owner); }
 
-  /// What the Core shares; the null object without a table or without a Core.
+  /// What the Core shares; NoCore without a table or a Core.
   const CoreContext& Context() const noexcept { return owner_ ? owner_->Context() : NoCore; }
 
-  /// The table. Throws a Fault when there is none.
+  /// The table. Throws a Fault if there is none.
   ItemOwner& Owner() const {
     if (!owner_) throw Fault(Fault::ObjectNotSet);
     return *owner_;
@@ -43,12 +43,13 @@ class Item : public Counted {
   std::int32_t StartAddress() const noexcept { return startAddress_; }
   void SetStartAddress(std::int32_t value) noexcept { startAddress_ = value; }
 
-  /// Whether a write was carried out. A refused one has a negative status and is told of in two
-  /// lines: `refusal`, followed by the status, and the lower layer's text.
+  /// Whether a write succeeded. A negative status is a refusal, which writes two lines: `refusal`
+  /// with the status, and the text of the lower layer.
   bool Written(std::int32_t status, const Trail<Item>& trail, std::string_view refusal) const;
-  void TellLastError(const Trail<Item>& trail) const;
+  void ReportLastError(const Trail<Item>& trail) const;
 
-  /// Tells what keeps a write from reaching the controller, and changes nothing.
+  /// Writes a line about what keeps a write from reaching the controller, if anything does. Changes
+  /// nothing.
   void DiagnoseConnection(const Trail<Item>& trail) const;
 
  protected:
@@ -63,7 +64,7 @@ class Item : public Counted {
   std::shared_ptr<ItemOwner> owner_;
 };
 
-/// The public class `Public` over `Base`, which is Item or derives from it.
+/// Joins the public class `Public` with `Base`, which is Item or derives from it.
 template <class Public, class Base>
 class Hidden : public Public, public Base {
  public:

@@ -1,5 +1,5 @@
-// What an item asks of the table that holds it: the values of the last refresh, and the way to the
-// Core. The table implements it.
+// ItemOwner: what an item needs of the table that holds it, the values of the last refresh and the
+// way to the Core. Table implements it.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ class Item;
 template <class Object>
 class Trail;
 
-/// Where a decoded position goes: the caller's own arrays and variables.
+/// The caller's arrays and variables that take a decoded position.
 struct PositionOutput {
   ArrayView<float> Xyzwpr;
   ArrayView<std::int16_t> Config;
@@ -34,24 +34,25 @@ class ItemOwner {
   ItemOwner& operator=(const ItemOwner&) = delete;
   virtual ~ItemOwner() = default;
 
-  /// The table itself, as the client knows it.
+  /// The table as clients know it.
   virtual std::shared_ptr<DataTable> AsDataTable() noexcept = 0;
 
-  /// What the owning Core shares; the null object when there is no Core.
+  /// What the Core shares; NoCore without a Core.
   const CoreContext& Context() const noexcept { return *context_; }
 
-  /// Tells what keeps a write of an item from reaching the controller, in the item's own trail.
+  /// Writes a line to the trail of the item about what keeps a write from reaching the controller,
+  /// if anything does.
   virtual void DiagnoseConnection(const Trail<Item>& trail) const = 0;
 
-  // Decoding of the last refresh at a word address of the data area; false, with the output
-  // untouched, when there was no good refresh or the words are not all in the buffer.
+  // These decode the last refresh at a word address of the data area. They return false, with the
+  // output untouched, if it failed or none was made and if the words are not all in the buffer.
   virtual bool GetLastDataShort(std::int32_t lngAddress, std::int16_t& intValue) noexcept = 0;
   virtual bool GetLastDataLong(std::int32_t lngAddress, std::int32_t& lngValue) noexcept = 0;
   virtual bool GetLastDataFloat(std::int32_t lngAddress, float& sngValue) noexcept = 0;
   /// A text of at most `words` words.
   virtual bool GetLastDataString(std::int32_t lngAddress, std::string& strValue,
                                  std::int32_t words) noexcept = 0;
-  /// A position record. A failure half-way leaves what was decoded before it.
+  /// A position record. A failure half-way leaves what was decoded before it in the output.
   virtual bool GetLastDataPos(std::int32_t lngAddress, const PositionOutput& position) noexcept = 0;
 
  protected:

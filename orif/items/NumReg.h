@@ -1,4 +1,4 @@
-// The rest of a DataNumReg, which clients do not see.
+// NumReg, the private part of a DataNumReg.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The rest of a DataPosReg, which clients do not see.
+// PosReg, the private part of a DataPosReg.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace orif {
 
-struct PosReg final : Hidden<DataPosReg, WritablePosition> {
+struct PosReg final : Hidden<DataPosReg, WritablePositionItem> {
   PosReg() noexcept;
   bool Init(ORIF_DATA_TYPE DataType, std::int32_t Group, std::int32_t StartIndex,
             std::int32_t EndIndex) noexcept;

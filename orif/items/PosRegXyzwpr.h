@@ -1,4 +1,4 @@
-// The rest of a DataPosRegXyzwpr, which clients do not see.
+// PosRegXyzwpr, the private part of a DataPosRegXyzwpr.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,10 @@ struct PosRegXyzwpr final : Hidden<DataPosRegXyzwpr, BlockItem> {
 
   RegisterRange range;
   PendingRange pending;
-  std::vector<float> xyzwpr;         // nine a register
-  std::vector<std::int16_t> config;  // seven a register
+  /// Nine a register.
+  std::vector<float> xyzwpr;
+  /// Seven a register.
+  std::vector<std::int16_t> config;
 };
 
 }  // namespace orif

@@ -5,8 +5,7 @@
 namespace orif {
 namespace {
 
-// A position of nine, seven and nine values.
-struct Position {
+struct DecodedPosition {
   std::array<float, PositionRecord::FloatCount> xyzwpr{};
   std::array<std::int16_t, PositionRecord::ConfigCount> config{};
   std::array<float, PositionRecord::FloatCount> joint{};
@@ -16,7 +15,7 @@ struct Position {
 
 bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept {
   const HeldTrail<Item> trail(*this, "GetValue");
-  return trail.Guarded(false, [&] {
+  return trail.Reported(false, [&] {
     trail.Traced(lines_.enter, Shown(" Xyzwpr", position.Xyzwpr), ",",
                  Shown("Config", position.Config), ",", Shown("Joint", position.Joint));
     if (!Valid()) {
@@ -39,7 +38,7 @@ bool PositionItem::ReadArrays(std::int32_t index, const PositionOutput& position
 bool PositionItem::ReadXyzwpr(std::int32_t index, const FloatOutputs& floats,
                               const ConfigOutputs& configs, std::int16_t& UF, std::int16_t& UT,
                               std::int16_t& ValidC) const noexcept {
-  Position read;
+  DecodedPosition read;
   std::int16_t validJ = 0;
   if (!ReadArrays(index, {read.xyzwpr, read.config, read.joint, UF, UT, ValidC, validJ})) {
     return false;
@@ -51,7 +50,7 @@ bool PositionItem::ReadXyzwpr(std::int32_t index, const FloatOutputs& floats,
 
 bool PositionItem::ReadJoint(std::int32_t index, const FloatOutputs& floats, std::int16_t& UT,
                              std::int16_t& ValidJ) const noexcept {
-  Position read;
+  DecodedPosition read;
   std::int16_t uf = 0;
   std::int16_t validC = 0;
   if (!ReadArrays(index, {read.xyzwpr, read.config, read.joint, uf, UT, validC, ValidJ})) {
@@ -61,10 +60,10 @@ bool PositionItem::ReadJoint(std::int32_t index, const FloatOutputs& floats, std
   return true;
 }
 
-// The number of joint values handed on is the caller's.
-bool WritablePosition::WriteJoint(const Trail<Item>& trail, std::int32_t index,
-                                  ArrayView<const float> joint, std::int16_t UF,
-                                  std::int16_t UT) const {
+// All elements of `joint` are handed on, however many there are.
+bool WritablePositionItem::WriteJoint(const Trail<Item>& trail, std::int32_t index,
+                                      ArrayView<const float> joint, std::int16_t UF,
+                                      std::int16_t UT) const {
   if (!Valid()) return trail.Refuse(lines_.invalid);
   const std::int32_t address = RecordAddress(index);
   if (!BeginsAtZero(joint)) return trail.Refuse(", Err Joint() invalid");
@@ -72,7 +71,7 @@ bool WritablePosition::WriteJoint(const Trail<Item>& trail, std::int32_t index,
   if (lines_.jointStatus != nullptr) trail.Traced(lines_.jointStatus, status);
   if (status < 0 && !lines_.jointRefusedStatus) {
     trail.Always(lines_.jointRefused);
-    TellLastError(trail);
+    ReportLastError(trail);
     return false;
   }
   if (!Written(status, trail, lines_.jointRefused)) return false;
@@ -80,11 +79,10 @@ bool WritablePosition::WriteJoint(const Trail<Item>& trail, std::int32_t index,
   return true;
 }
 
-// The bounds cannot change on the way to the controller, so they are tested once.
-bool WritablePosition::WriteXyzwpr(const Trail<Item>& trail, std::int32_t index,
-                                   ArrayView<const float> xyzwpr,
-                                   ArrayView<const std::int16_t> config, std::int16_t UF,
-                                   std::int16_t UT) const {
+bool WritablePositionItem::WriteXyzwpr(const Trail<Item>& trail, std::int32_t index,
+                                       ArrayView<const float> xyzwpr,
+                                       ArrayView<const std::int16_t> config, std::int16_t UF,
+                                       std::int16_t UT) const {
   if (!Valid()) return trail.Refuse(lines_.invalid);
   if (!Holds(xyzwpr, LeastXyzwpr)) return trail.Refuse(", Err Xyzwpr() invalid");
   if (!Holds(config, LeastConfig)) return trail.Refuse(", Err Config() invalid");

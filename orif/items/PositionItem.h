@@ -1,6 +1,6 @@
-// An item whose words are position records: what reading a record into the caller's arrays, into
-// separate variables, and writing one through to the controller have in common. Which tests a class
-// makes and in which words it tells of them differs on purpose and is given as data.
+// PositionItem: an item whose words are position records. What reading and writing a record have in
+// common is here; which tests a class makes and which lines it writes differs on purpose and is
+// data.
 #pragma once
 
 #include <array>
@@ -12,22 +12,29 @@
 
 namespace orif {
 
-/// What a class tests when it reads a record, and in which words it tells of the outcome.
+/// What a class tests when it reads a record, and its lines.
 struct PositionReadLines {
-  const char* enter;    ///< traced, before the arrays
-  const char* invalid;  ///< null: a read of an invalid item fails without a line
-  bool checksArrays;    ///< whether a read tests the bounds of its arrays
+  /// Traced; the arrays follow.
+  const char* enter;
+  /// Null if reading an invalid item fails without a line.
+  const char* invalid;
+  /// Whether the bounds of the arrays are tested.
+  bool checksArrays;
   const char* decodeFailed;
-  const char* done;  ///< traced
+  /// Traced.
+  const char* done;
 };
 
-/// The same of a write.
+/// The lines of a class that writes a record.
 struct PositionWriteLines {
   const char* invalid;
-  const char* jointStatus;  ///< traced, followed by the status of the write; null: not written
+  /// Traced; the status of the write follows. Null if not written.
+  const char* jointStatus;
   const char* jointRefused;
-  bool jointRefusedStatus;  ///< whether the status follows it
-  const char* done;         ///< traced
+  /// Whether the status follows `jointRefused`.
+  bool jointRefusedStatus;
+  /// Traced.
+  const char* done;
 };
 
 class PositionItem : public BlockItem {
@@ -37,10 +44,12 @@ class PositionItem : public BlockItem {
 
   bool ReadArrays(std::int32_t index, const PositionOutput& position) const noexcept;
 
-  /// Read into arrays of their own and hand out the floats and configuration values on success
-  /// only. The frame, the tool and the validity go straight through.
+  /// Reads into arrays of its own and hands out the floats and configuration values on success
+  /// only. UF, UT and ValidC are passed straight on.
   bool ReadXyzwpr(std::int32_t index, const FloatOutputs& floats, const ConfigOutputs& configs,
                   std::int16_t& UF, std::int16_t& UT, std::int16_t& ValidC) const noexcept;
+
+  /// The same for the joint values.
   bool ReadJoint(std::int32_t index, const FloatOutputs& floats, std::int16_t& UT,
                  std::int16_t& ValidJ) const noexcept;
 
@@ -49,25 +58,28 @@ class PositionItem : public BlockItem {
                const PositionReadLines& lines) noexcept
       : BlockItem(className, pieceLines), lines_(lines) {}
 
-  /// The address of the record that a member with the argument `index` means.
+  /// The address of the record for the argument `index` of a member.
   virtual std::int32_t RecordAddress(std::int32_t index) const = 0;
 
  private:
   const PositionReadLines& lines_;
 };
 
-class WritablePosition : public PositionItem {
+class WritablePositionItem : public PositionItem {
  public:
-  /// Test the item and the arrays and write a record; the entry line is the member's own.
+  /// Tests the item and the array and writes a record in joint form. The caller has written the
+  /// entry line.
   bool WriteJoint(const Trail<Item>& trail, std::int32_t index, ArrayView<const float> joint,
                   std::int16_t UF, std::int16_t UT) const;
+
+  /// The same in cartesian form.
   bool WriteXyzwpr(const Trail<Item>& trail, std::int32_t index, ArrayView<const float> xyzwpr,
                    ArrayView<const std::int16_t> config, std::int16_t UF, std::int16_t UT) const;
 
  protected:
-  WritablePosition(std::string_view className, PieceLines pieceLines,
-                   const PositionReadLines& readLines,
-                   const PositionWriteLines& writeLines) noexcept
+  WritablePositionItem(std::string_view className, PieceLines pieceLines,
+                       const PositionReadLines& readLines,
+                       const PositionWriteLines& writeLines) noexcept
       : PositionItem(className, pieceLines, readLines), lines_(writeLines) {}
 
  private:

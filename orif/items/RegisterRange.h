@@ -1,5 +1,5 @@
-// A range of the position registers of one motion group: the arguments that the register items with
-// one block take, test and turn into an assignment piece alike.
+// RegisterRange: position registers of one motion group, as the items with one block take them,
+// test them and put them into an assignment piece.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ struct RegisterRange {
   std::int32_t group = 0;
   IndexRange registers;
 
-  /// Tests the arguments of an item's Init, in this order, and tells of the first that is not
-  /// valid. A group has no upper limit here either.
+  /// Tests the arguments of the Init of an item, in this order, and writes a line about the first
+  /// that is not valid. A group has no upper limit here either: the controller knows it.
   bool Check(const Trail<Item>& trail, bool typeMatches) const {
     if (!typeMatches) return trail.Refuse(", Err Invalid type");
     if (group < 1) return trail.Refuse(", Err Invalid group");
@@ -24,7 +24,8 @@ struct RegisterRange {
     return true;
   }
 
-  /// Only the first register is named; the size of the block tells how many follow.
+  /// The end of the assignment piece. It names the first register only; the size of the block tells
+  /// how many follow.
   std::string Designation(const char* ending) const {
     return GroupDesignation("PR[", group, registers.first) + ending;
   }

@@ -1,4 +1,4 @@
-// What an item that holds a single position record has over one of the position items.
+// SingleRecord, which makes one of the position items an item of a single record.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace orif {
 
-/// The argument by which PositionItem's members mean the single record.
+/// The `index` to pass to the members of PositionItem.
 constexpr std::int32_t OnlyRecord = 0;
 
 template <class Base>

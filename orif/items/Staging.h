@@ -1,4 +1,4 @@
-// Copying a caller's array into an item's staged values.
+// Copies a caller's array into the staged values of an item.
 #pragma once
 
 #include <cstddef>
@@ -10,9 +10,9 @@
 
 namespace orif {
 
-/// Stores the elements of `array` one after the other from `target` on, `stride` places each, by
-/// `store(place, element)`. One that would not lie wholly within `places` is told of with `line`
-/// and ends it; those before stay.
+/// Stores the elements of `array` with `store(place, element)`, one after the other from `target`
+/// on, `stride` places each. Stops at the first element that does not lie wholly within the
+/// `places` places, and writes `line` about it; those before it stay.
 template <class T, class Store>
 bool Stage(const Trail<Item>& trail, const char* line, ArrayView<const T> array,
            std::int32_t target, std::int32_t stride, std::size_t places, const Store& store) {

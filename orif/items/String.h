@@ -1,4 +1,4 @@
-// The rest of a DataString, which clients do not see.
+// String, the private part of a DataString.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,8 @@ struct String final : Hidden<DataString, BlockItem> {
   std::string symbol;
   IndexRange texts;
   PendingRange pending;
-  std::vector<std::int16_t> words;  // one more than the texts need
+  /// One more than the texts need.
+  std::vector<std::int16_t> words;
 };
 
 }  // namespace orif

@@ -1,4 +1,4 @@
-// The rest of a DataSysVar, which clients do not see.
+// SysVar, the private part of a DataSysVar.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The rest of a DataSysVarPos, which clients do not see.
+// SysVarPos, the private part of a DataSysVarPos.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace orif {
 
-struct SysVarPos final : SingleRecord<Hidden<DataSysVarPos, WritablePosition>> {
+struct SysVarPos final : SingleRecord<Hidden<DataSysVarPos, WritablePositionItem>> {
   SysVarPos() noexcept;
   bool Init(ORIF_DATA_TYPE DataType, std::string_view SysVarName) noexcept;
   std::string Designation() const override { return name + " 0.0"; }

@@ -1,4 +1,4 @@
-// The rest of a DataTask, which clients do not see.
+// Task, the private part of a DataTask.
 #pragma once
 
 #include <cstdint>

@@ -19,14 +19,14 @@ namespace {
 using platform::AutomationText;
 using platform::SystemText;
 
-std::string Words(HRESULT result) { return SystemText(static_cast<DWORD>(result)); }
+std::string ErrorText(HRESULT result) { return SystemText(static_cast<DWORD>(result)); }
 
-// The calling thread's apartment, entered for as long as this lives. A thread that is in one of the
-// other kind already stays there, and then there is nothing to leave.
+// Keeps the calling thread in an apartment. A thread that is already in one of another kind stays
+// there, and is not taken out of it at the end.
 class Apartment {
  public:
   Apartment() : entered_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {
-    if (FAILED(entered_) && entered_ != RPC_E_CHANGED_MODE) throw Fault(Words(entered_));
+    if (FAILED(entered_) && entered_ != RPC_E_CHANGED_MODE) throw Fault(ErrorText(entered_));
   }
   Apartment(const Apartment&) = delete;
   Apartment& operator=(const Apartment&) = delete;
@@ -38,7 +38,7 @@ class Apartment {
   HRESULT entered_;
 };
 
-// A text that an object may have put another one in the place of.
+// A text by reference, which the object may have replaced.
 struct TextVariable {
   TextVariable() = default;
   TextVariable(const TextVariable&) = delete;
@@ -53,7 +53,7 @@ struct Release {
 };
 using Object = std::unique_ptr<IDispatch, Release>;
 
-// The arguments of one call, last one first as automation wants them, and the texts among them.
+// The arguments of one call, in the reverse order that automation wants, and the texts among them.
 class Arguments {
  public:
   explicit Arguments(std::span<const OrvexValue> values)
@@ -66,7 +66,7 @@ class Arguments {
   DISPPARAMS Parameters() { return {variants_.data(), nullptr, Narrow<UINT>(variants_.size()), 0}; }
 
  private:
-  // The kinds are the automation codes, and a number or a pointer is the same in both unions.
+  // The kinds are the codes of automation, and numbers and pointers lie alike in both unions.
   static void Convert(const OrvexValue& value, VARIANT& variant, BSTR& text) {
     static_assert(sizeof value.as == sizeof variant.llVal);
     variant.vt = value.kind;
@@ -105,7 +105,7 @@ struct Result : VARIANT {
   ~Result() { VariantClear(this); }
 };
 
-// What the object tells of a call that failed in it.
+// How the object describes a call that failed inside it.
 struct Exception : EXCEPINFO {
   Exception() : EXCEPINFO{} {}
   Exception(const Exception&) = delete;
@@ -117,7 +117,7 @@ struct Exception : EXCEPINFO {
   std::string Description() {
     if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
     if (SysStringLen(bstrDescription) > 0) return platform::Narrow(bstrDescription);
-    return scode != 0 ? Words(scode) : Fault::AutomationError;
+    return scode != 0 ? ErrorText(scode) : Fault::AutomationError;
   }
 };
 
@@ -141,7 +141,7 @@ class AutomationCore final : public Dispatch {
         object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, static_cast<WORD>(call), &parameters,
                         call == ORVEX_PUT ? nullptr : &result, &exception, &wrong);
     if (status == DISP_E_EXCEPTION) throw Fault(exception.Description());
-    if (FAILED(status)) throw Fault(Words(status));
+    if (FAILED(status)) throw Fault(ErrorText(status));
     return Value(result);
   }
 
@@ -150,7 +150,7 @@ class AutomationCore final : public Dispatch {
     LPOLESTR text = wide.get();
     DISPID id = 0;
     const HRESULT status = object_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
-    if (FAILED(status)) throw Fault(Words(status) + " " + std::string(name));
+    if (FAILED(status)) throw Fault(ErrorText(status) + " " + std::string(name));
     return id;
   }
 
@@ -173,8 +173,8 @@ class AutomationCore final : public Dispatch {
         value.as.text = text_.data();
         return value;
       default:
-        // A kind that the library does not know: as a real, which holds every number of 32 bits.
-        // What is no number becomes a fault when it is used, and not where it is ignored.
+        // Converts an unknown kind to a real, which holds every 32-bit number. What cannot be
+        // converted becomes a fault when the library uses it; an ignored result does no harm.
         if (SUCCEEDED(VariantChangeType(&result, &result, VARIANT_NOVALUEPROP, VT_R8))) {
           value.kind = ORVEX_R8;
           value.as.r8 = result.dblVal;
@@ -183,9 +183,11 @@ class AutomationCore final : public Dispatch {
     }
   }
 
-  Apartment apartment_;  // left when the object is gone
+  // Declared first, so that it is left after the object is released.
+  Apartment apartment_;
   Object object_;
-  std::string text_;  // of the last result
+  /// The text of the last result.
+  std::string text_;
 };
 
 }  // namespace
@@ -210,10 +212,10 @@ std::shared_ptr<Dispatch> CreateAutomationCore(const std::string& name) {
   void* created = nullptr;
   const HRESULT status =
       CoCreateInstance(identifier, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &created);
-  if (FAILED(status)) throw Fault(name + ": " + Words(status));
+  if (FAILED(status)) throw Fault(name + ": " + ErrorText(status));
   const Object object(static_cast<IDispatch*>(created));
-  // Only a stand-in for an object of another apartment has this interface. Of a reference it
-  // carries over one element and no more, whatever the call's count.
+  // Only a proxy for an object of another apartment has this interface. It would carry over one
+  // element of an array, whatever the count of the call.
   void* security = nullptr;
   if (SUCCEEDED(object->QueryInterface(IID_IClientSecurity, &security))) {
     static_cast<IUnknown*>(security)->Release();

@@ -1,6 +1,4 @@
-// The lower core object as an automation object: late-bound calls by number and by name, arguments
-// and results as variants. Used where the component is registered with the system (Windows), and by
-// hosts that have such an object already.
+// Automation: lower core objects that are automation objects.
 #pragma once
 
 #include <memory>
@@ -13,13 +11,13 @@ struct IDispatch;
 
 namespace orif {
 
-/// A new object of the registered class `name`: a program identifier, or a class identifier in
-/// braces. Throws a Fault with the system's reason, also for an object that does not live in the
-/// calling thread's apartment: it could not reach the library's buffers.
+/// Makes a new object of the registered class `name`: a program identifier, or a class identifier
+/// in braces. Throws a Fault with the reason of the system, also if the object does not live in the
+/// apartment of the calling thread, from where it could not reach the buffers of the library.
 std::shared_ptr<Dispatch> CreateAutomationCore(const std::string& name);
 
-/// The adapter of an object that there is; it takes a reference of its own. The object is called
-/// and released on the calling thread, whose apartment it must belong to.
+/// Makes an adapter for an object that a host already has; the adapter takes a reference of its
+/// own. The object is called and released on the calling thread, to whose apartment it must belong.
 ORIF_EXPORT std::shared_ptr<Dispatch> AdaptAutomation(IDispatch& object);
 
 }  // namespace orif

@@ -11,7 +11,7 @@
 namespace orif {
 namespace {
 
-// The component's own words for what went wrong.
+// The text of the component for what went wrong.
 std::string Description(const OrvexValue& fault) {
   if (fault.kind != ORVEX_TEXT || fault.as.text == nullptr || fault.count <= 0) {
     return Fault::AutomationError;

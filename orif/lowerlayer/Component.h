@@ -1,5 +1,4 @@
-// Core objects of the lower communication component: the one that is named, or else the one that is
-// installed in the system. A component stays loaded. The current directory is never searched.
+// Component: the lower core objects of a loaded or installed component.
 #pragma once
 
 #include <memory>
@@ -10,13 +9,14 @@
 
 namespace orif {
 
-/// The environment variable that names the component of a Core without a factory.
+/// The environment variable that names the component of a Core that is given no factory.
 constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
 
-/// A new core object of the component `named`: the absolute path of a shared object, on Windows
-/// also the program or class identifier of a registered class; empty for the installed one. Throws
-/// a Fault with the reason when there is no such component, when it cannot be loaded, has another
-/// version or no entry point, or makes no object.
+/// Makes a new core object of the component `named`: the absolute path of a shared object, on
+/// Windows also the program identifier or class identifier of a registered class; empty for the
+/// installed one. The component stays loaded. The current directory is never searched. Throws a
+/// Fault with the reason if there is no such component, if it cannot be loaded, if it has another
+/// version or no entry point, and if it makes no object.
 ORIF_EXPORT std::shared_ptr<Dispatch> CreateComponentCore(const std::string& named);
 
 }  // namespace orif

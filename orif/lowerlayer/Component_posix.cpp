@@ -11,7 +11,7 @@ constexpr const char* ComponentName = "OrvexCommLib";
 
 }  // namespace
 
-// A shared object in one of the system's library directories, the likeliest place first.
+// Looks for a shared object in the library directories of the system, the likeliest one first.
 std::shared_ptr<Dispatch> CreateInstalledCore(const std::string& named) {
   if (!named.empty()) {
     throw Fault(std::string(ComponentVariable) + " is not an absolute path: " + named);

@@ -1,53 +1,54 @@
-// The numbers under which the lower communication layer offers its operations. They stand here and
-// nowhere else; docs/lower-layer.md gives the arguments of each.
+// DispId: the numbers of the operations of the lower communication layer.
 #pragma once
 
 #include <cstdint>
 
 namespace orif {
 
+/// The numbers under which the lower communication layer offers its operations; they are nowhere
+/// else in the library. docs/lower-layer.md has the arguments of each.
 enum class DispId : std::int32_t {
-  HostName = 1,
-  TimeOutValue = 2,
-  PortNumber = 3,
-  SendCommand = 7,
-  Disconnect = 9,
-  Connect = 11,
-  ClearRAssignment = 12,
-  SetRAssignment = 13,
-  WriteR = 16,
-  WriteRLong = 17,
-  WriteRShort = 19,
-  WriteRFloat = 21,
-  WriteRJoint = 23,
-  WriteRXyzwpr = 25,
-  ReadSDO = 27,
-  WriteSDO = 28,
-  ReadSDI = 29,
-  WriteSDI = 30,
-  ReadRDI = 31,
-  WriteRDI = 32,
-  ReadUI = 33,
-  ReadUO = 34,
-  WriteUO = 35,
-  ReadSI = 36,
-  ReadSO = 37,
-  WriteSO = 38,
-  ReadGI = 43,
-  WriteGI = 44,
-  ReadGO = 45,
-  WriteGO = 46,
-  ReadRDO = 53,
-  WriteRDO = 54,
-  ReadRShort = 56,
-  ShortToLong = 57,
-  ShortToFloat = 58,
-  ReadSDOEx = 59,
-  WriteSDOEx = 60,
-  SetClientID = 62,
-  WriteRXyzwprConfig = 63,
-  LastErrorText = 64,
-  Reset = 65,
+  HostName = 1,             ///< put: name or address of the controller
+  TimeOutValue = 2,         ///< get, put: time-out in ms
+  PortNumber = 3,           ///< get, put: TCP port
+  SendCommand = 7,          ///< sends a command line
+  Disconnect = 9,           ///< closes the connection
+  Connect = 11,             ///< opens the connection
+  ClearRAssignment = 12,    ///< drops all assignment pieces
+  SetRAssignment = 13,      ///< adds an assignment piece
+  WriteR = 16,              ///< writes a text
+  WriteRLong = 17,          ///< writes 32-bit integers
+  WriteRShort = 19,         ///< writes words
+  WriteRFloat = 21,         ///< writes 32-bit reals
+  WriteRJoint = 23,         ///< writes a position in joint form
+  WriteRXyzwpr = 25,        ///< writes a position in cartesian form
+  ReadSDO = 27,             ///< reads digital outputs
+  WriteSDO = 28,            ///< writes digital outputs
+  ReadSDI = 29,             ///< reads digital inputs
+  WriteSDI = 30,            ///< writes digital inputs
+  ReadRDI = 31,             ///< reads robot inputs
+  WriteRDI = 32,            ///< writes robot inputs
+  ReadUI = 33,              ///< reads user-operator-panel inputs
+  ReadUO = 34,              ///< reads user-operator-panel outputs
+  WriteUO = 35,             ///< writes user-operator-panel outputs
+  ReadSI = 36,              ///< reads operator-panel inputs
+  ReadSO = 37,              ///< reads operator-panel outputs
+  WriteSO = 38,             ///< writes operator-panel outputs
+  ReadGI = 43,              ///< reads group inputs
+  WriteGI = 44,             ///< writes group inputs
+  ReadGO = 45,              ///< reads group outputs
+  WriteGO = 46,             ///< writes group outputs
+  ReadRDO = 53,             ///< reads robot outputs
+  WriteRDO = 54,            ///< writes robot outputs
+  ReadRShort = 56,          ///< reads words
+  ShortToLong = 57,         ///< the 32-bit integer of two words
+  ShortToFloat = 58,        ///< the 32-bit real of two words
+  ReadSDOEx = 59,           ///< reads digital outputs of the second block
+  WriteSDOEx = 60,          ///< writes digital outputs of the second block
+  SetClientID = 62,         ///< sets the client key
+  WriteRXyzwprConfig = 63,  ///< writes several positions in cartesian form
+  LastErrorText = 64,       ///< get: text of the last failure
+  Reset = 65,               ///< prepares the object for Connect
 };
 
 }  // namespace orif

@@ -1,5 +1,5 @@
-// How the platform has components installed (Component_posix.cpp and its siblings; the build
-// chooses one).
+// How components are installed on the platform. Component_posix.cpp and Component_windows.cpp
+// implement it; the build chooses one.
 #pragma once
 
 #include <memory>
@@ -9,11 +9,12 @@
 
 namespace orif {
 
-/// A new core object of the installed component, or of the one that `named` means if that is no
-/// path. Throws a Fault with the reason.
+/// A new core object of the installed component; of the one that `named` means, which is no path,
+/// if that is not empty. Throws a Fault with the reason.
 std::shared_ptr<Dispatch> CreateInstalledCore(const std::string& named);
 
-/// The same of the shared object at `path`, an absolute one.
+/// A new core object of the shared object at `path`, which is absolute. Throws a Fault with the
+/// reason.
 std::shared_ptr<Dispatch> CreateLoadedCore(const std::string& path);
 
 }  // namespace orif

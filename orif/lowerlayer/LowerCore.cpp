@@ -38,8 +38,8 @@ OrvexValue Text(std::string_view text, unsigned passing = 0) {
 
 OrvexValue TextReference(std::string_view text) { return Text(text, ORVEX_BYREF); }
 
-// The first element by reference. Operations that write to the controller only read what they are
-// given, so a caller's constant array may stand behind the reference.
+// A reference to the first element. It may refer to a constant array of a caller, because
+// operations that write to the controller do not change what it refers to.
 template <class T>
 OrvexValue Reference(ArrayView<T> elements) {
   if (elements.Count() == 0) throw Fault(Fault::SubscriptOutOfRange);
@@ -62,7 +62,7 @@ OrvexValue Reference(ArrayView<T> elements) {
   return argument;
 }
 
-// A buffer of which the call names `count` elements: it has to reach that far.
+// A reference to a buffer that has the `count` elements that the call names.
 template <class T>
 OrvexValue Buffer(ArrayView<T> elements, std::int64_t count) {
   if (elements.Count() < count) throw Fault(Fault::SubscriptOutOfRange);

@@ -1,8 +1,8 @@
-// The lower core object with one typed member per operation: arguments are narrowed to what the
-// operation takes, results converted to what it answers. Nothing else in the library invokes a
-// number. Members throw a Fault for a number that does not fit, an array that does not reach as far
-// as its count, and whatever the object throws; a refusal is the status that they return. Hold a
-// Ref during every call: the host may release the object while it runs.
+// LowerCore: the lower core object with one typed member for each operation, the only place in the
+// library that invokes a number. A member narrows its arguments to what the operation takes and
+// converts the result. It returns a refusal as the status, and throws a Fault for a number that
+// does not fit, an array shorter than its count, and whatever the object throws. Hold a Ref during
+// every call: the host may release the object while it runs.
 #pragma once
 
 #include <cstdint>
@@ -40,10 +40,11 @@ class LowerCore : public Counted {
   void ClearRAssignment();
   std::int32_t SetRAssignment(std::string_view piece);
 
-  /// Fills `count` words of `buffer` with the data area's words from `address` on.
+  /// Fills `count` words of `buffer` with the words of the data area from `address` on.
   std::int32_t ReadRShort(std::int32_t address, ArrayView<std::int16_t> buffer, std::int32_t count);
-  /// The value that two neighbouring words form.
+  /// The 32-bit integer in two neighbouring words.
   std::int32_t ShortToLong(std::span<std::int16_t, 2> pair);
+  /// The 32-bit real in two neighbouring words.
   float ShortToFloat(std::span<std::int16_t, 2> pair);
 
   std::int32_t WriteR(std::int32_t address, std::string_view text);
@@ -52,20 +53,23 @@ class LowerCore : public Counted {
   std::int32_t WriteRFloat(std::int32_t address, ArrayView<const float> values, std::int32_t count);
   std::int32_t WriteRShort(std::int32_t address, ArrayView<const std::int16_t> words,
                            std::int32_t count);
-  /// The counts handed on are those of the arrays.
+  /// Writes all elements of the array.
   std::int32_t WriteRJoint(std::int32_t address, ArrayView<const float> joint, std::int16_t UF,
                            std::int16_t UT);
+  /// Writes all elements of both arrays.
   std::int32_t WriteRXyzwpr(std::int32_t address, ArrayView<const float> xyzwpr,
                             ArrayView<const std::int16_t> config, std::int16_t UF, std::int16_t UT);
-  /// `registers` registers of `floatStride` floats and `configStride` configuration words each.
+  /// Writes `registers` registers of `floatStride` reals and `configStride` configuration words
+  /// each.
   std::int32_t WriteRXyzwprConfig(std::int32_t address, std::int32_t registers,
                                   ArrayView<const float> xyzwpr, std::int32_t floatStride,
                                   ArrayView<const std::int16_t> config, std::int32_t configStride);
 
-  /// A signal operation by its number: index and count are narrowed to 16 bits and passed by value.
+  /// Calls a signal operation by its number. Index and count are narrowed to 16 bits and passed by
+  /// value.
   template <class T>
   std::int32_t Signals(DispId id, std::int32_t index, ArrayView<T> buffer, std::int32_t count);
-  /// A signal operation by its name: index and count are passed by reference with their 32 bits.
+  /// Calls a signal operation by its name. Index and count are passed by reference, in 32 bits.
   template <class T>
   std::int32_t Signals(std::string_view name, std::int32_t index, ArrayView<T> buffer,
                        std::int32_t count);

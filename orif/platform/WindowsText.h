@@ -1,6 +1,6 @@
-// Texts on Windows: the system's words for an error, and conversion between the narrow code page,
-// in which the library keeps its texts, and the wide texts of automation. Header-only, because the
-// simulated controller's component uses it without the library.
+// Texts on Windows: descriptions of errors, and conversion between the narrow code page, which the
+// library uses, and the wide texts of automation. Header-only, because the component of the
+// simulated controller uses it without the library.
 #pragma once
 
 #include <windows.h>
@@ -18,16 +18,16 @@
 
 namespace orif::platform {
 
-/// The system's description of an error code or of a failed call, as a fault is worded: without a
-/// full stop and without a line end.
+/// The description that the system has for an error code or a failed call, in the form of a fault:
+/// without a full stop and a line end.
 inline std::string SystemText(DWORD code) {
   std::array<char, 512> text{};
   const DWORD length = FormatMessageA(
       FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
       nullptr, code, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
-  std::string words(text.data(), length);
-  words.erase(words.find_last_not_of(" .\r\n") + 1);
-  if (!words.empty()) return words;
+  std::string description(text.data(), length);
+  description.erase(description.find_last_not_of(" .\r\n") + 1);
+  if (!description.empty()) return description;
   std::snprintf(text.data(), text.size(), "%s 0x%08lX", Fault::AutomationError, code);
   return text.data();
 }
@@ -35,7 +35,7 @@ inline std::string SystemText(DWORD code) {
 struct FreeText {
   void operator()(OLECHAR* text) const { SysFreeString(text); }
 };
-/// A text of automation; null is the empty one.
+/// A text of automation; null is an empty one.
 using AutomationText = std::unique_ptr<OLECHAR, FreeText>;
 
 inline AutomationText Wide(std::string_view text) {
@@ -56,9 +56,9 @@ inline std::string Narrow(const OLECHAR* text, UINT length) {
   return narrow;
 }
 
-/// The text of an automation value, embedded zeros included.
+/// An automation text with its embedded zeros.
 inline std::string Narrow(const OLECHAR* text) {
-  // The length stands before the text; the system's function takes no constant one.
+  // The length is stored before the text; the function of the system takes no constant pointer.
   return Narrow(text, SysStringLen(const_cast<OLECHAR*>(text)));
 }
 

@@ -1,6 +1,5 @@
-// What differs between operating systems, one function each; platform_posix.cpp and its siblings
-// implement it and the build chooses one. Used by the trail and by the search for the lower
-// component; knows nothing of either.
+// What differs between operating systems, one function each. platform_posix.cpp and
+// platform_windows.cpp implement it; the build chooses one.
 #pragma once
 
 #include <cstdint>
@@ -11,17 +10,18 @@
 
 namespace orif::platform {
 
-/// The separator of the parts of a path, and the end of a line in a text file.
+/// The separator between the parts of a path.
 extern const char PathSeparator;
+/// The end of a line in a text file.
 extern const std::string_view LineEnd;
 
-/// The directory of the module file, library or program, that contains this code. Throws a Fault.
+/// The directory of the file, library or program, that contains this code. Throws a Fault.
 std::string ModuleDirectory();
 
-/// The number of the calling thread; after a fork, the child's own.
+/// The number of the calling thread; after a fork, that of the child.
 std::int32_t ThreadNumber() noexcept;
 
-/// What one thread keeps until it ends.
+/// The base class of what one thread keeps until it ends.
 class ThreadObject {
  public:
   ThreadObject() = default;
@@ -30,20 +30,21 @@ class ThreadObject {
   virtual ~ThreadObject() = default;
 };
 
-/// Leaves `object` to the calling thread, which has none yet; the system deletes it when the thread
-/// ends. Where the system cannot do that, as on a thread that is at its end, the object is deleted
-/// at once and the answer is false. The module that contains this code must not be unloaded before
-/// its threads have ended.
+/// Hands `object` to the calling thread, which has none yet; the system deletes it when the thread
+/// ends. Deletes the object at once and returns false if the system cannot do that, for example
+/// because the thread is ending. The module that contains this code must stay loaded until its
+/// threads have ended.
 bool LeaveToThread(std::unique_ptr<ThreadObject> object) noexcept;
 
-/// The object of the calling thread; null when it has none, or none any more.
+/// The object of the calling thread; null if it has none, or none any more.
 ThreadObject* OfThread() noexcept;
 
-/// The high-resolution counter and how much it grows in a second.
+/// The high-resolution counter.
 std::int64_t PerformanceCounter() noexcept;
+/// How much the high-resolution counter grows in a second.
 std::int64_t PerformanceFrequency() noexcept;
 
-/// Local date and time; `timeOfDay` as the platform formats it.
+/// Local date and time, with the time of day as the platform formats it.
 struct LocalTime {
   int year = 0;
   int month = 0;
@@ -52,33 +53,34 @@ struct LocalTime {
 };
 LocalTime Now();
 
-/// The text stored for `key` in the per-user settings of an application's section; empty when there
-/// is none.
+/// The text stored for `key` in a section of the per-user settings of an application; empty if
+/// there is none.
 std::optional<std::string> Setting(std::string_view application, std::string_view section,
                                    std::string_view key);
 
-/// Makes a file with `text` at `path`, in the place of what has that name. Throws a Fault with the
-/// system's reason.
+/// Creates a file with `text` at `path` and replaces whatever has that name. Throws a Fault with
+/// the reason of the system.
 void WriteNewFile(const std::string& path, std::string_view text);
 
-/// Appends `text` in one piece to the file at `path`, which is made where it is missing. Threads
-/// may append at once. A link is not followed and a pipe not waited for: they are no such file.
-/// Throws a Fault with the system's reason.
+/// Appends `text` in one piece to the file at `path`, which is created if it is missing. Several
+/// threads may append at the same time. Links are not followed, and pipes are refused rather than
+/// waited for. Throws a Fault with the reason of the system.
 void AppendToFile(const std::string& path, std::string_view text);
 
-/// Tells the user of an error: a message box where there is a desktop to show it on, else standard
-/// error.
+/// Shows the user an error: in a message box if there is a desktop, else on standard error.
 void ErrorBox(const std::string& text) noexcept;
 
-/// The value of an environment variable, empty when it is not set or empty, and in a program that
-/// runs with more rights than its caller has.
+/// The value of an environment variable. Empty if it is not set, and in a program that runs with
+/// more rights than its caller.
 std::string Environment(const char* name);
 
 bool IsAbsolutePath(std::string_view path);
 
-/// Loads a shared object, which stays loaded until the process ends, and finds a symbol in it.
-/// Throw a Fault with the system's reason, for what is no file too.
+/// Loads a shared object, which stays loaded until the process ends. Throws a Fault with the reason
+/// of the system.
 void* LoadModule(const std::string& path);
+
+/// The address of a symbol in a loaded module. Throws a Fault with the reason of the system.
 void* ModuleSymbol(void* module, const char* name);
 
 }  // namespace orif::platform

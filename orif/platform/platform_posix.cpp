@@ -30,8 +30,9 @@ namespace {
 
 std::string SystemError() { return std::generic_category().message(errno); }
 
-// The file that this code was loaded from. The dynamic linker knows a library by its path, and the
-// program itself, whose name is whatever it was started by, through the process file system.
+// The file from which this code was loaded. The dynamic linker has the path of a library. For the
+// program itself it only has the name by which it was started, so that comes from the process file
+// system.
 std::string ModuleFile() {
   Dl_info info{};
   link_map* map = nullptr;
@@ -57,7 +58,7 @@ std::string_view WithoutBlanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
 }
 
-// An open file. Opening one never waits: what turns out to be no ordinary file is not used.
+// An open file. Opening never waits, and only an ordinary file is used.
 class File {
  public:
   File(const std::string& path, int flags)
@@ -73,7 +74,7 @@ class File {
     if (file_ >= 0) close(file_);
   }
 
-  /// False, with the reason in errno, when it could not be opened or is no ordinary file.
+  /// False, with the reason in errno, if it could not be opened or is not an ordinary file.
   explicit operator bool() const { return ordinary_; }
 
   std::string Read() const {
@@ -85,8 +86,9 @@ class File {
     return text;
   }
 
-  /// False, with the reason in errno, when not all of `text` was written. A file that may not grow
-  /// any more would end the process with a signal: that is held back, and taken back if it came.
+  /// Returns false, with the reason in errno, if not all of `text` was written. At the limit on the
+  /// size of files the system would end the process with a signal; it is blocked meanwhile, and
+  /// removed if it came.
   bool Write(std::string_view text) const {
     sigset_t limit{};
     sigset_t before{};
@@ -97,7 +99,7 @@ class File {
     pthread_sigmask(SIG_BLOCK, &limit, &before);
     ssize_t written = 0;
     while (!text.empty() && (written = write(file_, text.data(), text.size())) > 0) {
-      text.remove_prefix(static_cast<std::size_t>(written));  // all of it, but on a full disk
+      text.remove_prefix(static_cast<std::size_t>(written));
     }
     const int reason = errno;
     if (written < 0 && reason == EFBIG && sigismember(&pending, SIGXFSZ) == 0) {
@@ -119,20 +121,21 @@ void Append(const std::string& path, int flags, std::string_view text) {
   if (!file || !file.Write(text)) throw Fault(SystemError());
 }
 
-constinit thread_local std::int32_t threadNumber = 0;  // 0: not asked for yet
+// 0 until it is needed.
+constinit thread_local std::int32_t threadNumber = 0;
 
-// Without destructors: objects of the thread that end later may still ask.
+// Without destructors: objects of the thread that are destroyed later may still ask for it.
 constinit thread_local ThreadObject* threadObject = nullptr;
 constinit thread_local bool threadEnded = false;
 
-// The system calls it behind the destructors of the thread's own objects.
+// Called by the system after the destructors of thread-local objects.
 void EndThread(void* object) {
   threadObject = nullptr;
   threadEnded = true;
   delete static_cast<ThreadObject*>(object);
 }
 
-// The one thread of a forked child is another than the one that it was copied from.
+// A forked child inherits the variable, but its thread has another number.
 [[maybe_unused]] const int forkHook = pthread_atfork(nullptr, nullptr, [] { threadNumber = 0; });
 
 }  // namespace
@@ -202,8 +205,7 @@ std::optional<std::string> Setting(std::string_view application, std::string_vie
   return std::nullopt;
 }
 
-// The name is freed and not the file opened anew: another file may be known by that name, or a
-// pipe.
+// The old file is unlinked rather than opened: it may have other names, or be a pipe.
 void WriteNewFile(const std::string& path, std::string_view text) {
   if (unlink(path.c_str()) != 0 && errno != ENOENT) throw Fault(SystemError());
   Append(path, O_EXCL, text);
@@ -223,7 +225,8 @@ bool IsAbsolutePath(std::string_view path) { return path.starts_with(PathSeparat
 void* LoadModule(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-    throw Fault(path + ": not a file");  // the loader would wait for a pipe
+    // The loader would wait for a pipe.
+    throw Fault(path + ": not a file");
   }
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (module == nullptr) ThrowLoaderError();

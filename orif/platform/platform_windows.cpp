@@ -16,7 +16,7 @@ std::string SystemError() { return SystemText(GetLastError()); }
 
 bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
-// A service and a program without a logon have a window station that nobody sees.
+// Services, and programs without a logon, have a window station that nobody sees.
 bool HasDesktop() {
   USEROBJECTFLAGS flags{};
   return GetUserObjectInformationA(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
@@ -24,7 +24,7 @@ bool HasDesktop() {
          (flags.dwFlags & WSF_VISIBLE) != 0;
 }
 
-// While it stands, a module that cannot be loaded is an error code and not a box.
+// While this lives, failing to load a module gives an error code and no message box.
 class QuietErrors {
  public:
   QuietErrors() { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
@@ -36,7 +36,7 @@ class QuietErrors {
   DWORD before_ = 0;
 };
 
-// The module of this code; `flags` tell what becomes of its count of uses. Null on failure.
+// The module of this code. `flags` say what happens to its reference count. Null on failure.
 HMODULE ThisModule(DWORD flags) {
   HMODULE module = nullptr;
   GetModuleHandleExA(flags | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
@@ -44,7 +44,7 @@ HMODULE ThisModule(DWORD flags) {
   return module;
 }
 
-// What the slot of a thread holds that has ended.
+// The content of the slot of a thread that has ended.
 char ended = 0;
 
 DWORD ThreadSlot() noexcept;
@@ -52,13 +52,13 @@ DWORD ThreadSlot() noexcept;
 void WINAPI EndThread(void* object) {
   if (object == &ended) return;
   delete static_cast<ThreadObject*>(object);
-  // The slot of a thread that deletes another fiber is not empty.
+  // The slot is not empty if a thread deletes the fiber of another.
   if (FlsGetValue(ThreadSlot()) == nullptr) FlsSetValue(ThreadSlot(), &ended);
 }
 
-// Where the system keeps the object of each thread. Not in a thread_local variable: the compiler's
-// runtime frees those of a thread before the system calls back. The module stays loaded from then
-// on.
+// The slot in which the system keeps the object of each thread. A thread_local variable would not
+// do: the runtime of the compiler frees those of a thread before the system calls back. From the
+// first call on the module stays loaded.
 DWORD ThreadSlot() noexcept {
   static const DWORD slot = ThisModule(GET_MODULE_HANDLE_EX_FLAG_PIN) == nullptr
                                 ? FLS_OUT_OF_INDEXES
@@ -187,7 +187,7 @@ bool IsAbsolutePath(std::string_view path) {
   return path.starts_with("\\\\") || (path[1] == ':' && IsSeparator(path[2]));
 }
 
-// What a module needs in its turn is found beside it.
+// The modules that it needs are found beside it.
 void* LoadModule(const std::string& path) {
   const QuietErrors quiet;
   HMODULE module = LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);

@@ -127,12 +127,13 @@ TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
   RUN(core.PortNumber(-1));
   lower->On(DispId::TimeOutValue, 1234);
   RUN(core.TimeOutValue());
-  const std::array<OrvexValue, 8> results{{{},
+  const std::array<OrvexValue, 9> results{{{},
                                            {ORVEX_I2, 0, 0, {.i2 = -2}},
                                            {ORVEX_R4, 0, 0, {.r4 = 2.5f}},
                                            {ORVEX_R8, 0, 0, {.r8 = 3e9}},
                                            {ORVEX_BOOLEAN, 0, 0, {.boolean = -1}},
                                            Text("8080"),
+                                           Text("7"),
                                            Text(""),
                                            {ORVEX_I2 | ORVEX_BYREF, 0, 1, {}}}};
   for (const OrvexValue& result : results) {

@@ -79,6 +79,8 @@ TEST_F(SignalIo, BlocksIndicesAndCounts) {
   });
   RUN(core.WriteGO(1, groups, 6));
   EXPECT_EQ(sent, (std::vector<std::int32_t>{100000, 2, 3, 4, 0, 0}));
+  RUN(core.WriteGO(1, ArrayView<const std::int32_t>(groups.data(), 0, 0), 2));
+  EXPECT_EQ(sent, (std::vector<std::int32_t>{100000, 0}));
   RUN(core.WriteGO(1, groups, 32768));
   RUN(core.WriteGO(1, groups, std::numeric_limits<Index>::max()));
   Say("a text that cannot be had, with statuses that would be success without it");

@@ -135,7 +135,7 @@ TEST_F(Scalars, SystemVariables) {
 
 TEST_F(Scalars, TextsAreRead) {
   table->AddTask(TASK, 1);
-  const auto item = table->AddString(STRREG, 3, 8);
+  const auto item = table->AddString(STRREG, 3, 9);
   std::string value = "untouched";
   RUN(item->GetValue(3, value));
   SHOW(value);
@@ -144,15 +144,16 @@ TEST_F(Scalars, TextsAreRead) {
   Put(99, std::string(80, 'b'));
   Put(139, std::string("ab\0cd", 5));
   Put(179, "\xE4\xF6\xFF");
+  Put(219, std::string(80, ' '));
   table->Refresh();
   TRACED(item->GetValue(3, value));
   SHOW(value);
-  for (std::int32_t i = 4; i <= 8; ++i) {
+  for (std::int32_t i = 4; i <= 9; ++i) {
     RUN(item->GetValue(i, value));
     SHOW(value);
   }
   RUN(item->GetValue(2, value));
-  RUN(item->GetValue(9, value));
+  RUN(item->GetValue(10, value));
   item->Kill();
   RUN(item->GetValue(3, value));
 }
