@@ -34,7 +34,7 @@ foreach(name orif orif-simulator ${scenario_pc})
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
 
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
 file(GLOB pages CONFIGURE_DEPENDS docs/*.md)
 file(GLOB pictures CONFIGURE_DEPENDS docs/images/*.svg)
