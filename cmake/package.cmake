@@ -10,10 +10,14 @@ if(WIN32)
 else()
   set(component_directory ${CMAKE_INSTALL_LIBDIR}/orif)
 endif()
+if(TARGET orif_scenario)
+  install(TARGETS orif_scenario EXPORT orifTargets)
+  install(FILES simulator/scenario/Scenario.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orif-simulator/simulator/scenario)
+  install(FILES simulator/scenario/scenario.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/orif)
+  set(scenario_pc orif-scenario)
+endif()
 install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orif-simulator
-  FILES_MATCHING PATTERN "*.h" PATTERN "scenario" EXCLUDE)
 
 install(EXPORT orifTargets NAMESPACE orif:: DESTINATION ${cmake_files})
 configure_package_config_file(cmake/orifConfig.cmake.in orifConfig.cmake
@@ -25,15 +29,48 @@ install(FILES ${PROJECT_BINARY_DIR}/orifConfig.cmake ${PROJECT_BINARY_DIR}/orifC
 
 # The .pc files find their prefix from where they stand, so a tree that was moved or unpacked works as it is.
 file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-foreach(name orif orif-simulator)
+foreach(name orif orif-simulator ${scenario_pc})
   configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
 
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
-install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.cpp" PATTERN "*.json")
+file(GLOB pages CONFIGURE_DEPENDS docs/*.md)
+file(GLOB pictures CONFIGURE_DEPENDS docs/images/*.svg)
+file(GLOB programs CONFIGURE_DEPENDS examples/*.cpp)
+install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
+install(FILES ${pictures} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs/images)
+install(FILES ${programs} DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+
+# A scenario names the schema by the way there, which is another one from where it is installed.
+file(RELATIVE_PATH schema
+  /${CMAKE_INSTALL_DOCDIR}/examples/scenarios /${CMAKE_INSTALL_DATADIR}/orif/scenario.schema.json)
+file(GLOB scenarios CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} examples/scenarios/*.json)
+foreach(scenario IN LISTS scenarios)
+  file(READ ${scenario} text)
+  string(REPLACE ../../simulator/scenario/scenario.schema.json ${schema} text "${text}")
+  file(CONFIGURE OUTPUT ${scenario} CONTENT "${text}" @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${scenario} DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/scenarios)
+endforeach()
+
+# In the machine's own directories the run-time linker finds the library once its cache knows it. What is installed for
+# a package (DESTDIR, or another prefix) is not there yet.
+if(CMAKE_SYSTEM_NAME STREQUAL Linux)
+  install(CODE [[
+    if("$ENV{DESTDIR}" STREQUAL "" AND CMAKE_INSTALL_PREFIX MATCHES "^/usr(/local)?$")
+      find_program(ldconfig ldconfig PATHS /sbin /usr/sbin)
+      execute_process(COMMAND ${ldconfig} RESULT_VARIABLE failed)
+      if(failed)
+        message(WARNING "Programs find the library once root has run ldconfig.")
+      endif()
+    endif()]])
+endif()
+
+# A project that contains this one makes packages of its own.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  return()
+endif()
 
 set(CPACK_PACKAGE_CONTACT "orif maintainers <maintainers@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Robot-controller interface library and tool")

@@ -1,48 +1,126 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds the Debian package into build/run/, and tries it and a plain installation: each is
-# put into an empty prefix, the first example is built against it from outside the tree, once by CMake and once by
-# pkg-config, and what it prints is compared; the installed tool has to answer, and its manual page to be there.
+# Sets up what is missing, builds the Debian package into build/package/, and tries it and a plain installation. Each is
+# put into an empty prefix, and the programs of the pages are built against it from outside the tree, by CMake and by
+# pkg-config: they have to print what the pages say. An installation to /usr/local has to be found by the run-time
+# linker, and a project that contains this one keeps its own packaging.
 . "$(dirname "$0")/helpers/common.sh"
 root=$PWD
 
 scripts/install-deps.sh build tool package
 scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
 cmake --build build/run
-rm -rf build/package
+rm -rf build/package build/installed
 cpack --config build/run/CPackConfig.cmake -B build/package
-rm -rf build/installed
 mkdir -p build/installed
 cmake --install build/run --prefix build/installed/plain >/dev/null
 dpkg-deb -x build/package/orif_*.deb build/installed/unpacked
 
 outside=$(mktemp -d)
 trap 'rm -rf "$outside"' EXIT
-cp examples/01_read_registers.cpp "$outside/program.cpp"
+fail() { echo "package.sh: $*" >&2; exit 1; }
+quietly() { # tells what a command said only when it failed
+  local said
+  said=$("$@" 2>&1) || fail "$* failed"$'\n'"$said"
+}
+
+# The fenced block of a page, of that language ("" for output), that has the text in it.
+block() {
+  awk -v open="\`\`\`$2" -v text="$3" '
+    /^```/ {
+      if (inside && index(block, text)) { printf "%s", block; exit }
+      fenced = !fenced
+      inside = fenced && $0 == open
+      block = ""
+      next
+    }
+    inside { block = block $0 "\n" }' "$1" | grep . || fail "$1 has no block with $3"
+}
+# The same as a whole program.
+program() { block "$1" cpp "$2" | awk '/^#include/ { print; next } { body = body $0 "\n" } END { print "int main() {\n" body "}" }'; }
+
+block README.md cpp 'int main' >"$outside/program.cpp"
+block README.md '' 'R[1] =' >"$outside/program.txt"
+program docs/simulator.md LoadScenario >"$outside/scenario.cpp"
+block docs/simulator.md json '"name": "Press"' >"$outside/press.json"
+program docs/getting-started.md GetDebugMessages | sed '1i #include <iostream>\n#include "orif/orif.h"' >"$outside/connect.cpp"
 cat >"$outside/CMakeLists.txt" <<'END'
 cmake_minimum_required(VERSION 3.22)
 project(program LANGUAGES CXX)
-find_package(orif REQUIRED)
+find_package(orif 0.2 REQUIRED)
 add_executable(program program.cpp)
 target_link_libraries(program PRIVATE ${library} orif::simulator)
+add_executable(scenario scenario.cpp)
+target_link_libraries(scenario PRIVATE ${library} orif::scenario)
+add_executable(connect connect.cpp)
+target_link_libraries(connect PRIVATE ${library})
 END
 
-try() {  # the program's own words, and nothing else
-  LD_LIBRARY_PATH=$libraries "$1" | diff - "$root/examples/output/01_read_registers.txt"
-  echo "$prefix: ${1##*/} prints what it should"
+prints() { # what program.cpp has to say, and nothing else
+  "$@" | diff - "$outside/program.txt"
+  echo "$prefix: ${*: -1} prints what it should"
 }
-for prefix in build/installed/plain build/installed/unpacked/usr; do
+for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"; do
   pc=$(find "$prefix" -name orif.pc)
-  libraries=$root/${pc%/pkgconfig/orif.pc}
-  for library in orif::orif orif::orif_static; do
-    build=$outside/${prefix//\//-}-${library#orif::}
-    cmake -S "$outside" -B "$build" -G Ninja -DCMAKE_PREFIX_PATH="$root/$prefix" -Dlibrary=$library >/dev/null
-    cmake --build "$build" >/dev/null
-    try "$build/program"
+  export LD_LIBRARY_PATH=${pc%/pkgconfig/orif.pc} PKG_CONFIG_PATH=${pc%/orif.pc}
+  for library in orif orif_static; do
+    build=$outside/$(basename "$prefix")-$library
+    quietly cmake -S "$outside" -B "$build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -Dlibrary=orif::$library
+    quietly cmake --build "$build"
+    prints "$build/program"
   done
-  PKG_CONFIG_PATH=$libraries/pkgconfig bash -c "g++ -std=c++20 '$outside/program.cpp' -o '$outside/by-pkg-config' \
-    \$(pkg-config --cflags --libs orif-simulator orif)"
-  try "$outside/by-pkg-config"
+  (cd "$outside" && "$build/scenario") || fail "the scenario of docs/simulator.md does not load"
+  ! reason=$(ORVEX_COMMLIB='' "$build/connect" 2>&1) || fail "connected to nothing"
+  [[ $reason == *"OrvexCommLib is not installed"* ]] || fail "no component, and its absence is told as: $reason"
+  component=$LD_LIBRARY_PATH/orif/libOrvexCommLibSimulator.so
+  ! reason=$(ORVEX_COMMLIB=$component "$build/connect" 2>&1) || fail "connected to an unknown host"
+  [[ $reason == *"Unknown host"* ]] || fail "an unknown host is told as: $reason"
+
+  # shellcheck disable=SC2046 # the flags are words
+  g++ -std=c++20 "$outside/program.cpp" -o "$outside/by-pkg-config" $(pkg-config --cflags --libs orif-simulator orif)
+  prints "$outside/by-pkg-config"
+  # shellcheck disable=SC2046
+  g++ -std=c++20 -fsyntax-only "$outside/scenario.cpp" $(pkg-config --cflags --libs orif-scenario)
   "$prefix/bin/orif" read --simulate 'R[1]' >/dev/null
-  test -s "$prefix/share/man/man1/orif.1" -a -s "$prefix/share/bash-completion/completions/orif"
+  scenarios=$prefix/share/doc/orif/examples/scenarios
+  "$prefix/bin/orif" simulate "$scenarios/handling_cell.json" >/dev/null
+  for file in share/{man/man1/orif.1,bash-completion/completions/orif,doc/orif/docs/items.md} \
+    "share/doc/orif/examples/scenarios/$(sed -n 's/.*"[$]schema": "\(.*\)".*/\1/p' "$scenarios/handling_cell.json")"; do
+    [ -s "$prefix/$file" ] || fail "$prefix lacks $file"
+  done
+  [ -z "$(find "$prefix" -type d -empty)" ] || fail "empty: $(find "$prefix" -type d -empty)"
 done
+unset LD_LIBRARY_PATH
+
+# A real installation, in a view of the file system that this process has to itself.
+install_really() {
+  set -euo pipefail
+  mkdir "$outside"/{usr-local,etc,aux}
+  cp -r /etc/ld.so.conf /etc/ld.so.conf.d "$outside/etc"
+  mount --bind "$outside/etc" /etc
+  mount --bind "$outside/usr-local" /usr/local
+  [ ! -d /var/cache/ldconfig ] || mount --bind "$outside/aux" /var/cache/ldconfig
+  ! "$outside/by-pkg-config" >/dev/null 2>&1 || fail "the library is there before it is installed"
+  cmake --install build/run --prefix /usr/local >/dev/null
+  prints "$outside/by-pkg-config"
+}
+export -f install_really prints fail
+export outside prefix=/usr/local
+if unshare --map-root-user --mount true 2>/dev/null; then
+  unshare --map-root-user --mount bash -c install_really
+else
+  echo "/usr/local: not tried, since this system gives a process no view of the file system of its own"
+fi
+
+mkdir "$outside/parent"
+cat >"$outside/parent/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.22)
+project(parent VERSION 7.1 LANGUAGES C CXX)
+add_subdirectory("$root" orif)
+install(FILES CMakeLists.txt DESTINATION share/parent)
+include(CPack)
+END
+cmake -S "$outside/parent" -B "$outside/parent/build" -G Ninja >/dev/null
+grep -q 'CPACK_PACKAGE_FILE_NAME "parent-7.1' "$outside/parent/build/CPackConfig.cmake" || fail "a parent's package changes"
+cmake --install "$outside/parent/build" --prefix "$outside/parent/installed" >/dev/null
+[ "$(cd "$outside/parent/installed" && find . -type f)" = ./share/parent/CMakeLists.txt ] || fail "a parent installs more"
 ls build/package/*.deb

@@ -10,21 +10,23 @@ cmake --preset debug -B build/analysis -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUIL
 analyse() {
   local said
   said=$(clang-tidy --quiet "$@" 2>&1) || {
-    printf 'clang-tidy %s\n%s\n' "$*" "$said"
+    grep -v 'warnings\? generated' <<<"$said"
+    echo "in: clang-tidy $*"
     return 1
   }
 }
 export -f analyse
+each() { xargs -P "$(nproc)" -I{} bash -c 'analyse "$@"' _ {} "$@" | awk '!printed[$0]++'; } # a header's findings once
 
 analyzer=(-p build/analysis --extra-arg=-Wno-unknown-warning-option
   --extra-arg=-Xclang --extra-arg=-analyzer-opt-analyze-headers
   --extra-arg=-Xclang --extra-arg=-analyzer-config --extra-arg=-Xclang --extra-arg=max-nodes=20000)
 sed -n 's/^ *"file": "\(.*\)",*$/\1/p' build/analysis/compile_commands.json |
-  xargs -P "$(nproc)" -I{} bash -c 'analyse "$@"' _ {} "${analyzer[@]}"
+  each "${analyzer[@]}"
 
 # What is for Windows alone, with the headers of its compiler.
 mingw=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
 git ls-files 'orif/*_windows.cpp' 'tools/*_windows.cpp' '*/Automation*.cpp' simulator/automation/Server.cpp |
-  xargs -P "$(nproc)" -I{} bash -c 'analyse "$@"' _ {} -- --target=x86_64-w64-mingw32 -std=c++20 \
+  each -- --target=x86_64-w64-mingw32 -std=c++20 \
     -DWIN32_LEAN_AND_MEAN -DNOMINMAX -DORIF_STATIC_DEFINE -I. -Ibuild/analysis/generated -isystem "$mingw" \
     -isystem "$mingw/x86_64-w64-mingw32" -isystem /usr/x86_64-w64-mingw32/include
