@@ -36,7 +36,11 @@ class Ref {
   }
   Ref(const Ref& other) noexcept : Ref(other.object_) {}
   Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-  Ref& operator=(Ref other) noexcept {
+  Ref& operator=(const Ref& other) noexcept {
+    *this = Ref(other);
+    return *this;
+  }
+  Ref& operator=(Ref&& other) noexcept {
     std::swap(object_, other.object_);
     return *this;
   }

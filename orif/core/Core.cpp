@@ -10,8 +10,6 @@
 namespace orif {
 namespace {
 
-enum State : std::int32_t { NotConnected = 0, Connected = 1, Disconnected = 2 };
-
 std::string_view StateName(std::int32_t state) {
   switch (state) {
     case NotConnected:
@@ -25,12 +23,7 @@ std::string_view StateName(std::int32_t state) {
   }
 }
 
-constexpr std::int16_t ClientKeyBase = 1024;
-
 }  // namespace
-
-CoreState::CoreState() noexcept
-    : clientKey(ClientKeyBase), objectId(modOrif::NextObjectId()), connectState(NotConnected) {}
 
 CoreState& Core::Self() noexcept { return *std::launder(reinterpret_cast<CoreState*>(state_)); }
 const CoreState& Core::Self() const noexcept {

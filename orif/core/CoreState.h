@@ -14,9 +14,13 @@
 
 namespace orif {
 
-struct CoreState final : TableOwner {
-  CoreState() noexcept;
+/// What is added to a client's id to get the key for the lower layer.
+constexpr std::int16_t ClientKeyBase = 1024;
 
+/// The connect states, by the numbers that clients see.
+enum ConnectionState : std::int32_t { NotConnected = 0, Connected = 1, Disconnected = 2 };
+
+struct CoreState final : TableOwner {
   static std::string_view ClassName() noexcept { return "Core"; }
   std::int32_t ObjectID() const noexcept { return objectId; }
   bool DebugLog() const noexcept { return context.debugLog; }
@@ -36,10 +40,10 @@ struct CoreState final : TableOwner {
   std::shared_ptr<Table> table;
   std::shared_ptr<Table> table2;
   std::string hostName;
-  std::int16_t clientKey;
+  std::int16_t clientKey = ClientKeyBase;
   bool connected = false;
-  std::int32_t objectId;
-  std::int32_t connectState;
+  std::int32_t objectId = modOrif::NextObjectId();
+  std::int32_t connectState = NotConnected;
 };
 
 }  // namespace orif

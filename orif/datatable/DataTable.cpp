@@ -43,8 +43,6 @@ void Table::DiagnoseConnection(const Trail<orif::Item>& trail) const {
   }
 }
 
-DataTable::~DataTable() = default;
-
 std::int32_t DataTable::Count() const noexcept {
   const auto& self = static_cast<const Table&>(*this);
   return Guarded(0, [&] { return Narrow<std::int32_t>(self.items.size()); });

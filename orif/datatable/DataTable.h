@@ -158,7 +158,7 @@ class ORIF_EXPORT DataTable {
 
  protected:
   DataTable() = default;
-  virtual ~DataTable();
+  ~DataTable() = default;
 };
 
 }  // namespace orif

@@ -21,6 +21,8 @@ namespace orif {
 
 struct Table final : DataTable, ItemOwner, Counted, std::enable_shared_from_this<Table> {
   Table() noexcept;
+  Table(const Table&) = delete;
+  Table& operator=(const Table&) = delete;
   ~Table() override;
 
   static std::string_view ClassName() noexcept { return "DataTable"; }

@@ -21,6 +21,7 @@ class ORIF_EXPORT DataItem {
  public:
   DataItem(const DataItem&) = delete;
   DataItem& operator=(const DataItem&) = delete;
+  virtual ~DataItem();
 
   /// The kind under which the item was registered.
   ORIF_DATA_TYPE DataType() const noexcept;
@@ -52,7 +53,6 @@ class ORIF_EXPORT DataItem {
 
  protected:
   DataItem() = default;
-  virtual ~DataItem();
 
   /// The rest of the object, which only the library sees.
   virtual Item& Self() noexcept = 0;

@@ -16,6 +16,8 @@ namespace orif {
 
 class Item : public Counted {
  public:
+  Item(const Item&) = delete;
+  Item& operator=(const Item&) = delete;
   virtual ~Item();
 
   /// The item as clients know it.
