@@ -1,13 +1,4 @@
-// Simulated controllers by host name: everything that the core objects of one factory can reach.
-// Made by a test, an example or the loadable component. Copies of a Network, and the factories and
-// core objects made from it, share its controllers and keep them alive.
-//
-// Several threads may use one network. Every member here, and every call of a core object that
-// reaches a controller, holds the network's lock until it returns; whoever sets up or looks at a
-// controller while other threads use the network takes the lock himself:
-//
-//     const auto lock = network.Lock();
-//     robot.NumericRegister(1) = 5;
+// Simulated controllers by host name.
 #pragma once
 
 #include <chrono>
@@ -21,14 +12,25 @@
 
 namespace orif::sim {
 
+/// Simulated controllers by host name: everything that the core objects of one factory can reach.
+/// Copies of a Network, and the factories and core objects made from it, share its controllers and
+/// keep them alive.
+///
+/// Several threads may use one network. Every member, and every call of a core object that reaches
+/// a controller, holds the network's lock until it returns. Take the lock yourself to set up or
+/// read a controller while other threads use the network:
+///
+///     const auto lock = network.Lock();
+///     robot.NumericRegister(1) = 5;
 class Network {
  public:
-  /// Whoever holds it may call everything, since it can be taken again; others wait.
+  /// The lock while it is held. Its holder may call anything, since it can be taken again.
   using Held = std::unique_lock<std::recursive_mutex>;
 
+  /// A network without controllers.
   Network();
 
-  /// Takes the lock until what it answers ends, which the network has to outlive.
+  /// Takes the lock until the result is destroyed, which has to be before the network is.
   [[nodiscard]] Held Lock() const;
 
   /// Adds a controller with the host name `host`, in upper or lower case. Throws
