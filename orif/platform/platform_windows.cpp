@@ -67,7 +67,7 @@ DWORD ThreadSlot() noexcept {
 }
 
 void Append(const std::string& path, DWORD creation, std::string_view text) {
-  const HANDLE file =
+  HANDLE file =
       CreateFileA(path.c_str(), FILE_APPEND_DATA | FILE_READ_ATTRIBUTES,
                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, creation,
                   FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
