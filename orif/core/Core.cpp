@@ -5,7 +5,6 @@
 #include "orif/base/Checked.h"
 #include "orif/core/CoreState.h"
 #include "orif/lowerlayer/Component.h"
-#include "orif/platform/platform.h"
 
 namespace orif {
 namespace {
@@ -30,8 +29,7 @@ const CoreState& Core::Self() const noexcept {
   return *std::launder(reinterpret_cast<const CoreState*>(state_));
 }
 
-Core::Core() noexcept
-    : Core([] { return CreateComponentCore(platform::Environment(ComponentVariable)); }) {}
+Core::Core() noexcept : Core([] { return CreateComponentCore(); }) {}
 
 Core::Core(const DispatchFactory& factory) noexcept {
   static_assert(sizeof(CoreState) <= sizeof state_);

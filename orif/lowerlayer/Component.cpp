@@ -79,4 +79,8 @@ std::shared_ptr<Dispatch> CreateComponentCore(const std::string& named) {
   return platform::IsAbsolutePath(named) ? CreateLoadedCore(named) : CreateInstalledCore(named);
 }
 
+std::shared_ptr<Dispatch> CreateComponentCore() {
+  return CreateComponentCore(platform::Environment(ComponentVariable));
+}
+
 }  // namespace orif

@@ -19,4 +19,8 @@ constexpr const char* ComponentVariable = "ORVEX_COMMLIB";
 /// version or no entry point, and if it makes no object.
 ORIF_EXPORT std::shared_ptr<Dispatch> CreateComponentCore(const std::string& named);
 
+/// The same for the component that a Core takes which is given no factory: the one that
+/// ComponentVariable names, or the installed one.
+ORIF_EXPORT std::shared_ptr<Dispatch> CreateComponentCore();
+
 }  // namespace orif
