@@ -1,9 +1,9 @@
 #include "bench/DirectCore.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "orif/lowerlayer/DispId.h"
 
@@ -13,7 +13,8 @@ namespace {
 class DirectCore final : public Dispatch {
  public:
   explicit DirectCore(Delivery delivery) : delivery_(delivery) {
-    words_.fill(0x2041);  // texts fill their words and end in a blank
+    std::ranges::fill(words_, std::int16_t{0x2041});  // texts fill their words and end in a blank
+    std::ranges::fill(others_, std::int16_t{0x2042});
   }
 
   OrvexValue Invoke(std::int32_t id, OrvexCall /*call*/,
@@ -24,7 +25,8 @@ class DirectCore final : public Dispatch {
       case DispId::ShortToFloat:
         return {ORVEX_R4, 0, 0, {.r4 = ByHand<float>(arguments[0].as.i2Ref)}};
       case DispId::ReadRShort:
-        if (delivery_ == Delivery::Copy) Deliver(arguments);
+        if (delivery_ == Delivery::Change) words_.swap(others_);
+        if (delivery_ != Delivery::None) Deliver(arguments);
         return {ORVEX_I4, 0, 0, {.i4 = arguments[2].as.i2}};
       case DispId::ReadSDO:
         Deliver(arguments);
@@ -42,7 +44,8 @@ class DirectCore final : public Dispatch {
   }
 
   Delivery delivery_;
-  std::array<std::int16_t, AreaWords> words_{};
+  std::vector<std::int16_t> words_ = std::vector<std::int16_t>(AreaWords);
+  std::vector<std::int16_t> others_ = words_;
 };
 
 }  // namespace

@@ -20,8 +20,9 @@ T ByHand(const std::int16_t* words) {
   return std::bit_cast<T>(low | high << 16);
 }
 
-/// Whether ReadRShort delivers its words or only says so. If not, it costs the same for any count.
-enum class Delivery { Copy, None };
+/// What ReadRShort delivers: the same words every time; others every time, so that all numbers
+/// change; or none, so that it costs the same for any count.
+enum class Delivery { Copy, Change, None };
 
 std::shared_ptr<Dispatch> MakeDirectCore(Delivery delivery);
 

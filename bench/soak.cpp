@@ -1,5 +1,6 @@
 // Runs on the simulated controller for a long time and watches its own memory: ten million cycles
-// of refresh and read, then one million of register and clear. An argument divides both numbers.
+// of refresh and read, one million of register and clear, and then one million of refreshes of a
+// controller that loses its link every hundredth time. An argument divides the numbers.
 // Fails if memory grows after the first tenth of a phase.
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "live/live.h"
 #include "orif/orif.h"
 #include "simulator/Demo.h"
 
@@ -24,6 +26,17 @@ long ResidentKiB() {
   statm >> size >> resident;
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
+
+/// Moves on with every look, so that a lost link is tried again at once.
+class QuickClock : public orif::live::Clock {
+ public:
+  std::chrono::steady_clock::time_point Now() const override {
+    return std::chrono::steady_clock::time_point(std::chrono::minutes(++looks_));
+  }
+
+ private:
+  mutable std::int64_t looks_ = 0;
+};
 
 // Runs `cycle`, which answers whether it went well, `cycles` times.
 template <class Cycle>
@@ -76,5 +89,17 @@ int main(int argc, char** argv) {
            table->AddString(orif::STRREG, 1, 2) &&
            table->AddSysVar(orif::SYSVAR_INT, "$OVERRIDE") &&
            !table->AddSysVar(orif::SYSVAR_INT, "$NOWHERE") && table->Refresh() && table->Clear();
+  });
+
+  auto network = orif::sim::DemoNetwork();
+  orif::live::Controller cell(
+      {.host = "demo",
+       .factory = network.Factory(),
+       .tags = {"R[1-10]", "PR[1]", "SR[1]", "ALM[1-2]", "PRG[1]", "DO[1-8]"},
+       .clock = std::make_shared<QuickClock>()});
+  Soak("refresh tags and lose links", RegisterCycles / divisor, [&](long i) {
+    if (i % 100 == 0) network.Find("demo")->FaultInjection().LoseConnections();
+    const bool good = cell.Refresh();
+    return good ? cell.Write("R[1]", i).done : i % 100 == 0;
   });
 }

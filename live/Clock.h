@@ -37,6 +37,7 @@ class ORIF_LIVE_HEADER_TYPE Clock {
 /// missed because one came late are left out.
 class Turns {
  public:
+  /// A time that never goes back.
   using Time = std::chrono::steady_clock::time_point;
 
   /// A turn `every` so often; more than 0.

@@ -51,10 +51,7 @@ struct Monitor::Self : std::enable_shared_from_this<Self> {
 
   Settings WithLinkEvent(Settings settings) {
     settings.onLink = [this, own = std::move(settings.onLink)](Link to, const Reason& reason) {
-      {
-        const std::lock_guard lock(mutex);
-        link = to;
-      }
+      Publish(to);
       if (own) Call(own, to, reason);
       if (events.onLink) Call(events.onLink, to, reason);
     };
@@ -74,28 +71,32 @@ struct Monitor::Self : std::enable_shared_from_this<Self> {
   void Run() {
     due = turns.Next(clock->Now());
     while (WaitForTurn()) {
+      // A request that comes before the first turn finds the link up.
+      if (clock->Now() >= due) TakeTurn();
       CarryOutRequests();
-      if (clock->Now() < due) continue;
-      const bool wasUp = controller->State() == Link::Up;
-      const auto before = clock->Now();
-      const bool good = controller->Refresh();
-      const auto after = clock->Now();
-      const bool up = controller->State() == Link::Up;
-      if (up && !wasUp) NoteTimeOut();
-      Publish();
-      if (events.onRefresh) {
-        const auto took = std::chrono::duration_cast<Milliseconds>(after - before);
-        Call(events.onRefresh,
-             Refreshed{*controller, controller->Changed(), good, took, turns.Skipped()});
-      }
-      // A lost link comes back between turns, too.
-      due = up ? turns.Next(clock->Now(), wasUp) : controller->RetryAt();
     }
     controller->Close();
     Publish();
     const std::lock_guard lock(mutex);
     finished = true;
     changed.notify_all();
+  }
+
+  void TakeTurn() {
+    const bool wasUp = controller->State() == Link::Up;
+    const auto before = clock->Now();
+    const bool good = controller->Refresh();
+    const auto after = clock->Now();
+    const bool up = controller->State() == Link::Up;
+    if (up && !wasUp) NoteTimeOut();
+    Publish();
+    if (events.onRefresh) {
+      const auto took = std::chrono::duration_cast<Milliseconds>(after - before);
+      Call(events.onRefresh,
+           Refreshed{*controller, controller->Changed(), good, took, turns.Skipped()});
+    }
+    // A lost link comes back between turns, too.
+    due = up ? turns.Next(clock->Now(), wasUp) : controller->RetryAt();
   }
 
   // False at the end.
@@ -131,9 +132,11 @@ struct Monitor::Self : std::enable_shared_from_this<Self> {
     timeOut = told.count() > 0 ? told : UsualTimeOut;
   }
 
-  // Hands the readings to the other threads.
-  void Publish() {
+  // Hands the readings to the other threads, with the link that they belong to.
+  void Publish() { Publish(controller->State()); }
+  void Publish(Link now) {
     const std::lock_guard lock(mutex);
+    link = now;
     const auto tags = controller->Tags();
     readings.resize(tags.size());
     std::copy(tags.begin(), tags.end(), readings.begin());

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <limits>
 #include <utility>
 
@@ -296,56 +296,68 @@ class Alarms final : public ItemSource<std::shared_ptr<DataAlarm>> {
 
  protected:
   bool Read(std::int32_t index, std::span<const Slot> fields, Sink& sink) override {
-    std::int16_t id = 0, number = 0, causeId = 0, causeNumber = 0, severity = 0;
-    std::int16_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    if (!item_->GetValue(index, id, number, causeId, causeNumber, severity, year, month, day, hour,
-                         minute, second, message_, cause_, severityText_)) {
+    if (!item_->GetValue(index, id_, number_, causeId_, causeNumber_, severity_, date_[0], date_[1],
+                         date_[2], date_[3], date_[4], date_[5], message_, cause_, severityText_)) {
       return false;
     }
-    std::array<char, 64> time{};
-    std::snprintf(time.data(), time.size(), "%04d-%02d-%02d %02d:%02d:%02d", year, month, day, hour,
-                  minute, second);
-    time_ = time.data();
-    const bool none = id == 0 && number == 0 && message_.empty();
+    const bool none = id_ == 0 && number_ == 0 && message_.empty();
     for (const Slot& slot : fields) {
-      Tag& tag = *slot.tag;
       if (none) {
-        sink.PutNothing(tag);
-        continue;
-      }
-      switch (slot.field) {
-        case 0:
-          sink.Put(tag, time_);
-          break;
-        case 1:
-          sink.Put(tag, std::int64_t{id});
-          break;
-        case 2:
-          sink.Put(tag, std::int64_t{number});
-          break;
-        case 3:
-          sink.Put(tag, std::int64_t{severity});
-          break;
-        case 4:
-          sink.Put(tag, severityText_);
-          break;
-        case 5:
-          sink.Put(tag, message_);
-          break;
-        case 6:
-          sink.Put(tag, std::int64_t{causeId});
-          break;
-        case 7:
-          sink.Put(tag, std::int64_t{causeNumber});
-          break;
-        default:
-          sink.Put(tag, cause_);
+        sink.PutNothing(*slot.tag);
+      } else {
+        Put(slot.field, *slot.tag, sink);
       }
     }
     return true;
   }
 
  private:
+  // The fields in the order of Name::Fields.
+  void Put(std::size_t field, Tag& tag, Sink& sink) {
+    switch (field) {
+      case 0:
+        FormatTime();
+        return sink.Put(tag, time_);
+      case 1:
+        return sink.Put(tag, std::int64_t{id_});
+      case 2:
+        return sink.Put(tag, std::int64_t{number_});
+      case 3:
+        return sink.Put(tag, std::int64_t{severity_});
+      case 4:
+        return sink.Put(tag, severityText_);
+      case 5:
+        return sink.Put(tag, message_);
+      case 6:
+        return sink.Put(tag, std::int64_t{causeId_});
+      case 7:
+        return sink.Put(tag, std::int64_t{causeNumber_});
+      default:
+        return sink.Put(tag, cause_);
+    }
+  }
+
+  // "2026-11-21 09:05:00".
+  void FormatTime() {
+    constexpr auto Before = std::to_array<const char*>({"", "-", "-", " ", ":", ":"});
+    time_.clear();
+    for (std::size_t i = 0; i < date_.size(); ++i) {
+      time_ += Before[i];
+      std::array<char, 8> digits{};
+      const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), date_[i]).ptr;
+      const auto length = static_cast<std::size_t>(end - digits.data());
+      const std::size_t width = i == 0 ? 4 : 2;
+      if (length < width) time_.append(width - length, '0');
+      time_.append(digits.data(), length);
+    }
+  }
+
+  std::int16_t id_ = 0;
+  std::int16_t number_ = 0;
+  std::int16_t causeId_ = 0;
+  std::int16_t causeNumber_ = 0;
+  std::int16_t severity_ = 0;
+  std::array<std::int16_t, 6> date_{};  // year, month, day, hour, minute, second
   std::string message_;
   std::string cause_;
   std::string severityText_;

@@ -45,6 +45,11 @@ class ORIF_LIVE_EXPORT Value
   Value(const char* value) : variant(std::string(value)) {}
   // NOLINTEND(google-explicit-constructor, hicpp-explicit-conversions)
 
+  /// Whether two values have the same type and are equal.
+  friend bool operator==(const Value& a, const Value& b) {
+    return static_cast<const variant&>(a) == static_cast<const variant&>(b);
+  }
+
   /// Whether there is no value.
   bool IsEmpty() const { return std::holds_alternative<std::monostate>(*this); }
 

@@ -34,6 +34,15 @@ the same, a lower layer that copies|static|Refresh/direct|Refresh/direct/lower l
 Refresh overhead, 10 items|static|Refresh/items/10|Refresh/items/1|ratio 1.1
 Refresh overhead, 1000 items|static|Refresh/items/1000|Refresh/items/1|ratio 1.1
 Refresh overhead, 8000 items|static|Refresh/items/8000|Refresh/items/1|ratio 1.1
+integer tag|static|Live/int|NumReg/int/direct|ns 25
+the same, changing|static|Live/int changing|NumReg/int/direct|ns 25
+real tag, changing|static|Live/real changing|NumReg/real/direct|ns 25
+untyped register tag|static|Live/untyped|NumReg/int/direct|
+position field tag|static|Live/position field|PosReg/direct|ns 25
+text tag|static|Live/text|String/library|difference 10
+task, four tags|static|Live/task|Task/library|difference 40
+alarm, nine tags|static|Live/alarm|Alarm/library|difference 90
+signal tag|static|Live/bit|Signals/direct|ns 25
 GetValue, string of 80 characters|static|String/library|String/by hand|
 GetValue, task|static|Task/library|Task/by hand|
 GetValue, alarm with three texts|static|Alarm/library|Alarm/by hand|
@@ -77,3 +86,5 @@ awk -F'|' '
   }
   END { exit failed }
 ' $build/static.csv $build/shared.csv <(printf '%s' "$table")
+
+$build/bench/monitors

@@ -6,6 +6,8 @@
 scripts/install-deps.sh site
 mkdir -p build/docs
 # The public headers are those that are installed.
-headers=$(sed -n '/^set(public_headers/,/)$/s|^  \([^)]*\))*$|orif/\1|p' orif/CMakeLists.txt | tr '\n' ' ')
+headers=$(for library in orif live; do
+  sed -n "/^set(public_headers/,/)\$/s|^  \([^)]*\))*\$|$library/\1|p" $library/CMakeLists.txt
+done | tr '\n' ' ')
 (cat docs/Doxyfile && echo "INPUT += $headers") | doxygen -
 echo "build/docs/html/index.html"

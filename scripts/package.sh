@@ -40,6 +40,11 @@ program() { block "$1" cpp "$2" | awk '/^#include/ { print; next } { body = body
 
 block README.md cpp 'int main' >"$outside/program.cpp"
 block README.md '' 'R[1] =' >"$outside/program.txt"
+block README.md cpp CountCycles >"$outside/live.cpp"
+for page in README.md docs/getting-started.md; do
+  block $page cpp CountCycles | diff - examples/08_two_controllers.cpp || fail "$page shows another program"
+done
+program docs/getting-started.md LastReason | sed '1i #include <iostream>\n#include "live/live.h"\n#include "orif/orif.h"' >"$outside/reason.cpp"
 program docs/simulator.md LoadScenario >"$outside/scenario.cpp"
 block docs/simulator.md json '"name": "Press"' >"$outside/press.json"
 program docs/getting-started.md GetDebugMessages | sed '1i #include <iostream>\n#include "orif/orif.h"' >"$outside/connect.cpp"
@@ -53,6 +58,10 @@ add_executable(scenario scenario.cpp)
 target_link_libraries(scenario PRIVATE ${library} orif::scenario)
 add_executable(connect connect.cpp)
 target_link_libraries(connect PRIVATE ${library})
+add_executable(live live.cpp)
+target_link_libraries(live PRIVATE ${live} orif::simulator)
+add_executable(reason reason.cpp)
+target_link_libraries(reason PRIVATE ${live})
 END
 
 prints() { # what program.cpp has to say, and nothing else
@@ -64,10 +73,14 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
   export LD_LIBRARY_PATH=${pc%/pkgconfig/orif.pc} PKG_CONFIG_PATH=${pc%/orif.pc}
   for library in orif orif_static; do
     build=$outside/$(basename "$prefix")-$library
-    quietly cmake -S "$outside" -B "$build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -Dlibrary=orif::$library
+    quietly cmake -S "$outside" -B "$build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -Dlibrary=orif::$library \
+      -Dlive=orif::live${library#orif}
     quietly cmake --build "$build"
     prints "$build/program"
   done
+  [ "$("$build/live")" = "$(block README.md '' cycles)" ] || fail "the program with orif::live says: $("$build/live")"
+  reason=$(ORVEX_COMMLIB=$LD_LIBRARY_PATH/orif/libOrvexCommLibSimulator.so "$build/reason" 2>&1)
+  grep -qF "$reason" docs/getting-started.md || fail "a wrong host is told as: $reason"
   (cd "$outside" && "$build/scenario") || fail "the scenario of docs/simulator.md does not load"
   ! reason=$(ORVEX_COMMLIB='' "$build/connect" 2>&1) || fail "connected to nothing"
   [[ $reason == *"OrvexCommLib is not installed"* ]] || fail "no component, and its absence is told as: $reason"
@@ -78,6 +91,9 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
   # shellcheck disable=SC2046 # the flags are words
   g++ -std=c++20 "$outside/program.cpp" -o "$outside/by-pkg-config" $(pkg-config --cflags --libs orif-simulator orif)
   prints "$outside/by-pkg-config"
+  # shellcheck disable=SC2046
+  g++ -std=c++20 "$outside/live.cpp" -o "$outside/live-by-pkg-config" $(pkg-config --cflags --libs orif-simulator orif-live)
+  "$outside/live-by-pkg-config" >/dev/null
   # shellcheck disable=SC2046
   g++ -std=c++20 -fsyntax-only "$outside/scenario.cpp" $(pkg-config --cflags --libs orif-scenario)
   "$prefix/bin/orif" read --simulate 'R[1]' >/dev/null

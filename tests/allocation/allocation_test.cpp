@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "live/live.h"
 #include "orif/orif.h"
 #include "simulator/Demo.h"
 #include "tests/support/FullPass.h"
@@ -81,6 +82,24 @@ TEST_F(Allocation, ReadingAllocatesNothing) {
               EXPECT_TRUE(core.ReadSDO(1, c, 7));
             }),
             0);
+}
+
+TEST(LiveAllocation, RefreshingNumbersAllocatesNothing) {
+  auto network = sim::DemoNetwork();
+  live::Controller cell({.host = sim::DemoHost,
+                         .factory = network.Factory(),
+                         .tags = {"R[1-100]", "R[101-200]:int", "PR[1-5].X", "PR[1-5].J1",
+                                  "DO[1-16]", "DI[3]", "GI[1-4]", "POS[0].Z", "$OVERRIDE:int"}});
+  EXPECT_TRUE(cell.Refresh());
+  int turn = 0;
+  EXPECT_EQ(AllocationsOf([&] {
+              for (turn = 1; turn <= 3; ++turn) {
+                network.Find(sim::DemoHost)->NumericRegister(1) = turn;
+                EXPECT_TRUE(cell.Refresh());
+              }
+            }),
+            0);
+  EXPECT_EQ(cell["R[1]"].value, live::Value(3));
 }
 
 // Runs the pass with the k-th allocation failing, for every k. What each member answered is its
