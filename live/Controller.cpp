@@ -122,6 +122,13 @@ void CheckValue(const Tag& tag, const Place& place, const Value& value) {
   }
 }
 
+void CheckWords(std::int64_t words) {
+  if (words <= DataArea::LastWord) return;
+  throw UsageError("these items take " + std::to_string(words) +
+                   " words of the controller's data area, which has " +
+                   std::to_string(DataArea::LastWord) + "; name fewer at a time");
+}
+
 bool IsPositionPart(const Place& place, const Tag& tag) {
   return place.name->IsPosition() && tag.field != CommentField;
 }
@@ -160,7 +167,6 @@ struct Controller::Self {
   void MakeTags();
   void MakeItems(std::size_t named);
   Source& SourceOf(const Name& name, std::int32_t index);
-  void CheckWords() const;
   std::size_t IndexOf(std::string_view name) const;
 
   live::Settings settings;
@@ -210,9 +216,9 @@ Controller::Self::Self(live::Settings given)
       clock(settings.clock ? settings.clock : std::make_shared<Clock>()),
       backoff(settings.retry) {
   CheckSettings();
+  if (!settings.tellsLostLink) settings.tellsLostLink = TellsLostLink;
   for (const std::string& text : settings.tags) names.push_back(ParseName(text));
   MakeTags();
-  CheckWords();
 }
 
 void Controller::Self::CheckSettings() const {
@@ -233,6 +239,9 @@ void Controller::Self::CheckSettings() const {
 
 void Controller::Self::MakeTags() {
   for (std::size_t i = 0; i < names.size(); ++i) MakeItems(i);
+  std::int64_t words = 0;
+  for (const auto& source : sources) words += WordsOf(source->name);
+  CheckWords(words);
   // Tags have their places now; sources and signals may point at them.
   for (std::size_t i = 0; i < tags.size(); ++i) {
     Tag& tag = tags[i];
@@ -257,6 +266,7 @@ void Controller::Self::MakeItems(std::size_t named) {
   if (name.IsSignal() && name.last > LastSignal) {
     throw UsageError("'" + name.text + "': signals end at " + std::to_string(LastSignal));
   }
+  CheckWords(WordsOf(name));  // before there is a tag for each
   const auto add = [&](const Place& place, std::string_view field, std::string_view unit) {
     const std::string item = name.Item(place.index);
     tags.push_back({{}, FieldTag(item, field), item, std::string(field), std::string(unit)});
@@ -294,16 +304,6 @@ Source& Controller::Self::SourceOf(const Name& name, std::int32_t index) {
     source = sources.back().get();
   }
   return *source;
-}
-
-void Controller::Self::CheckWords() const {
-  std::int64_t words = 0;
-  for (const auto& source : sources) words += WordsOf(source->name);
-  if (words > DataArea::LastWord) {
-    throw UsageError("these items take " + std::to_string(words) +
-                     " words of the controller's data area, which has " +
-                     std::to_string(DataArea::LastWord) + "; name fewer at a time");
-  }
 }
 
 std::size_t Controller::Self::IndexOf(std::string_view name) const {

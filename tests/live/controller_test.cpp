@@ -109,6 +109,8 @@ TEST_F(Live, ErrorsOfUseAreExceptions) {
   RUN((Make({"R[1-5]", "R[3]"}), true));
   RUN((Make({"PR[1]", "PR[1].X"}), true));
   RUN((Make({"R[1-8192]"}), true));
+  RUN((Make({"R[1-4000]", "SR[1-20]"}), true));
+  RUN((Make({"PR[1-2147483647].X"}), true));
   RUN((Make({"DI[40000]"}), true));
   RUN((Make({"R[1..3]"}), true));
   RUN((Controller({.host = ""}), true));
