@@ -16,9 +16,8 @@ class Backoff {
   Milliseconds Next() {
     const Milliseconds wait = wait_;
     wait_ = wait_ > retry_.most / 2 ? retry_.most : wait_ * 2;
-    std::uniform_int_distribution<Milliseconds::rep> shortened(wait.count() - wait.count() / 4,
-                                                               wait.count());
-    return Milliseconds(shortened(random_));
+    std::uniform_real_distribution<double> part(0, retry_.shortened);
+    return wait - std::chrono::duration_cast<Milliseconds>(wait * part(random_));
   }
 
   /// The next wait is the first again.

@@ -67,11 +67,12 @@ class Turns {
 };
 
 /// How long to wait before a lost link is tried again: `first` at first, then twice as long each
-/// time, up to `most`. Each wait is shortened by up to a quarter at random, so that programs which
-/// lost their links together do not all come back at the same moment.
+/// time, up to `most`. Each wait is shortened at random, so that programs which lost their links
+/// together do not all come back at the same moment.
 struct Retry {
   Milliseconds first{1000};  ///< more than 0
   Milliseconds most{30000};  ///< not less than `first`
+  double shortened = 0.25;   ///< by up to which part of itself, from 0 (never) to 1
 };
 
 }  // namespace orif::live

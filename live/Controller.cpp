@@ -202,13 +202,25 @@ struct Controller::Self {
   Backoff backoff;
   std::chrono::steady_clock::time_point retryAt;
   Reason lastReason;
+  std::string debugMessages;  // of the connections that have ended
 
   // Writing.
 
+  /// What is written in one call: a value, or the fields of a position.
+  struct Sending {
+    std::size_t tag;                   // of the first field
+    std::vector<std::size_t> members;  // indices of the assignments
+    std::vector<FieldValue> values;
+  };
+
   void Check(std::span<const Assignment> assignments) const;
+  std::vector<Sending> Group(std::span<const Assignment> assignments) const;
   std::optional<Reason> WhyNotUp(const std::string& item) const;
-  std::optional<Reason> WriteOne(std::span<const Assignment> assignments, std::size_t which,
-                                 std::vector<bool>& covered);
+  std::optional<Reason> Rehearse(const Sending& sending);
+  std::optional<Reason> Send(const Sending& sending);
+  std::vector<Answer> Write(std::span<const Assignment> assignments, bool really);
+  std::vector<Answer> Stop(std::vector<Answer> answers, std::span<const Sending> left,
+                           const Sending& failed, const Reason& reason);
 };
 
 Controller::Self::Self(live::Settings given)
@@ -359,6 +371,7 @@ std::optional<Reason> Controller::Self::Open() {
         settings.host, {}, {}, std::string("no communication component: ") + fault.what()};
   }
   core = std::make_unique<Core>([this] { return reasons; });
+  if (settings.debugLog) core->DebugLog(true);
   if (settings.port) core->PortNumber(*settings.port);
   if (settings.timeOut) core->TimeOutValue(static_cast<std::int32_t>(settings.timeOut->count()));
   reasons->Forget();
@@ -423,6 +436,7 @@ void Controller::Self::Drop() {
   registered.clear();
   table = nullptr;
   if (core != nullptr) core->Disconnect();
+  if (core != nullptr && settings.debugLog) debugMessages = core->GetDebugMessages();
   core = nullptr;
   reasons = nullptr;
 }
@@ -437,9 +451,18 @@ void Controller::Self::Lose(const Reason& reason) {
 }
 
 void Controller::Self::Check(std::span<const Assignment> assignments) const {
+  std::map<std::string, bool> joints;  // positions, and whether their joints are named
   for (const Assignment& each : assignments) {
     const std::size_t index = IndexOf(each.name);
     CheckValue(tags[index], places[index], each.value);
+    if (!IsPositionPart(places[index], tags[index]) || places[index].field >= PositionField::UF) {
+      continue;
+    }
+    const bool joint = places[index].field >= PositionField::Joint;
+    if (joints.emplace(tags[index].item, joint).first->second != joint) {
+      throw UsageError(tags[index].item +
+                       ": a position is written in cartesian or in joint form, not in both");
+    }
   }
 }
 
@@ -448,39 +471,97 @@ std::optional<Reason> Controller::Self::WhyNotUp(const std::string& item) const 
   return Reason{item, {}, {}, "the link to " + settings.host + " is " + std::string(ToText(link))};
 }
 
-// Writes the assignment, with all others to the same position.
-std::optional<Reason> Controller::Self::WriteOne(std::span<const Assignment> assignments,
-                                                 std::size_t which, std::vector<bool>& covered) {
-  const std::size_t index = IndexOf(assignments[which].name);
-  const Place& place = places[index];
-  const Tag& tag = tags[index];
-  if (auto reason = WhyNotUp(tag.name)) return reason;
-  covered[which] = true;
-  Complaint complaint;
-  bool written = false;
-  reasons->Forget();
-  if (place.source == nullptr) {
-    written = WriteSignal(*core, *place.name->symbol, place.index,
-                          static_cast<std::int32_t>(*assignments[which].value.Number()));
-  } else if (!place.source->accepted) {
-    return *tag.reason;
-  } else {
-    std::vector<FieldValue> values{{place.field, &assignments[which].value}};
-    if (IsPositionPart(place, tag)) {
-      for (std::size_t i = which + 1; i < assignments.size(); ++i) {
-        const std::size_t other = IndexOf(assignments[i].name);
-        if (tags[other].item != tag.item || !IsPositionPart(places[other], tags[other])) continue;
-        values.push_back({places[other].field, &assignments[i].value});
-        covered[i] = true;
-      }
-      if (!table->Refresh()) return LastOf(tag.item);
-    }
-    written = place.source->Write(place.index, values, complaint);
+std::vector<Controller::Self::Sending> Controller::Self::Group(
+    std::span<const Assignment> assignments) const {
+  std::vector<Sending> sendings;
+  for (std::size_t i = 0; i < assignments.size(); ++i) {
+    const std::size_t tag = IndexOf(assignments[i].name);
+    const bool position = IsPositionPart(places[tag], tags[tag]);
+    const auto same = std::ranges::find_if(sendings, [&](const Sending& each) {
+      return position && tags[each.tag].item == tags[tag].item &&
+             IsPositionPart(places[each.tag], tags[each.tag]);
+    });
+    const bool further = same != sendings.end();
+    Sending& sending = further ? *same : sendings.emplace_back(Sending{tag, {}, {}});
+    sending.members.push_back(i);
+    sending.values.push_back({places[tag].field, &assignments[i].value});
   }
+  return sendings;
+}
+
+// What keeps the values from being sent, if anything does. Positions need a fresh refresh.
+std::optional<Reason> Controller::Self::Rehearse(const Sending& sending) {
+  const Tag& tag = tags[sending.tag];
+  if (auto reason = WhyNotUp(tag.name)) return reason;
+  const Place& place = places[sending.tag];
+  if (place.source == nullptr) return {};
+  if (!place.source->accepted) return *tag.reason;
+  std::string complaint;
+  reasons->Forget();
+  if (place.source->CanWrite(place.index, sending.values, complaint)) return {};
+  if (!complaint.empty()) return Reason{tag.item, {}, {}, complaint};
+  return LastOf(tag.item);
+}
+
+// Why the controller does not take the values, if it does not.
+std::optional<Reason> Controller::Self::Send(const Sending& sending) {
+  const Tag& tag = tags[sending.tag];
+  const Place& place = places[sending.tag];
+  reasons->Forget();
+  const bool written =
+      place.source != nullptr
+          ? place.source->Write(place.index, sending.values)
+          : WriteSignal(*core, *place.name->symbol, place.index,
+                        static_cast<std::int32_t>(*sending.values.front().value->Number()));
   if (written) return {};
-  Reason reason = LastOf(IsPositionPart(place, tag) ? tag.item : tag.name);
-  if (!complaint.empty()) reason = {tag.item, {}, {}, complaint};
-  return reason;
+  return LastOf(IsPositionPart(place, tag) ? tag.item : tag.name);
+}
+
+// The answers when one sending has failed, and none of `left` is sent any more.
+std::vector<Answer> Controller::Self::Stop(std::vector<Answer> answers,
+                                           std::span<const Sending> left, const Sending& failed,
+                                           const Reason& reason) {
+  for (const Sending& sending : left) {
+    const Reason because{
+        tags[sending.tag].name, {}, {}, "not written, since " + reason.item + " was not"};
+    for (const std::size_t member : sending.members) {
+      answers[member].reason = &sending == &failed ? reason : because;
+    }
+  }
+  lastReason = reason;
+  if (link == Link::Up && settings.tellsLostLink(reason)) {
+    sink->Begin();
+    Lose(reason);
+  }
+  return answers;
+}
+
+std::vector<Answer> Controller::Self::Write(std::span<const Assignment> assignments, bool really) {
+  Check(assignments);
+  std::vector<Answer> answers(assignments.size());
+  const std::vector<Sending> sendings = Group(assignments);
+  const std::span all(sendings);
+  const auto position = std::ranges::find_if(sendings, [&](const Sending& each) {
+    return IsPositionPart(places[each.tag], tags[each.tag]);
+  });
+  if (link == Link::Up && position != sendings.end()) {
+    reasons->Forget();
+    if (!table->Refresh()) {
+      return Stop(answers, all, *position, LastOf(tags[position->tag].item));
+    }
+  }
+  for (const Sending& sending : sendings) {
+    if (const auto reason = Rehearse(sending)) return Stop(answers, all, sending, *reason);
+  }
+  for (std::size_t i = 0; i < sendings.size(); ++i) {
+    if (really) {
+      if (const auto reason = Send(sendings[i])) {
+        return Stop(answers, all.subspan(i), sendings[i], *reason);
+      }
+    }
+    for (const std::size_t member : sendings[i].members) answers[member].done = true;
+  }
+  return answers;
 }
 
 Controller::Controller(live::Settings settings)
@@ -553,35 +634,11 @@ Answer Controller::Write(std::string_view name, const Value& value) {
 }
 
 std::vector<Answer> Controller::Write(std::span<const Assignment> assignments) {
-  Self& self = *self_;
-  self.Check(assignments);
-  std::vector<Answer> answers(assignments.size());
-  std::vector<bool> covered(assignments.size());
-  for (std::size_t i = 0; i < assignments.size(); ++i) {
-    if (answers[i]) continue;
-    const auto reason = self.WriteOne(assignments, i, covered);
-    for (std::size_t each = i; each < assignments.size(); ++each) {
-      if (!covered[each]) continue;
-      covered[each] = false;
-      answers[each].done = !reason;
-      if (reason) answers[each].reason = *reason;
-    }
-    if (!reason) continue;
-    answers[i].reason = self.lastReason = *reason;
-    for (std::size_t each = i + 1; each < assignments.size(); ++each) {
-      if (answers[each] || answers[each].reason != Reason{}) continue;
-      answers[each].reason = {self.tags[self.IndexOf(assignments[each].name)].name,
-                              {},
-                              {},
-                              "not written, since " + reason->item + " was not"};
-    }
-    if (self.link == Link::Up && self.settings.tellsLostLink(*reason)) {
-      self.sink->Begin();
-      self.Lose(*reason);
-    }
-    break;
-  }
-  return answers;
+  return self_->Write(assignments, true);
+}
+
+std::vector<Answer> Controller::Rehearse(std::span<const Assignment> assignments) {
+  return self_->Write(assignments, false);
 }
 
 void Controller::Check(std::span<const Assignment> assignments) const { self_->Check(assignments); }
@@ -600,6 +657,11 @@ Answer Controller::ClearAlarms(std::int32_t type) {
   }
   self.lastReason = *reason;
   return {false, *reason};
+}
+
+std::string Controller::DebugMessages() const {
+  if (!self_->settings.debugLog) return {};
+  return self_->core != nullptr ? self_->core->GetDebugMessages() : self_->debugMessages;
 }
 
 std::optional<Milliseconds> Controller::TimeOut() const {

@@ -53,6 +53,8 @@ struct Settings {
   Retry retry = {};  ///< how long to wait before a lost link is tried again
   /// Whether a reason tells that the link is lost, for a component with words of its own.
   std::function<bool(const Reason&)> tellsLostLink = TellsLostLink;
+  /// Whether the lines that a Core traces go to the debug trail; DebugMessages has them.
+  bool debugLog = false;
   LinkEvent onLink = {};              ///< called at every change of the link; may be empty
   std::shared_ptr<Clock> clock = {};  ///< empty for the computer's
 };
@@ -162,15 +164,24 @@ class ORIF_LIVE_EXPORT Controller {
   /// nothing written.
   ///
   /// The fields of one position are written together, where the first of them stands. Fields that
-  /// are not named stay as the controller has them, which is read just before. A position is
-  /// written in joint form if a joint is named, up to the last one named, else in cartesian form.
+  /// are not named stay as the controller has them, which is read before anything is written. A
+  /// position is written in joint form if a joint is named, up to the last one named, else in
+  /// cartesian form; if it has not had that form before, joints 1 to 6 or X to R must be named.
   std::vector<Answer> Write(std::span<const Assignment> assignments);
+
+  /// Does all that Write does short of writing. An answer tells what keeps a value from being
+  /// written, such as a position that has no such form yet.
+  std::vector<Answer> Rehearse(std::span<const Assignment> assignments);
 
   /// Throws the UsageError that Write would throw. Any thread may call it at any time.
   void Check(std::span<const Assignment> assignments) const;
 
   /// Resets the alarms of the robot controller: those of kind `type` if that is above 0, else all.
   Answer ClearAlarms(std::int32_t type = 0);
+
+  /// The last lines of the debug trail of the calling thread, as Core::GetDebugMessages has them;
+  /// without a connection, those at the end of the last one. Empty unless Settings::debugLog is on.
+  std::string DebugMessages() const;
 
   /// How long the component waits for an answer: the setting, or the component's own while the link
   /// is up.

@@ -33,9 +33,12 @@ class ItemSource : public Source {
     }
   }
 
-  bool Write(std::int32_t /*index*/, std::span<const FieldValue> /*values*/,
-             Complaint& /*complaint*/) override {
-    return false;
+  bool CanWrite(std::int32_t /*index*/, std::span<const FieldValue> /*values*/,
+                std::string& /*complaint*/) override {
+    return true;
+  }
+  bool Write(std::int32_t /*index*/, std::span<const FieldValue> /*values*/) override {
+    return false;  // what is read only is refused before
   }
 
  protected:
@@ -71,8 +74,7 @@ class NumericRegisters final : public ItemSource<Numbers> {
     return true;
   }
 
-  bool Write(std::int32_t index, std::span<const FieldValue> values,
-             Complaint& /*complaint*/) override {
+  bool Write(std::int32_t index, std::span<const FieldValue> values) override {
     const Value& value = *values.front().value;
     const auto* real = std::get_if<float>(&value);
     if (item_.integer == nullptr || (real != nullptr && item_.real != nullptr)) {
@@ -120,8 +122,7 @@ class Texts final : public ItemSource<std::shared_ptr<DataString>> {
     return (item_ = table.AddString(type, name.first, name.last)) != nullptr;
   }
 
-  bool Write(std::int32_t index, std::span<const FieldValue> values,
-             Complaint& /*complaint*/) override {
+  bool Write(std::int32_t index, std::span<const FieldValue> values) override {
     return item_->SetValue(index, std::get<std::string>(*values.front().value)) && item_->Update();
   }
 
@@ -144,8 +145,7 @@ class Variable final : public ItemSource<std::shared_ptr<DataSysVar>> {
     return (item_ = table.AddSysVar(*name.type, name.variable)) != nullptr;
   }
 
-  bool Write(std::int32_t /*index*/, std::span<const FieldValue> values,
-             Complaint& /*complaint*/) override {
+  bool Write(std::int32_t /*index*/, std::span<const FieldValue> values) override {
     const Value& value = *values.front().value;
     if (name.type == SYSVAR_STRING) return item_->SetValue(std::get<std::string>(value));
     if (name.type == SYSVAR_INT) return item_->SetValue(ToInt32(value));
@@ -214,14 +214,20 @@ class Positions final : public ItemSource<std::shared_ptr<typename Kind::Item>> 
     return (this->item_ = Kind::Add(table, this->name)) != nullptr;
   }
 
-  bool Write(std::int32_t index, std::span<const FieldValue> values,
-             Complaint& complaint) override {
+  bool CanWrite(std::int32_t index, std::span<const FieldValue> values,
+                std::string& complaint) override {
+    if (!Fetch(index)) return false;
+    const PositionWrite write(record_, values, complaint);
+    return complaint.empty();
+  }
+
+  bool Write(std::int32_t index, std::span<const FieldValue> values) override {
     if constexpr (std::is_same_v<Kind, CurrentPosition>) {
       return false;
     } else {
       if (!Fetch(index)) return false;
+      std::string complaint;
       const PositionWrite write(record_, values, complaint);
-      if (!complaint.empty()) return false;
       return Kind::With(index, [&](auto... at) {
         if (write.joint.empty()) {
           return this->item_->SetValueXyzwpr(at..., write.xyzwpr, write.config, write.UF, write.UT);

@@ -28,9 +28,6 @@ struct FieldValue {
   const Value* value = nullptr;
 };
 
-/// Why a value could not be read or written, if the lower core object does not say.
-using Complaint = std::string;
-
 /// One registration in a table, made anew on every connection, and the tags that it serves.
 class Source {
  public:
@@ -53,10 +50,13 @@ class Source {
   /// not be decoded.
   virtual void Decode(Sink& sink, const std::function<void(std::span<const Slot>)>& unread) = 0;
 
-  /// Writes one item. False if the controller refuses; a complaint tells why nothing was asked of
-  /// it. A position needs a fresh refresh of the table.
-  virtual bool Write(std::int32_t index, std::span<const FieldValue> values,
-                     Complaint& complaint) = 0;
+  /// Whether one item can be written, as far as the last refresh tells. If not, `complaint` says
+  /// why, unless it is the lower core object that knows.
+  virtual bool CanWrite(std::int32_t index, std::span<const FieldValue> values,
+                        std::string& complaint) = 0;
+
+  /// Writes one item. False if the controller refuses.
+  virtual bool Write(std::int32_t index, std::span<const FieldValue> values) = 0;
 };
 
 /// A source for the items `name` names, which are no signals; for their comments if it names those.

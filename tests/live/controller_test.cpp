@@ -279,7 +279,7 @@ TEST_F(Live, PositionsAreWrittenByTheirFields) {
   RUN(After(1s));
   Say("Without a form yet, all of it has to be named.");
   RUN(cell->Write("PR[2].X", 1));
-  RUN(cell->Write("PR[2].J1", 1));
+  RUN(Write({{"PR[1].X", 1}, {"PR[2].J1", 1}}));
   RUN(Write({{"PR[2].J1", 1},
              {"PR[2].J2", 2},
              {"PR[2].J3", 3},
@@ -289,6 +289,7 @@ TEST_F(Live, PositionsAreWrittenByTheirFields) {
              {"PR[2].UF", 1}}));
   RUN(cell->Write("PR[2].J2", 20));
   RUN(After(1s));
+  RUN(Write({{"PR[2].X", 1}, {"PR[2].UF", 1}, {"PR[2].J1", 1}}));
   RUN(cell->Write("PR[1].config", "1 2"));
   RUN(cell->Write("PR[1].UF", 40000));
   robot.FaultInjection().FailNext("ReadRShort", {0, "Busy"});
