@@ -23,18 +23,6 @@ namespace {
 /// Failed refreshes in a row that make the link lost.
 constexpr int FailuresOfALostLink = 2;
 
-/// Where a tag's value is: in field `field` of item `index`. Signals have no source.
-struct Place {
-  const Name* name = nullptr;
-  Source* source = nullptr;
-  std::int32_t index = 0;
-  std::size_t field = 0;
-};
-
-struct TextHash : std::hash<std::string_view> {
-  using is_transparent = void;
-};
-
 std::shared_ptr<const Reason> Shared(Reason reason) {
   return std::make_shared<const Reason>(std::move(reason));
 }
@@ -93,9 +81,8 @@ void CheckPositionField(const Tag& tag, std::size_t field, const Value& value) {
   }
 }
 
-// Throws a UsageError unless the value can be written to the tag at that place.
-void CheckValue(const Tag& tag, const Place& place, const Value& value) {
-  const Name& name = *place.name;
+// Throws a UsageError unless the value can be written to the tag, a field of what `name` names.
+void CheckValue(const Tag& tag, const Name& name, std::size_t field, const Value& value) {
   if (tag.field == CommentField) return CheckText(tag, value);
   switch (name.Is()) {
     case Kind::NumReg:
@@ -106,9 +93,9 @@ void CheckValue(const Tag& tag, const Place& place, const Value& value) {
     case Kind::StringReg:
       return CheckText(tag, value);
     case Kind::PosReg:
-      return CheckPositionField(tag, place.field, value);
+      return CheckPositionField(tag, field, value);
     case Kind::SysVar:
-      if (name.type == SYSVAR_POS) return CheckPositionField(tag, place.field, value);
+      if (name.type == SYSVAR_POS) return CheckPositionField(tag, field, value);
       if (name.type == SYSVAR_STRING) return CheckText(tag, value);
       if (name.type == SYSVAR_INT) return CheckInt32(tag, value);
       return CheckNumber(tag, value);
@@ -127,10 +114,6 @@ void CheckWords(std::int64_t words) {
   throw UsageError("these items take " + std::to_string(words) +
                    " words of the controller's data area, which has " +
                    std::to_string(DataArea::LastWord) + "; name fewer at a time");
-}
-
-bool IsPositionPart(const Place& place, const Tag& tag) {
-  return place.name->IsPosition() && tag.field != CommentField;
 }
 
 }  // namespace
@@ -168,6 +151,21 @@ struct Controller::Self {
   void MakeItems(std::size_t named);
   Source& SourceOf(const Name& name, std::int32_t index);
   std::size_t IndexOf(std::string_view name) const;
+
+  /// Where a tag's value is: in field `field` of item `index`. Signals have no source.
+  struct Place {
+    const Name* name = nullptr;
+    Source* source = nullptr;
+    std::int32_t index = 0;
+    std::size_t field = 0;
+  };
+  struct TextHash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  bool IsPositionPart(std::size_t tag) const {
+    return places[tag].name->IsPosition() && tags[tag].field != CommentField;
+  }
 
   live::Settings settings;
   std::shared_ptr<Clock> clock;
@@ -454,8 +452,8 @@ void Controller::Self::Check(std::span<const Assignment> assignments) const {
   std::map<std::string, bool> joints;  // positions, and whether their joints are named
   for (const Assignment& each : assignments) {
     const std::size_t index = IndexOf(each.name);
-    CheckValue(tags[index], places[index], each.value);
-    if (!IsPositionPart(places[index], tags[index]) || places[index].field >= PositionField::UF) {
+    CheckValue(tags[index], *places[index].name, places[index].field, each.value);
+    if (!IsPositionPart(index) || places[index].field >= PositionField::UF) {
       continue;
     }
     const bool joint = places[index].field >= PositionField::Joint;
@@ -476,10 +474,9 @@ std::vector<Controller::Self::Sending> Controller::Self::Group(
   std::vector<Sending> sendings;
   for (std::size_t i = 0; i < assignments.size(); ++i) {
     const std::size_t tag = IndexOf(assignments[i].name);
-    const bool position = IsPositionPart(places[tag], tags[tag]);
+    const bool position = IsPositionPart(tag);
     const auto same = std::ranges::find_if(sendings, [&](const Sending& each) {
-      return position && tags[each.tag].item == tags[tag].item &&
-             IsPositionPart(places[each.tag], tags[each.tag]);
+      return position && tags[each.tag].item == tags[tag].item && IsPositionPart(each.tag);
     });
     const bool further = same != sendings.end();
     Sending& sending = further ? *same : sendings.emplace_back(Sending{tag, {}, {}});
@@ -514,7 +511,7 @@ std::optional<Reason> Controller::Self::Send(const Sending& sending) {
           : WriteSignal(*core, *place.name->symbol, place.index,
                         static_cast<std::int32_t>(*sending.values.front().value->Number()));
   if (written) return {};
-  return LastOf(IsPositionPart(place, tag) ? tag.item : tag.name);
+  return LastOf(IsPositionPart(sending.tag) ? tag.item : tag.name);
 }
 
 // The answers when one sending has failed, and none of `left` is sent any more.
@@ -541,9 +538,8 @@ std::vector<Answer> Controller::Self::Write(std::span<const Assignment> assignme
   std::vector<Answer> answers(assignments.size());
   const std::vector<Sending> sendings = Group(assignments);
   const std::span all(sendings);
-  const auto position = std::ranges::find_if(sendings, [&](const Sending& each) {
-    return IsPositionPart(places[each.tag], tags[each.tag]);
-  });
+  const auto position =
+      std::ranges::find_if(sendings, [&](const Sending& each) { return IsPositionPart(each.tag); });
   if (link == Link::Up && position != sendings.end()) {
     reasons->Forget();
     if (!table->Refresh()) {

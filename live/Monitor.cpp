@@ -16,19 +16,6 @@ namespace {
 /// How long a component that has told no time-out may hang.
 constexpr Milliseconds UsualTimeOut{5000};
 
-/// Something that the thread is to do, with an answer that is given once, by whoever is first: the
-/// thread, or Stop for a thread that is abandoned.
-class Request {
- public:
-  Request() = default;
-  Request(const Request&) = delete;
-  Request& operator=(const Request&) = delete;
-  virtual ~Request() = default;
-
-  virtual void CarryOut(Controller& controller) = 0;
-  virtual void GiveUp() = 0;
-};
-
 Reason Ended(const Controller& controller) {
   return {controller.Settings().host, {}, {}, "the monitor has ended"};
 }
@@ -36,7 +23,20 @@ Reason Ended(const Controller& controller) {
 }  // namespace
 
 /// Shared by the Monitor and its thread, so that an abandoned thread has all it needs.
-struct Monitor::Self : std::enable_shared_from_this<Self> {
+struct Monitor::Self {
+  /// Something that the thread is to do, with an answer that is given once, by whoever is first:
+  /// the thread, or Stop for a thread that is abandoned.
+  class Request {
+   public:
+    Request() = default;
+    Request(const Request&) = delete;
+    Request& operator=(const Request&) = delete;
+    virtual ~Request() = default;
+
+    virtual void CarryOut(Controller& controller) = 0;
+    virtual void GiveUp() = 0;
+  };
+
   Self(Settings&& settings, Milliseconds period, MonitorEvents&& given)
       : events(std::move(given)),
         controller(std::make_unique<Controller>(WithLinkEvent(std::move(settings)))),
@@ -154,6 +154,9 @@ struct Monitor::Self : std::enable_shared_from_this<Self> {
     changed.notify_all();
   }
 
+  template <class Result>
+  class Asked;
+
   MonitorEvents events;
   std::unique_ptr<Controller> controller;  // used by the thread; what never changes by all
   std::shared_ptr<Clock> clock;
@@ -176,11 +179,9 @@ struct Monitor::Self : std::enable_shared_from_this<Self> {
   bool abandoned = false;
 };
 
-namespace {
-
 /// A request whose answer is a Result.
 template <class Result>
-class Asked final : public Request {
+class Monitor::Self::Asked final : public Request {
  public:
   Asked(std::function<Result(Controller&)> what, Result otherwise)
       : what_(std::move(what)), otherwise_(std::move(otherwise)) {}
@@ -203,8 +204,6 @@ class Asked final : public Request {
   bool given_ = false;
 };
 
-}  // namespace
-
 Monitor::Monitor(Settings settings, Milliseconds every, MonitorEvents events)
     : self_(std::make_shared<Self>(std::move(settings), every, std::move(events))) {
   const std::lock_guard lock(self_->mutex);
@@ -216,7 +215,7 @@ Monitor::~Monitor() { Stop(); }
 
 bool Monitor::Stop() {
   Self& self = *self_;
-  std::deque<std::shared_ptr<Request>> left;
+  std::deque<std::shared_ptr<Self::Request>> left;
   std::thread thread;  // of the first Stop; others find none
   bool finished = false;
   bool own = false;
@@ -271,7 +270,7 @@ std::vector<Reading> Monitor::ReadAll() const {
 std::future<std::vector<Answer>> Monitor::Write(std::vector<Assignment> assignments) {
   self_->controller->Check(assignments);
   std::vector<Answer> otherwise(assignments.size(), {false, Ended(*self_->controller)});
-  auto request = std::make_shared<Asked<std::vector<Answer>>>(
+  auto request = std::make_shared<Self::Asked<std::vector<Answer>>>(
       [assignments = std::move(assignments)](Controller& controller) {
         return controller.Write(assignments);
       },
@@ -282,7 +281,7 @@ std::future<std::vector<Answer>> Monitor::Write(std::vector<Assignment> assignme
 }
 
 std::future<Answer> Monitor::ClearAlarms(std::int32_t type) {
-  auto request = std::make_shared<Asked<Answer>>(
+  auto request = std::make_shared<Self::Asked<Answer>>(
       [type](Controller& controller) { return controller.ClearAlarms(type); },
       Answer{false, Ended(*self_->controller)});
   auto answer = request->Answer();
