@@ -40,6 +40,31 @@ Milliseconds ParseDuration(const std::string& option, const std::string& text) {
   return number * unit->length;
 }
 
+struct SizeUnit {
+  std::string_view name;
+  std::uint64_t bytes;
+};
+constexpr std::array SizeUnits{SizeUnit{"kB", 1'000}, SizeUnit{"MB", 1'000'000},
+                               SizeUnit{"GB", 1'000'000'000}};
+
+void ParseRotation(const std::string& text, RecordingTarget& target) {
+  for (const SizeUnit& unit : SizeUnits) {
+    std::uint32_t number = 0;
+    const char* end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || number < 1 || std::string_view(behind, end) != unit.name) continue;
+    target.rotateAt = number * unit.bytes;
+    return;
+  }
+  try {
+    target.rotateAfter = ParseDuration("--rotate", text);
+  } catch (const CLI::ValidationError&) {
+    throw CLI::ValidationError("--rotate", "'" + text +
+                                               "' is neither a duration nor a size; write 10m, "
+                                               "1h, 500kB, 100MB or 1GB");
+  }
+}
+
 void AddPaceOptions(CLI::App& command, Pace& pace) {
   command
       .add_option_function<std::string>(
@@ -137,10 +162,19 @@ void AddRecordCommand(CLI::App& app) {
       ->required()
       ->type_name("ITEM");
   AddPaceOptions(*command, options->pace);
-  command->add_option("--out", options->out, "The file: .csv, or .db for an SQLite database")
+  RecordingTarget& target = options->target;
+  command
+      ->add_option("--out", target.out,
+                   "The file: .csv, .db for an SQLite database, - for CSV to standard output")
       ->required()
       ->type_name("FILE");
-  command->add_flag("--force", options->force, "Replace a file that exists");
+  CLI::Option* force = command->add_flag("--force", target.replace, "Replace a file that exists");
+  command->add_flag("--append", target.append, "Go on with a file that exists")->excludes(force);
+  command
+      ->add_option_function<std::string>(
+          "--rotate", [&target](const std::string& text) { ParseRotation(text, target); },
+          "Begin a new file after a time (1h) or at a size (100MB), with the time in its name")
+      ->type_name("TIME|SIZE");
   AddConnectionOptions(*command, options->connection);
   command->footer(
       "Example:\n  orif record 'R[1-3]' 'POS[0]' --every 100ms --for 10m --out run.csv --host "

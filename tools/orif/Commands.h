@@ -10,6 +10,7 @@
 
 #include "tools/orif/Poll.h"
 #include "tools/orif/Session.h"
+#include "tools/orif/recording/Recorder.h"
 
 namespace orif::tool {
 
@@ -39,8 +40,7 @@ struct RecordOptions {
   Connection connection;
   std::vector<std::string> items;
   Pace pace{.every = std::chrono::milliseconds(100), .length = {}, .count = {}};
-  std::filesystem::path out;
-  bool force = false;
+  RecordingTarget target;
 };
 void Record(const RecordOptions& options);
 

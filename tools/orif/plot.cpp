@@ -10,6 +10,7 @@
 
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/NameBeside.h"
 #include "tools/orif/platform/platform.h"
 #include "tools/orif/plot/Picture.h"
 #include "tools/orif/recording/Recording.h"
@@ -21,9 +22,9 @@ namespace {
 class Draft {
  public:
   explicit Draft(const std::filesystem::path& picture)
-      : picture_(picture), path_(picture.string() + ".part") {
+      : picture_(picture), path_(NameBeside(picture)) {
     try {
-      const platform::AppendedFile made(path_.string(), true);
+      const platform::AppendedFile made(path_.string(), platform::AppendedFile::Begin::New);
     } catch (const std::system_error& error) {
       throw Error(Exit::Usage, "cannot write " + picture.string() + ": " + error.code().message());
     }

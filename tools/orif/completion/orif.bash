@@ -7,7 +7,7 @@ _orif() {
     [read]="--comments --format $connection"
     [watch]="--every --for --count $connection"
     [write]="--yes $connection"
-    [record]="--every --for --count --out --force $connection"
+    [record]="--every --for --count --out --force --append --rotate $connection"
     [plot]='--out'
     [alarms]="--list --count --format $connection"
     [tasks]="--count --no-macros --no-velto --format $connection"
@@ -22,7 +22,7 @@ _orif() {
   case $previous in
     --format) mapfile -t COMPREPLY < <(compgen -W 'table csv json' -- "$current"); return ;;
     --list) mapfile -t COMPREPLY < <(compgen -W 'active history password' -- "$current"); return ;;
-    --host | --port | --time-out | --count | --every | --for) return ;;
+    --host | --port | --time-out | --count | --every | --for | --rotate) return ;;
     --component | --out) _orif_files '*'; return ;;
     --simulate) _orif_files '*.json'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
   esac

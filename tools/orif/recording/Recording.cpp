@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <fstream>
 #include <iterator>
 #include <limits>
 #include <memory>
@@ -16,48 +15,13 @@
 #include "spelling/UpperCase.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
+#include "tools/orif/recording/CsvRows.h"
 #include "tools/orif/recording/DatabaseRecording.h"
-#include "tools/orif/recording/RecordingFile.h"
+#include "tools/orif/recording/Recorder.h"
 #include "tools/orif/recording/RowSource.h"
 
 namespace orif::tool {
 namespace {
-
-constexpr std::array RowColumns{"time", "seconds", "link"};
-
-class CsvRows : public RowSource {
- public:
-  explicit CsvRows(const std::filesystem::path& path) : file_(path, std::ios::binary) {
-    if (!file_) throw std::runtime_error("it cannot be opened");
-  }
-
-  /// A last line without a line end was left by a killed writer and is no row.
-  bool Next(Cells& cells) override {
-    cells.assign(1, {});
-    bool quoted = false;
-    for (char c = 0; file_.get(c);) {
-      if (c == '"') {
-        // A doubled quote closes and opens again, and stands for one quote.
-        if (!quoted && closed_) cells.back() += '"';
-        quoted = !quoted;
-        closed_ = !quoted;
-        continue;
-      }
-      closed_ = false;
-      if (quoted || (c != ',' && c != '\n' && c != '\r'))
-        cells.back() += c;
-      else if (c == ',')
-        cells.emplace_back();
-      else if (c == '\n')
-        return true;
-    }
-    return false;
-  }
-
- private:
-  std::ifstream file_;
-  bool closed_ = false;  // the last character was a closing quote
-};
 
 /// Works out a column's item, field and unit from its name.
 Column ColumnNamed(const std::string& name) {
