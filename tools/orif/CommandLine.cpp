@@ -83,6 +83,33 @@ void AddPaceOptions(CLI::App& command, Pace& pace) {
       ->check(CLI::PositiveNumber.description(""));
 }
 
+/// A moment in a recording: a number with a unit, or of seconds.
+double ParseSeconds(const std::string& option, const std::string& text) {
+  constexpr double Most = 1e10;
+  double number = 0;
+  const char* end = text.data() + text.size();
+  const auto [behind, error] = std::from_chars(text.data(), end, number);
+  const std::string_view name(behind, static_cast<std::size_t>(end - behind));
+  const auto* unit = std::ranges::find(TimeUnits, name.empty() ? "s" : name, &TimeUnit::name);
+  if (error != std::errc() || !(number >= 0 && number <= Most) || unit == TimeUnits.end())
+    throw CLI::ValidationError(option, "'" + text + "' is no time; write 90s, 1.5h or 12.25");
+  return number * std::chrono::duration<double>(unit->length).count();
+}
+
+PictureSize ParseSize(const std::string& option, const std::string& text) {
+  PictureSize size;
+  const char* end = text.data() + text.size();
+  const auto width = std::from_chars(text.data(), end, size.width);
+  const bool divided = width.ptr != end && *width.ptr == 'x';
+  const auto height = std::from_chars(divided ? width.ptr + 1 : end, end, size.height);
+  const auto fits = [](int pixels) { return pixels >= LeastPixels && pixels <= MostPixels; };
+  if (height.ec != std::errc() || height.ptr != end || !fits(size.width) || !fits(size.height))
+    throw CLI::ValidationError(option, "'" + text + "' is no size; write 1200x800, with " +
+                                           std::to_string(LeastPixels) + " to " +
+                                           std::to_string(MostPixels) + " pixels");
+  return size;
+}
+
 void AddFormatOption(CLI::App& command, std::string& format) {
   format = "table";
   command.add_option("--format", format, "table, csv or json")
@@ -189,11 +216,25 @@ void AddPlotCommand(CLI::App& app) {
       ->type_name("FILE")
       ->required();
   command->add_option("names", options->names, "Columns, or items for all of their columns")
-      ->type_name("NAME")
-      ->required();
-  command->add_option("--out", options->picture, "The picture, .svg or .png")
-      ->type_name("FILE")
-      ->required();
+      ->type_name("NAME");
+  command->add_option("--out", options->picture, "The picture, .svg or .png")->type_name("FILE");
+  command->add_flag("--force", options->force, "Replace a file that exists");
+  const auto addTime = [&](const std::string& name, double& time, const std::string& help) {
+    command
+        ->add_option_function<std::string>(
+            name, [name, &time](const std::string& text) { time = ParseSeconds(name, text); }, help)
+        ->type_name("TIME");
+  };
+  PictureWishes& wishes = options->wishes;
+  addTime("--from", wishes.from, "Begin so long after the first row: 90s, 1.5h");
+  addTime("--to", wishes.to, "End so long after the first row");
+  command
+      ->add_option_function<std::string>(
+          "--size", [&wishes](const std::string& text) { wishes.size = ParseSize("--size", text); },
+          "Width and height in pixels: 1200x800")
+      ->type_name("WIDTHxHEIGHT");
+  command->add_option("--title", wishes.title, "A line above the picture")->type_name("TEXT");
+  command->add_flag("--columns", options->columns, "List what was recorded, and draw nothing");
   command->footer("Example:\n  orif plot run.csv 'R[1]' 'POS[0].X' --out run.svg");
   command->callback([options] { Plot(*options); });
 }
