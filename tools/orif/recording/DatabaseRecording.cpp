@@ -132,6 +132,8 @@ Database OpenToRead(const std::filesystem::path& path) {
   try {
     database.Value("SELECT 1 FROM sqlite_master");
     return database;
+  } catch (const DatabaseBusy&) {
+    throw;
   } catch (const std::runtime_error&) {
     if (std::filesystem::exists(path.string() + "-wal")) throw;
   }

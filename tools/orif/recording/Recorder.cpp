@@ -176,7 +176,7 @@ void Recorder::TakeUpLast() {
   if (!last) return;
   const std::filesystem::path next = std::exchange(path_, *last);
   if (target_.append) return;
-  platform::AppendedFile(path_.string(), platform::AppendedFile::Begin::Existing);
+  const platform::AppendedFile free(path_.string(), platform::AppendedFile::Begin::Existing);
   path_ = next;
 }
 
