@@ -13,9 +13,9 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 
 "$orif" record 'POS[0]' 'DO[1]' --every 100ms --for 24s --out cycle.csv --simulate "$cell" --fast
-"$orif" plot cycle.csv 'POS[0].X' 'POS[0].Y' 'POS[0].Z' 'DO[1]' --out "$images/cycle.svg"
+"$orif" plot cycle.csv 'POS[0].X' 'POS[0].Y' 'POS[0].Z' 'DO[1]' --force --out "$images/cycle.svg"
 "$orif" record 'R[4]' 'R[10]' --every 1s --for 10m --out gap.db --simulate "$cell" --fast
-"$orif" plot gap.db 'R[4]' 'R[10]' --out "$images/gap.svg"
+"$orif" plot gap.db 'R[4]' 'R[10]' --force --out "$images/gap.svg"
 
 script -qec "stty cols 80 rows 16; '$orif' watch 'R[1-4]' 'R[10]' 'SR[1-2]' 'POS[0]' 'DO[1-16]' 'PRG[1]' \
   --every 500ms --count 14 --simulate '$cell' --fast" /dev/null >screen

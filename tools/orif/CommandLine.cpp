@@ -40,6 +40,31 @@ Milliseconds ParseDuration(const std::string& option, const std::string& text) {
   return number * unit->length;
 }
 
+struct SizeUnit {
+  std::string_view name;
+  std::uint64_t bytes;
+};
+constexpr std::array SizeUnits{SizeUnit{"kB", 1'000}, SizeUnit{"MB", 1'000'000},
+                               SizeUnit{"GB", 1'000'000'000}};
+
+void ParseRotation(const std::string& text, RecordingTarget& target) {
+  for (const SizeUnit& unit : SizeUnits) {
+    std::uint32_t number = 0;
+    const char* end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || number < 1 || std::string_view(behind, end) != unit.name) continue;
+    target.rotateAt = number * unit.bytes;
+    return;
+  }
+  try {
+    target.rotateAfter = ParseDuration("--rotate", text);
+  } catch (const CLI::ValidationError&) {
+    throw CLI::ValidationError("--rotate", "'" + text +
+                                               "' is neither a duration nor a size; write 10m, "
+                                               "1h, 500kB, 100MB or 1GB");
+  }
+}
+
 void AddPaceOptions(CLI::App& command, Pace& pace) {
   command
       .add_option_function<std::string>(
@@ -56,6 +81,33 @@ void AddPaceOptions(CLI::App& command, Pace& pace) {
   command.add_option("--count", pace.count, "How many refreshes (until Ctrl-C)")
       ->type_name("NUMBER")
       ->check(CLI::PositiveNumber.description(""));
+}
+
+/// A moment in a recording: a number with a unit, or of seconds.
+double ParseSeconds(const std::string& option, const std::string& text) {
+  constexpr double Most = 1e10;
+  double number = 0;
+  const char* end = text.data() + text.size();
+  const auto [behind, error] = std::from_chars(text.data(), end, number);
+  const std::string_view name(behind, static_cast<std::size_t>(end - behind));
+  const auto* unit = std::ranges::find(TimeUnits, name.empty() ? "s" : name, &TimeUnit::name);
+  if (error != std::errc() || !(number >= 0 && number <= Most) || unit == TimeUnits.end())
+    throw CLI::ValidationError(option, "'" + text + "' is no time; write 90s, 1.5h or 12.25");
+  return number * std::chrono::duration<double>(unit->length).count();
+}
+
+PictureSize ParseSize(const std::string& option, const std::string& text) {
+  PictureSize size;
+  const char* end = text.data() + text.size();
+  const auto width = std::from_chars(text.data(), end, size.width);
+  const bool divided = width.ptr != end && *width.ptr == 'x';
+  const auto height = std::from_chars(divided ? width.ptr + 1 : end, end, size.height);
+  const auto fits = [](int pixels) { return pixels >= LeastPixels && pixels <= MostPixels; };
+  if (height.ec != std::errc() || height.ptr != end || !fits(size.width) || !fits(size.height))
+    throw CLI::ValidationError(option, "'" + text + "' is no size; write 1200x800, with " +
+                                           std::to_string(LeastPixels) + " to " +
+                                           std::to_string(MostPixels) + " pixels");
+  return size;
 }
 
 void AddFormatOption(CLI::App& command, std::string& format) {
@@ -137,10 +189,19 @@ void AddRecordCommand(CLI::App& app) {
       ->required()
       ->type_name("ITEM");
   AddPaceOptions(*command, options->pace);
-  command->add_option("--out", options->out, "The file: .csv, or .db for an SQLite database")
+  RecordingTarget& target = options->target;
+  command
+      ->add_option("--out", target.out,
+                   "The file: .csv, .db for an SQLite database, - for CSV to standard output")
       ->required()
       ->type_name("FILE");
-  command->add_flag("--force", options->force, "Replace a file that exists");
+  CLI::Option* force = command->add_flag("--force", target.replace, "Replace a file that exists");
+  command->add_flag("--append", target.append, "Go on with a file that exists")->excludes(force);
+  command
+      ->add_option_function<std::string>(
+          "--rotate", [&target](const std::string& text) { ParseRotation(text, target); },
+          "Begin a new file after a time (1h) or at a size (100MB), with the time in its name")
+      ->type_name("TIME|SIZE");
   AddConnectionOptions(*command, options->connection);
   command->footer(
       "Example:\n  orif record 'R[1-3]' 'POS[0]' --every 100ms --for 10m --out run.csv --host "
@@ -155,11 +216,25 @@ void AddPlotCommand(CLI::App& app) {
       ->type_name("FILE")
       ->required();
   command->add_option("names", options->names, "Columns, or items for all of their columns")
-      ->type_name("NAME")
-      ->required();
-  command->add_option("--out", options->picture, "The picture, .svg or .png")
-      ->type_name("FILE")
-      ->required();
+      ->type_name("NAME");
+  command->add_option("--out", options->picture, "The picture, .svg or .png")->type_name("FILE");
+  command->add_flag("--force", options->force, "Replace a file that exists");
+  const auto addTime = [&](const std::string& name, double& time, const std::string& help) {
+    command
+        ->add_option_function<std::string>(
+            name, [name, &time](const std::string& text) { time = ParseSeconds(name, text); }, help)
+        ->type_name("TIME");
+  };
+  PictureWishes& wishes = options->wishes;
+  addTime("--from", wishes.from, "Begin so long after the first row: 90s, 1.5h");
+  addTime("--to", wishes.to, "End so long after the first row");
+  command
+      ->add_option_function<std::string>(
+          "--size", [&wishes](const std::string& text) { wishes.size = ParseSize("--size", text); },
+          "Width and height in pixels: 1200x800")
+      ->type_name("WIDTHxHEIGHT");
+  command->add_option("--title", wishes.title, "A line above the picture")->type_name("TEXT");
+  command->add_flag("--columns", options->columns, "List what was recorded, and draw nothing");
   command->footer("Example:\n  orif plot run.csv 'R[1]' 'POS[0].X' --out run.svg");
   command->callback([options] { Plot(*options); });
 }

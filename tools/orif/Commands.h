@@ -10,6 +10,8 @@
 
 #include "tools/orif/Poll.h"
 #include "tools/orif/Session.h"
+#include "tools/orif/plot/Picture.h"
+#include "tools/orif/recording/Recorder.h"
 
 namespace orif::tool {
 
@@ -39,8 +41,7 @@ struct RecordOptions {
   Connection connection;
   std::vector<std::string> items;
   Pace pace{.every = std::chrono::milliseconds(100), .length = {}, .count = {}};
-  std::filesystem::path out;
-  bool force = false;
+  RecordingTarget target;
 };
 void Record(const RecordOptions& options);
 
@@ -48,6 +49,9 @@ struct PlotOptions {
   std::filesystem::path recording;
   std::vector<std::string> names;
   std::filesystem::path picture;
+  bool force = false;
+  bool columns = false;  ///< only list them
+  PictureWishes wishes;
 };
 void Plot(const PlotOptions& options);
 

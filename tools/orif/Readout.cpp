@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <set>
 #include <span>
@@ -55,6 +56,13 @@ Value Plain(const Variant& value) {
   if (value.Is<std::int32_t>()) return int64_t{value.ToInt32()};
   if (value.Is<float>()) return value.ToFloat();
   return value.ToText();
+}
+
+// Whether a register that was read as both types holds the integer. A real beyond the largest
+// integer is read as that integer, which as a real is one more: then the real counts.
+bool HoldsInteger(const Variant& integer, const Variant& real) {
+  return integer.ToFloat() == real.ToFloat() &&
+         integer.ToInt32() != std::numeric_limits<std::int32_t>::max();
 }
 
 struct PositionValues {
@@ -250,7 +258,7 @@ Readout::Decode Readout::RegisterValues(const Designation& designation) {
         if (!number->GetValue(index, value)) return false;
         Variant exact = value;
         if (real != nullptr && !real->GetValue(index, exact)) return false;
-        *column = Plain(value.ToFloat() == exact.ToFloat() ? value : exact);
+        *column = Plain(real == nullptr || HoldsInteger(value, exact) ? value : exact);
         return true;
       };
     }

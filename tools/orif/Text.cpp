@@ -7,12 +7,6 @@
 namespace orif::tool {
 namespace {
 
-std::string Printable(std::string text) {
-  std::ranges::replace_if(
-      text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, '?');
-  return text;
-}
-
 template <class... Functions>
 struct Overloaded : Functions... {
   using Functions::operator()...;
@@ -21,6 +15,20 @@ template <class... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace
+
+std::string Printable(std::string text) {
+  std::ranges::replace_if(
+      text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, '?');
+  return text;
+}
+
+std::string Shortened(const std::string& text) {
+  constexpr std::size_t Most = 60;
+  if (text.size() <= Most) return Printable(text);
+  std::size_t end = Most;
+  while (end > 0 && (text[end] & 0xC0) == 0x80) --end;  // no half of a character
+  return Printable(text.substr(0, end)) + "...";
+}
 
 std::string RealText(float value) {
   std::array<char, 64> text{};

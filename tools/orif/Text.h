@@ -14,6 +14,12 @@ namespace orif::tool {
 /// characters become "?", so that a text cannot steer the terminal.
 std::string TableText(const Value& value);
 
+/// The text with "?" for control characters.
+std::string Printable(std::string text);
+
+/// The same, for a place where a long text would be in the way: "..." stands for what is cut off.
+std::string Shortened(const std::string& text);
+
 /// The state of a task in words, for a table.
 std::string TaskStateText(const Value& value);
 

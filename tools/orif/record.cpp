@@ -1,9 +1,7 @@
 // "orif record": writes the values of items to a file, a row for each refresh.
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,7 +9,7 @@
 #include "tools/orif/Commands.h"
 #include "tools/orif/Poll.h"
 #include "tools/orif/Text.h"
-#include "tools/orif/recording/RecordingFile.h"
+#include "tools/orif/recording/Recorder.h"
 #include "tools/orif/terminal/Progress.h"
 
 namespace orif::tool {
@@ -38,8 +36,8 @@ std::string RowsAndRate(std::int64_t rows, Pace::Milliseconds time) {
   return Counted(rows, "row") + rate.data();
 }
 
-std::string Summary(const RecordOptions& options, const Poll& poll, std::int64_t rows) {
-  std::string text = Counted(rows, "row") + " in " + options.out.string();
+std::string Summary(const RecordOptions& options, const Poll& poll, const Recorder& recorder) {
+  std::string text = recorder.Summary();
   if (poll.Gaps() > 0) text += "; link lost " + Counted(poll.Gaps(), "time");
   if (poll.Skipped() > 0)
     text += "; " + Counted(poll.Skipped(), "turn") +
@@ -51,27 +49,25 @@ std::string Summary(const RecordOptions& options, const Poll& poll, std::int64_t
 }  // namespace
 
 void Record(const RecordOptions& options) {
-  CheckRecordingPath(options.out, options.force);
+  CheckRecordingTarget(options.target);
   const std::vector<Designation> items = ParseDesignations(options.items);
   Cell cell(options.connection);
   Poll poll(cell, items, options.pace);
-  std::unique_ptr<RecordingFile> file;
+  Recorder recorder(options.target, poll.Values().Columns(),
+                    {cell.Host(), Joined(options.items), options.pace.every});
   {
     Progress progress;
     while (const std::optional<Link> link = poll.Next()) {
-      if (!file)
-        file = CreateRecording(options.out, options.force, poll.Values().Columns(),
-                               {cell.Host(), Joined(options.items), options.pace.every});
-      RecordedRow row{Iso8601(poll.Wall()), poll.SinceStart(), *link, {}};
+      RecordedRow row{poll.Wall(), poll.SinceStart(), *link, {}};
       const bool lost = IsLost(*link);
       if (!lost) row.values = poll.Values().Values();
-      if (*link != Link::StillLost) file->Add(row);
-      progress.Show(
-          Fraction(options.pace, poll.SinceStart(), file->Rows()), poll.SinceStart(),
-          RowsAndRate(file->Rows(), poll.SinceStart()) + (lost ? "  link lost, trying again" : ""));
+      if (*link != Link::StillLost) recorder.Add(row);
+      progress.Show(Fraction(options.pace, poll.SinceStart(), recorder.Rows()), poll.SinceStart(),
+                    RowsAndRate(recorder.Rows(), poll.SinceStart()) +
+                        (lost ? "  link lost, trying again" : ""));
     }
   }
-  std::cerr << Summary(options, poll, file ? file->Rows() : 0) << '\n';
+  std::cerr << Summary(options, poll, recorder) << '\n';
 }
 
 }  // namespace orif::tool

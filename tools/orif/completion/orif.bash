@@ -7,8 +7,8 @@ _orif() {
     [read]="--comments --format $connection"
     [watch]="--every --for --count $connection"
     [write]="--yes $connection"
-    [record]="--every --for --count --out --force $connection"
-    [plot]='--out'
+    [record]="--every --for --count --out --force --append --rotate $connection"
+    [plot]='--out --force --from --to --size --title --columns'
     [alarms]="--list --count --format $connection"
     [tasks]="--count --no-macros --no-velto --format $connection"
     [simulate]=''
@@ -22,7 +22,7 @@ _orif() {
   case $previous in
     --format) mapfile -t COMPREPLY < <(compgen -W 'table csv json' -- "$current"); return ;;
     --list) mapfile -t COMPREPLY < <(compgen -W 'active history password' -- "$current"); return ;;
-    --host | --port | --time-out | --count | --every | --for) return ;;
+    --host | --port | --time-out | --count | --every | --for | --rotate | --from | --to | --size | --title) return ;;
     --component | --out) _orif_files '*'; return ;;
     --simulate) _orif_files '*.json'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
   esac
@@ -37,7 +37,7 @@ _orif() {
       mapfile -t COMPREPLY < <(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}")
       ;;
     simulate) _orif_files '*.json' ;;
-    plot) _orif_files '*' ;;
+    plot) if [[ $COMP_CWORD -eq 2 ]]; then _orif_files '*'; else _orif_columns "${COMP_WORDS[2]}"; fi ;;
   esac
 }
 
@@ -45,6 +45,16 @@ _orif() {
 _orif_files() {
   compopt -o filenames 2>/dev/null
   mapfile -t COMPREPLY < <(compgen -f -X "!$1" -- "$current"; compgen -d -- "$current")
+}
+
+# What was recorded in the file. Names are quoted for the shell, unless a quote is open already.
+_orif_columns() {
+  local file=${1//[\\\"\']/} typed=${current#[\"\']} name
+  while IFS= read -r name; do
+    [[ $name == "${typed//\\/}"* ]] || continue
+    [[ $current == [\"\']* ]] || printf -v name %q "$name"
+    COMPREPLY+=("$name")
+  done < <(orif plot "$file" --columns 2>/dev/null)
 }
 
 complete -F _orif orif

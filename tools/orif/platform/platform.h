@@ -4,7 +4,10 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,8 +16,8 @@ namespace orif::tool::platform {
 
 enum class Stream { Input = 0, Output = 1, Error = 2 };
 
-/// Call it before any output. Standard streams then pass bytes on unchanged, and a terminal
-/// understands UTF-8 and control sequences.
+/// Call it before any output. Standard streams then pass bytes on unchanged, a terminal understands
+/// UTF-8 and control sequences, and no file takes the place of a stream that the caller closed.
 void PrepareStreams();
 
 bool IsTerminal(Stream stream);
@@ -41,25 +44,41 @@ void SetEnvironment(const std::string& name, const std::string& value);
 /// components can be registered, a registered name stays as it is.
 std::string ComponentName(const std::string& said);
 
-/// Runs a program from the search path with `input` on its standard input. It shares this program's
-/// outputs. Answers its exit code, none if it could not be started.
+/// Runs a program from the search path with `input` on its standard input. What it prints is
+/// dropped. Answers its exit code, none if it could not be started.
 std::optional<int> RunProgram(const std::vector<std::string>& command, std::string_view input);
 
-/// A file that is only appended to. Each Append is one write. A write that did not fit is cut off
-/// again, so that the file always ends with a whole one. Throws std::system_error with the system's
-/// reason.
+/// Another program has the file open as an AppendedFile.
+struct FileInUse : std::runtime_error {
+  FileInUse() : std::runtime_error("another program is recording to it") {}
+};
+
+/// A file that is only appended to, by one program at a time; anybody may read it meanwhile. Each
+/// Append is one write. A write that did not fit is cut off again, so that the file always ends
+/// with a whole one. Throws std::system_error with the system's reason.
 class AppendedFile {
  public:
-  /// Creates the file. It must not exist unless `replace` is set.
-  AppendedFile(const std::string& path, bool replace);
+  enum class Begin {
+    New,      ///< creates the file; it must not exist, and no link is followed
+    Existing  ///< opens a regular file, to go on at its end
+  };
+  /// Throws FileInUse too.
+  AppendedFile(const std::string& path, Begin begin);
   AppendedFile(const AppendedFile&) = delete;
   AppendedFile& operator=(const AppendedFile&) = delete;
   ~AppendedFile();
 
   void Append(std::string_view text);
+  std::uint64_t Size() const;
+  void CutTo(std::uint64_t size);
 
  private:
   int file_ = -1;
 };
+
+/// Puts the file `replacement` in the place of the file `path`. `old` is that file, if it is open,
+/// and remains open for as long as the system can do that.
+void PutInPlaceOf(const std::string& path, const std::string& replacement,
+                  std::unique_ptr<AppendedFile> old);
 
 }  // namespace orif::tool::platform

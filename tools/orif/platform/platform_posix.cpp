@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -35,7 +36,13 @@ void WriteAll(int file, std::string_view text) {
 
 }  // namespace
 
-void PrepareStreams() {}
+// A file opened later would get the number of a closed stream, and what is printed would go into
+// it. What takes its place here fails when it is used, as the closed stream would.
+void PrepareStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
 
 bool IsTerminal(Stream stream) { return isatty(static_cast<int>(stream)) != 0; }
 
@@ -80,6 +87,8 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   posix_spawn_file_actions_t actions{};
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, pipeEnds[0], STDIN_FILENO);
+  for (const int output : {STDOUT_FILENO, STDERR_FILENO})
+    posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
   pid_t child = 0;
   const int error =
       posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
@@ -99,10 +108,25 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-AppendedFile::AppendedFile(const std::string& path, bool replace)
-    : file_(
-          open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (replace ? O_TRUNC : O_EXCL), 0666)) {
-  if (file_ < 0) ThrowError(errno);
+// The lock belongs to the file and not to its name: a file that was replaced before it was locked
+// is opened again. Where the file system has no locks, nothing tells two programs apart.
+AppendedFile::AppendedFile(const std::string& path, Begin begin) {
+  const int mode = begin == Begin::New ? O_WRONLY | O_CREAT | O_EXCL : O_RDWR;
+  struct stat opened {};
+  struct stat named {};
+  do {
+    if (file_ >= 0) close(file_);
+    file_ = open(path.c_str(), mode | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (file_ < 0) ThrowError(errno);
+    const bool regular = fstat(file_, &opened) == 0 && S_ISREG(opened.st_mode);
+    const bool inUse = regular && flock(file_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    if (regular && !inUse) continue;
+    close(file_);
+    if (inUse) throw FileInUse();
+    ThrowError(EINVAL);
+  } while (begin == Begin::Existing && stat(path.c_str(), &named) == 0 &&
+           (named.st_ino != opened.st_ino || named.st_dev != opened.st_dev));
+  lseek(file_, 0, SEEK_END);
 }
 
 AppendedFile::~AppendedFile() { close(file_); }
@@ -116,6 +140,24 @@ void AppendedFile::Append(std::string_view text) {
     if (end < 0 || ftruncate(file_, end) != 0) ThrowError(errno);
   }
   ThrowError(error);
+}
+
+std::uint64_t AppendedFile::Size() const {
+  const off_t size = lseek(file_, 0, SEEK_END);
+  if (size < 0) ThrowError(errno);
+  return static_cast<std::uint64_t>(size);
+}
+
+void AppendedFile::CutTo(std::uint64_t size) {
+  if (ftruncate(file_, static_cast<off_t>(size)) != 0) ThrowError(errno);
+  lseek(file_, 0, SEEK_END);
+}
+
+void PutInPlaceOf(const std::string& path, const std::string& replacement,
+                  std::unique_ptr<AppendedFile> /*old*/) {
+  std::error_code error;
+  std::filesystem::rename(replacement, path, error);
+  if (error) throw std::system_error(error);
 }
 
 }  // namespace orif::tool::platform

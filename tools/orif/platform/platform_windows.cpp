@@ -4,13 +4,12 @@
 // windows.h must come before these.
 #include <fcntl.h>
 #include <io.h>
-#include <share.h>
-#include <sys/stat.h>
 #include <timeapi.h>
 
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -167,9 +166,11 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESTDHANDLES;
   start.hStdInput = readEnd;
-  start.hStdOutput = StandardHandle(Stream::Output);
-  start.hStdError = StandardHandle(Stream::Error);
-  for (HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
+  const Handle nowhere(CreateFileA("NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  start.hStdOutput = nowhere.get();
+  start.hStdError = nowhere.get();
+  for (HANDLE handle : {start.hStdInput, start.hStdOutput}) {
     SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
   }
   std::string line = CommandLine(command);
@@ -191,10 +192,28 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
   return static_cast<int>(code);
 }
 
-AppendedFile::AppendedFile(const std::string& path, bool replace) {
-  const int mode = _O_WRONLY | _O_CREAT | _O_BINARY | _O_NOINHERIT | (replace ? _O_TRUNC : _O_EXCL);
-  const int error = _sopen_s(&file_, path.c_str(), mode, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-  if (error != 0) ThrowError(error);
+// The lock is on a byte that no file has, since what is locked here nobody else can read.
+AppendedFile::AppendedFile(const std::string& path, Begin begin) {
+  constexpr DWORD FarOff = 0x7fffffff;
+  HANDLE handle =
+      CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  begin == Begin::New ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) ThrowSystemError();
+  OVERLAPPED range{};
+  range.OffsetHigh = FarOff;
+  if (LockFileEx(handle, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &range) ==
+          0 &&
+      GetLastError() == ERROR_LOCK_VIOLATION) {
+    CloseHandle(handle);
+    throw FileInUse();
+  }
+  file_ = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY | _O_NOINHERIT);
+  if (file_ < 0) {
+    CloseHandle(handle);
+    ThrowError(EMFILE);
+  }
+  _lseeki64(file_, 0, SEEK_END);
 }
 
 AppendedFile::~AppendedFile() { _close(file_); }
@@ -209,6 +228,26 @@ void AppendedFile::Append(std::string_view text) {
     if (const int failed = _chsize_s(file_, end); failed != 0) ThrowError(failed);
   }
   ThrowError(error);
+}
+
+std::uint64_t AppendedFile::Size() const {
+  const std::int64_t size = _lseeki64(file_, 0, SEEK_END);
+  if (size < 0) ThrowError(errno);
+  return static_cast<std::uint64_t>(size);
+}
+
+void AppendedFile::CutTo(std::uint64_t size) {
+  if (const int error = _chsize_s(file_, static_cast<std::int64_t>(size)); error != 0)
+    ThrowError(error);
+  _lseeki64(file_, 0, SEEK_END);
+}
+
+void PutInPlaceOf(const std::string& path, const std::string& replacement,
+                  std::unique_ptr<AppendedFile> old) {
+  old.reset();  // an open file cannot be replaced
+  std::error_code error;
+  std::filesystem::rename(replacement, path, error);
+  if (error) throw std::system_error(error);
 }
 
 }  // namespace orif::tool::platform

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <filesystem>
+#include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,9 +21,28 @@ struct PictureFormat {
 /// The format that the file's name asks for. Throws an Error if it ends in neither .svg nor .png.
 const PictureFormat& FormatOf(const std::filesystem::path& picture);
 
-/// Throws an Error if the columns cannot be drawn together: more than two units, text, or no values
-/// at all. Columns without values are left out if others have some.
-std::string GnuplotScript(const Recording& recording, const PictureFormat& format,
-                          const std::filesystem::path& output);
+/// In pixels.
+struct PictureSize {
+  int width = 960;
+  int height = 0;
+};
+
+/// What the user wants of the picture.
+struct PictureWishes {
+  std::optional<PictureSize> size;  ///< by default as large as its lines need it
+  double from = 0;                  ///< s
+  double to = std::numeric_limits<double>::infinity();
+  std::string title;
+};
+
+/// The limits of a picture's size.
+inline constexpr int LeastPixels = 200;
+inline constexpr int MostPixels = 10'000;
+
+/// Throws an Error if something that was named cannot be drawn: text, a column without values, more
+/// than there is room for. Of an item named as a whole, the parts that are text or without values
+/// are left out, and additional axes that are always 0.
+std::string GnuplotScript(const Recording& recording, const PictureWishes& wishes,
+                          const PictureFormat& format, const std::filesystem::path& output);
 
 }  // namespace orif::tool

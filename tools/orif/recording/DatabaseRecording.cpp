@@ -1,8 +1,12 @@
 #include "tools/orif/recording/DatabaseRecording.h"
 
+#include <filesystem>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <variant>
 
+#include "tools/orif/Clock.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/Sqlite.h"
 
@@ -14,20 +18,50 @@ class DatabaseFile : public RecordingFile {
   DatabaseFile(const std::filesystem::path& path, const std::vector<Column>& columns,
                const RunInfo& run)
       : database_(path, SQLITE_OPEN_READWRITE) {
-    database_.Execute(
-        "PRAGMA journal_mode = WAL;"
-        "PRAGMA synchronous = NORMAL;"
-        "BEGIN;"
-        "CREATE TABLE run (host TEXT, items TEXT, every_ms INTEGER);"
-        "CREATE TABLE column (name TEXT PRIMARY KEY, item TEXT, field TEXT, unit TEXT);");
+    const bool empty = database_.Value("SELECT count(*) FROM sqlite_master") == "0";
+    if (!empty) TakeUp(columns);
+    database_.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; BEGIN IMMEDIATE");
+    if (empty) MakeTables(columns);
     Statement addRun = database_.Prepare("INSERT INTO run VALUES (?, ?, ?)");
     addRun.Bind(0, run.host);
     addRun.Bind(1, run.items);
     addRun.Bind(2, std::int64_t{run.every.count()});
     addRun.Run();
-
-    std::string table = "CREATE TABLE row (time TEXT, seconds REAL, link TEXT";
+    database_.Execute("COMMIT");
     std::string insert = "INSERT INTO row VALUES (?, ?, ?";
+    for (std::size_t i = 0; i < columns.size(); ++i) insert += ", ?";
+    addRow_.emplace(database_.Prepare(insert + ")"));
+    size_.emplace(database_.Prepare(
+        "SELECT page_count * page_size FROM pragma_page_count, pragma_page_size"));
+  }
+  DatabaseFile(const DatabaseFile&) = delete;
+  DatabaseFile& operator=(const DatabaseFile&) = delete;
+
+  /// A finished recording is one file, which can be read where nothing can be written. That fails
+  /// while others have it open; the last of them then removes the log.
+  ~DatabaseFile() override {
+    addRow_.reset();
+    size_.reset();
+    try {
+      database_.Execute("PRAGMA journal_mode = DELETE");
+    } catch (const std::runtime_error&) {
+      // The log stays, and whoever opens the database reads it too.
+    }
+  }
+
+  std::uint64_t Size() override {
+    size_->Next();
+    const std::string bytes = size_->Text(0).value_or("0");
+    size_->Reset();
+    return std::stoull(bytes);
+  }
+
+ private:
+  void MakeTables(const std::vector<Column>& columns) {
+    database_.Execute(
+        "CREATE TABLE run (host TEXT, items TEXT, every_ms INTEGER);"
+        "CREATE TABLE column (name TEXT PRIMARY KEY, item TEXT, field TEXT, unit TEXT);");
+    std::string table = "CREATE TABLE row (time TEXT, seconds REAL, link TEXT";
     Statement addColumn = database_.Prepare("INSERT INTO column VALUES (?, ?, ?, ?)");
     for (const Column& column : columns) {
       int parameter = 0;
@@ -35,16 +69,26 @@ class DatabaseFile : public RecordingFile {
         addColumn.Bind(parameter++, *text);
       addColumn.Run();
       table += ", " + QuotedName(column.name);
-      insert += ", ?";
     }
-    database_.Execute(table + "); COMMIT;");
-    addRow_.emplace(database_.Prepare(insert + ")"));
+    database_.Execute(table + ")");
   }
 
- private:
+  void TakeUp(const std::vector<Column>& columns) {
+    Statement last =
+        database_.Prepare("SELECT rowid AS number, * FROM row ORDER BY rowid DESC LIMIT 1");
+    std::vector<std::string> names;
+    for (int i = 1; i < last.Columns(); ++i) names.push_back(last.Name(i));
+    CheckSameColumns(names, columns);
+    if (!last.Next()) return;
+    earlier_.count = std::stoll(last.Text(0).value_or("0"));
+    earlier_.lastTime = last.Text(1).value_or("");
+    earlier_.lastSeconds = std::stod(last.Text(2).value_or("0"));
+  }
+
   void Write(const RecordedRow& row) override {
+    const std::string time = Iso8601(row.time);
     const std::string link = ToText(row.link);
-    addRow_->Bind(0, row.time);
+    addRow_->Bind(0, time);
     addRow_->Bind(1, static_cast<double>(row.sinceStart.count()) / 1000);
     addRow_->Bind(2, link);
     for (int column = 3; column < addRow_->Parameters(); ++column) addRow_->BindNull(column);
@@ -66,12 +110,40 @@ class DatabaseFile : public RecordingFile {
 
   Database database_;
   std::optional<Statement> addRow_;
+  std::optional<Statement> size_;
 };
+
+/// The address of a file that nobody changes.
+std::string ImmutableUri(const std::filesystem::path& path) {
+  std::string uri = "file:";
+  for (const char c : std::filesystem::absolute(path).string()) {
+    if (c == '%' || c == '?' || c == '#')
+      uri += c == '%' ? "%25" : c == '?' ? "%3f" : "%23";
+    else
+      uri += c;
+  }
+  return uri + "?immutable=1";
+}
+
+/// A database that was in use until its end is still in write-ahead mode. In a directory where
+/// nothing can be written, SQLite reads it only if it is told that there is no log.
+Database OpenToRead(const std::filesystem::path& path) {
+  Database database(path, SQLITE_OPEN_READWRITE);
+  try {
+    database.Value("SELECT 1 FROM sqlite_master");
+    return database;
+  } catch (const DatabaseBusy&) {
+    throw;
+  } catch (const std::runtime_error&) {
+    if (std::filesystem::exists(path.string() + "-wal")) throw;
+  }
+  return {ImmutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI};
+}
 
 class DatabaseRows : public RowSource {
  public:
   explicit DatabaseRows(const std::filesystem::path& path)
-      : database_(path, SQLITE_OPEN_READWRITE), rows_(database_.Prepare("SELECT * FROM row")) {}
+      : database_(OpenToRead(path)), rows_(database_.Prepare("SELECT * FROM row")) {}
 
   bool Next(Cells& cells) override {
     if (!named_) {
@@ -81,8 +153,10 @@ class DatabaseRows : public RowSource {
       return true;
     }
     if (!rows_.Next()) return false;
-    for (int i = 0; i < rows_.Columns(); ++i)
-      cells[static_cast<std::size_t>(i)] = rows_.Text(i).value_or("");
+    if (wanted_.empty()) {
+      for (std::size_t i = 0; i < cells.size(); ++i) wanted_.push_back(i);
+    }
+    for (const std::size_t i : wanted_) cells[i] = rows_.Text(static_cast<int>(i)).value_or("");
     return true;
   }
 
@@ -96,10 +170,21 @@ class DatabaseRows : public RowSource {
 
 void RequireDatabases(const std::filesystem::path& /*path*/) {}
 
-std::unique_ptr<RecordingFile> CreateDatabase(const std::filesystem::path& path,
-                                              const std::vector<Column>& columns,
-                                              const RunInfo& run) {
+std::unique_ptr<RecordingFile> OpenDatabaseFile(const std::filesystem::path& path,
+                                                const std::vector<Column>& columns,
+                                                const RunInfo& run) {
   return std::make_unique<DatabaseFile>(path, columns, run);
+}
+
+void DropDatabaseLog(const std::filesystem::path& path) {
+  try {
+    Database(path, SQLITE_OPEN_READWRITE).Execute("PRAGMA journal_mode = DELETE");
+  } catch (const DatabaseBusy&) {
+    throw std::runtime_error("another program has it open");
+  } catch (const std::runtime_error&) {
+    // It is no database.
+  }
+  for (const char* part : {"-wal", "-shm"}) std::filesystem::remove(path.string() + part);
 }
 
 std::unique_ptr<RowSource> OpenDatabase(const std::filesystem::path& path) {

@@ -1,163 +1,235 @@
 #include "tools/orif/recording/Recording.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <fstream>
 #include <iterator>
 #include <limits>
+#include <map>
 #include <memory>
 #include <optional>
-#include <regex>
 #include <span>
 #include <stdexcept>
+#include <unordered_map>
 #include <utility>
 
 #include "spelling/UpperCase.h"
+#include "tools/orif/Designation.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Nearest.h"
+#include "tools/orif/Text.h"
+#include "tools/orif/recording/CsvRows.h"
 #include "tools/orif/recording/DatabaseRecording.h"
-#include "tools/orif/recording/RecordingFile.h"
-#include "tools/orif/recording/RowSource.h"
+#include "tools/orif/recording/Recorder.h"
 
 namespace orif::tool {
 namespace {
 
-constexpr std::array RowColumns{"time", "seconds", "link"};
-
-class CsvRows : public RowSource {
- public:
-  explicit CsvRows(const std::filesystem::path& path) : file_(path, std::ios::binary) {
-    if (!file_) throw std::runtime_error("it cannot be opened");
-  }
-
-  /// A last line without a line end was left by a killed writer and is no row.
-  bool Next(Cells& cells) override {
-    cells.assign(1, {});
-    bool quoted = false;
-    for (char c = 0; file_.get(c);) {
-      if (c == '"') {
-        // A doubled quote closes and opens again, and stands for one quote.
-        if (!quoted && closed_) cells.back() += '"';
-        quoted = !quoted;
-        closed_ = !quoted;
-        continue;
-      }
-      closed_ = false;
-      if (quoted || (c != ',' && c != '\n' && c != '\r'))
-        cells.back() += c;
-      else if (c == ',')
-        cells.emplace_back();
-      else if (c == '\n')
-        return true;
-    }
-    return false;
-  }
-
- private:
-  std::ifstream file_;
-  bool closed_ = false;  // the last character was a closing quote
-};
+constexpr std::size_t TimeColumn = 0;
+constexpr std::size_t SecondsColumn = 1;
+constexpr std::size_t LinkColumn = 2;
 
 /// Works out a column's item, field and unit from its name.
 Column ColumnNamed(const std::string& name) {
-  static const std::regex Part(R"((.+)\.(([XYZ]|E[1-3])|([WPR]|J[1-9])|[A-Za-z_]+))");
-  std::smatch parts;
-  if (!std::regex_match(name, parts, Part)) return {name, name, "", ""};
-  return {name, parts[1], parts[2], parts[3].matched ? "mm" : parts[4].matched ? "deg" : ""};
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos || dot == 0 || dot + 1 == name.size()) return {name, name, "", ""};
+  const std::string field = name.substr(dot + 1);
+  const auto is = [&](std::string_view letters, std::string_view axes, char last) {
+    return (field.size() == 1 && letters.find(field[0]) != std::string_view::npos) ||
+           (field.size() == 2 && axes.find(field[0]) != std::string_view::npos && field[1] >= '1' &&
+            field[1] <= last);
+  };
+  const bool mm = is("XYZ", "E", '3');
+  const bool deg = is("WPR", "J", '9');
+  const bool word =
+      field.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_") ==
+      std::string::npos;
+  if (!mm && !deg && !word) return {name, name, "", ""};
+  return {name, name.substr(0, dot), field, mm ? "mm" : deg ? "deg" : ""};
 }
 
-/// The indices of the columns that `name` names. If an item has parts with a unit, only those
-/// count: a position without its configuration and frames.
-std::vector<std::size_t> Find(const std::vector<Column>& columns, const std::string& name) {
-  const std::string wanted = spelling::UpperCase(name);
-  std::vector<std::size_t> parts;
-  std::vector<std::size_t> partsWithUnit;
-  for (std::size_t i = RowColumns.size(); i < columns.size(); ++i) {
-    if (spelling::UpperCase(columns[i].name) == wanted) return {i};
-    if (spelling::UpperCase(columns[i].item) != wanted) continue;
-    parts.push_back(i);
-    if (!columns[i].unit.empty()) partsWithUnit.push_back(i);
+/// Finds the columns that a name stands for.
+class Columns {
+ public:
+  explicit Columns(const Cells& names) {
+    std::ranges::transform(names, std::back_inserter(columns_), ColumnNamed);
+    for (std::size_t i = RowColumns.size(); i < columns_.size(); ++i) {
+      byName_.emplace(spelling::UpperCase(columns_[i].name), i);
+      byItem_[spelling::UpperCase(columns_[i].item)].push_back(i);
+    }
   }
-  return partsWithUnit.empty() ? parts : partsWithUnit;
-}
 
-/// Names the nearest name and the items in the recording.
-std::string NoSuchColumn(const std::string& name, const std::vector<Column>& columns) {
-  constexpr std::size_t MostShown = 12;
-  std::vector<std::string> items;
-  std::vector<std::string> names;
-  for (std::size_t i = RowColumns.size(); i < columns.size(); ++i) {
-    const Column& column = columns[i];
-    names.push_back(column.name);
-    if (items.empty() || items.back() != column.item) items.push_back(column.item);
+  const Column& operator[](std::size_t index) const { return columns_[index]; }
+  std::size_t Count() const { return columns_.size(); }
+
+  /// Throws an Error if there are none.
+  std::vector<std::size_t> Find(const std::string& name) const {
+    if (std::vector<std::size_t> found = FindOne(name); !found.empty()) return found;
+    std::vector<std::size_t> all;
+    const Designation items = ParseItem(name);
+    for (std::int64_t i = items.first; i <= items.last; ++i) {
+      const std::string item = items.ItemName(static_cast<std::int32_t>(i));
+      const std::vector<std::size_t> found = FindOne(item);
+      if (found.empty()) RefuseName(item);
+      all.insert(all.end(), found.begin(), found.end());
+    }
+    return all;
   }
-  names.insert(names.end(), items.begin(), items.end());
-  std::string text =
-      "nothing named '" + name + "' was recorded; nearest is '" + Nearest(name, names) + "' of";
-  const char* separator = " ";
-  for (const std::string& item : std::span(items).first(std::min(MostShown, items.size())))
-    text += std::exchange(separator, ", ") + item;
-  if (items.size() > MostShown)
-    text += " and " + std::to_string(items.size() - MostShown) + " more";
-  return text;
+
+ private:
+  /// If an item has parts with a unit, only those count: a position without its configuration and
+  /// frames.
+  std::vector<std::size_t> FindOne(const std::string& name) const {
+    const std::string wanted = spelling::UpperCase(name);
+    if (const auto column = byName_.find(wanted); column != byName_.end()) return {column->second};
+    const auto item = byItem_.find(wanted);
+    if (item == byItem_.end()) return {};
+    std::vector<std::size_t> withUnit;
+    std::ranges::copy_if(item->second, std::back_inserter(withUnit),
+                         [&](std::size_t i) { return !columns_[i].unit.empty(); });
+    return withUnit.empty() ? item->second : withUnit;
+  }
+
+  Designation ParseItem(const std::string& name) const {
+    try {
+      return ParseDesignation(name);
+    } catch (const Error&) {
+      RefuseName(name);
+    }
+  }
+
+  /// Names the nearest name and the items in the recording.
+  [[noreturn]] void RefuseName(const std::string& name) const {
+    constexpr std::size_t MostShown = 12;
+    std::vector<std::string> items;
+    std::vector<std::string> names;
+    for (std::size_t i = RowColumns.size(); i < columns_.size(); ++i) {
+      const std::string item = Shortened(columns_[i].item);
+      names.push_back(Shortened(columns_[i].name));
+      if (items.empty() || items.back() != item) items.push_back(item);
+    }
+    names.insert(names.end(), items.begin(), items.end());
+    std::string text = "nothing named '" + Shortened(name) + "' was recorded; nearest is '" +
+                       Nearest(Shortened(name), names) + "' of";
+    const char* separator = " ";
+    for (const std::string& item : std::span(items).first(std::min(MostShown, items.size())))
+      text += std::exchange(separator, ", ") + item;
+    if (items.size() > MostShown)
+      text += " and " + std::to_string(items.size() - MostShown) + " more";
+    throw Error(Exit::Usage, text);
+  }
+
+  std::vector<Column> columns_;
+  std::unordered_map<std::string, std::size_t> byName_;
+  std::unordered_map<std::string, std::vector<std::size_t>> byItem_;
+};
+
+/// The number that the whole text is.
+std::optional<double> NumberIn(const std::string& text) {
+  double number = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end) return {};
+  return number;
 }
 
 void AddValue(Series& series, const std::string& cell) {
-  double value = std::numeric_limits<double>::quiet_NaN();
-  const char* end = cell.data() + cell.size();
-  if (const auto [stop, error] = std::from_chars(cell.data(), end, value);
-      !cell.empty() && (error != std::errc() || stop != end)) {
-    value = std::numeric_limits<double>::quiet_NaN();
-    series.isText = true;
-  }
-  series.values.push_back(value);
+  const std::optional<double> value = NumberIn(cell);
+  series.values.push_back(value.value_or(std::numeric_limits<double>::quiet_NaN()));
+  series.isText = series.isText || (!value && !cell.empty());
 }
 
-Recording Read(RowSource& rows, const std::vector<std::string>& names) {
-  Cells cells;
-  if (!rows.Next(cells) || cells.size() <= RowColumns.size() ||
-      !std::equal(RowColumns.begin(), RowColumns.end(), cells.begin()))
-    throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
-  std::vector<Column> columns;
-  std::ranges::transform(cells, std::back_inserter(columns), ColumnNamed);
+class Reader {
+ public:
+  explicit Reader(RowSource& rows) : rows_(rows) {
+    if (!rows_.Next(cells_) || cells_.size() <= RowColumns.size() ||
+        !std::ranges::equal(RowColumns, std::span(cells_).first(RowColumns.size())))
+      throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
+  }
 
-  Recording recording;
-  std::vector<std::size_t> chosen;
-  for (const std::string& name : names) {
-    const std::vector<std::size_t> found = Find(columns, name);
-    if (found.empty()) throw Error(Exit::Usage, NoSuchColumn(name, columns));
-    for (const std::size_t index : found) {
-      chosen.push_back(index);
-      recording.series.push_back({columns[index], {}});
+  const Cells& Names() const { return cells_; }
+
+  Recording Read(const std::vector<std::string>& names) {
+    const Columns columns(cells_);
+    Recording recording;
+    std::vector<std::size_t> chosen;
+    std::map<std::size_t, std::size_t> known;  // where in the series a column is
+    for (const std::string& name : names) {
+      for (const std::size_t index : columns.Find(name)) {
+        const Column& column = columns[index];
+        const bool isPart =
+            !column.field.empty() && spelling::UpperCase(name) != spelling::UpperCase(column.name);
+        const auto [at, isNew] = known.emplace(index, chosen.size());
+        if (isNew) {
+          chosen.push_back(index);
+          recording.series.push_back({column, isPart ? column.item : "", {}, false});
+        } else if (!isPart) {
+          recording.series[at->second].item.clear();
+        }
+      }
     }
+    std::vector<std::size_t> wanted{TimeColumn, SecondsColumn, LinkColumn};
+    wanted.insert(wanted.end(), chosen.begin(), chosen.end());
+    rows_.Want(wanted);
+    while (rows_.Next(cells_)) {
+      AddRow(recording, columns.Count());
+      for (std::size_t i = 0; i < chosen.size(); ++i)
+        AddValue(recording.series[i], cells_[chosen[i]]);
+    }
+    return recording;
   }
-  while (rows.Next(cells)) {
-    if (cells.size() != columns.size())
-      throw std::runtime_error("a row has too few or many values");
-    if (recording.start.empty()) recording.start = cells[0];
-    recording.seconds.push_back(std::stod(cells[1]));
-    recording.lost.push_back(cells[2] == ToText(Link::Lost));
-    for (std::size_t i = 0; i < chosen.size(); ++i) AddValue(recording.series[i], cells[chosen[i]]);
+
+ private:
+  void AddRow(Recording& recording, std::size_t columns) {
+    constexpr double Most = 1e10;  // three centuries
+    const std::string row = "row " + std::to_string(recording.seconds.size() + 1);
+    if (cells_.size() != columns) throw std::runtime_error(row + " has too few or many values");
+    const std::string& text = cells_[SecondsColumn];
+    const double seconds = NumberIn(text).value_or(-1);
+    if (!(seconds >= 0 && seconds <= Most))
+      throw std::runtime_error(row + " has no time in seconds but '" + Shortened(text) + "'");
+    const bool first = recording.seconds.empty();
+    if (!first && seconds < recording.seconds.back())
+      throw std::runtime_error(row + " is earlier than the one before");
+    if (first) recording.start = cells_[TimeColumn];
+    // A recorder that was started again knows nothing of the time since the row before.
+    if (!first && cells_[LinkColumn] == ToText(Link::Back)) recording.lost.back() = true;
+    recording.seconds.push_back(seconds);
+    recording.lost.push_back(cells_[LinkColumn] == ToText(Link::Lost));
   }
-  return recording;
-}
 
-}  // namespace
+  RowSource& rows_;
+  Cells cells_;
+};
 
-Recording ReadRecording(const std::filesystem::path& path, const std::vector<std::string>& names) {
+/// Opens the file and calls `use` with its reader.
+template <class Use>
+auto WithReader(const std::filesystem::path& path, const Use& use) {
   try {
     std::unique_ptr<RowSource> rows;
     if (IsDatabase(path))
       rows = OpenDatabase(path);
     else
       rows = std::make_unique<CsvRows>(path);
-    return Read(*rows, names);
+    Reader reader(*rows);
+    return use(reader);
   } catch (const Error&) {
     throw;
   } catch (const std::exception& error) {
     throw Error(Exit::Usage, path.string() + " is no recording: " + error.what());
   }
+}
+
+}  // namespace
+
+Recording ReadRecording(const std::filesystem::path& path, const std::vector<std::string>& names) {
+  return WithReader(path, [&](Reader& reader) { return reader.Read(names); });
+}
+
+std::vector<std::string> RecordedColumns(const std::filesystem::path& path) {
+  return WithReader(path, [](const Reader& reader) {
+    const auto values = std::span(reader.Names()).subspan(RowColumns.size());
+    return std::vector<std::string>(values.begin(), values.end());
+  });
 }
 
 }  // namespace orif::tool

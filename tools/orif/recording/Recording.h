@@ -13,19 +13,24 @@ namespace orif::tool {
 /// The values of one column, one for each row; not-a-number where the row has none.
 struct Series {
   Column column;
+  std::string item;  // the item that chose it as one of its parts; empty if the column was named
   std::vector<double> values;
   bool isText = false;  // some value is not a number
 };
 
 struct Recording {
-  std::string start;  // the time stamp of the first row
-  std::vector<double> seconds;
-  std::vector<bool> lost;  // whether the link is lost from this row to the next
+  std::string start;            // the time stamp of the first row
+  std::vector<double> seconds;  // do not decrease
+  std::vector<bool> lost;       // whether nothing is known from this row to the next
   std::vector<Series> series;
 };
 
-/// Reads the columns in `names`: a column's name, or an item's for all of its columns. Throws an
+/// Reads the columns in `names`: a column's name, or an item's as it was recorded, "R[1-4]" and
+/// "R[1]:int" too, for all of its columns. A column that is named twice is read once. Throws an
 /// Error if the file is no recording or a name is not in it.
 Recording ReadRecording(const std::filesystem::path& path, const std::vector<std::string>& names);
+
+/// The names of all columns with values. Throws like ReadRecording.
+std::vector<std::string> RecordedColumns(const std::filesystem::path& path);
 
 }  // namespace orif::tool

@@ -1,61 +1,94 @@
 #include "tools/orif/recording/RecordingFile.h"
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
+#include <charconv>
 #include <cstdio>
+#include <iostream>
 #include <iterator>
 #include <stdexcept>
 #include <system_error>
 
-#include "tools/orif/Error.h"
+#include "tools/orif/Clock.h"
 #include "tools/orif/Text.h"
-#include "tools/orif/platform/platform.h"
-#include "tools/orif/recording/DatabaseRecording.h"
+#include "tools/orif/recording/CsvRows.h"
 
 namespace orif::tool {
 namespace {
 
-constexpr std::array Endings{".csv", ".db"};
-
-/// How many columns a database table can have besides time, seconds and link.
-constexpr std::size_t MostColumns = 2000 - 3;
-
-std::string Seconds(std::chrono::milliseconds time) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%lld.%03lld",
-                static_cast<long long>(time.count() / 1000),
-                static_cast<long long>(time.count() % 1000));
-  return text.data();
-}
-
+/// Lines of CSV, wherever they go.
 class CsvFile : public RecordingFile {
  public:
-  CsvFile(const std::filesystem::path& path, const std::vector<Column>& columns)
-      : file_(path.string(), true), columns_(columns.size()) {
-    std::vector<std::string> fields{"time", "seconds", "link"};
-    for (const Column& column : columns) fields.push_back(column.name);
-    file_.Append(CsvLine(fields));
+  explicit CsvFile(const std::vector<Column>& columns)
+      : header_(RowColumns.begin(), RowColumns.end()) {
+    for (const Column& column : columns) header_.push_back(column.name);
   }
+
+  void Write(const RecordedRow& row) override {
+    std::vector<std::string> fields{Iso8601(row.time), SecondsText(row.sinceStart),
+                                    ToText(row.link)};
+    std::ranges::transform(row.values, std::back_inserter(fields), CsvText);
+    fields.resize(header_.size());
+    Append(CsvLine(fields));
+  }
+
+ protected:
+  void Begin() { Append(CsvLine(header_)); }
 
  private:
-  void Write(const RecordedRow& row) override {
-    std::vector<std::string> fields{row.time, Seconds(row.sinceStart), ToText(row.link)};
-    std::ranges::transform(row.values, std::back_inserter(fields), CsvText);
-    fields.resize(3 + columns_);
-    file_.Append(CsvLine(fields));
-  }
+  virtual void Append(const std::string& line) = 0;
 
-  platform::AppendedFile file_;
-  std::size_t columns_;
+  Cells header_;
 };
 
-/// Removes a file that could not be finished: without its columns it is no recording.
-void RemoveBegun(const std::filesystem::path& path) {
-  std::error_code ignored;
-  for (const char* part : {"", "-wal", "-shm"})
-    if (const std::filesystem::path file = path.string() + part; !is_symlink(file, ignored))
-      std::filesystem::remove(file, ignored);
-}
+class CsvOnDisk : public CsvFile {
+ public:
+  CsvOnDisk(platform::AppendedFile& file, const std::filesystem::path& path,
+            const std::vector<Column>& columns)
+      : CsvFile(columns), file_(file) {
+    if (const std::uint64_t end = TakeUp(path, columns); end < file_.Size()) {
+      earlier_.cutOff = true;
+      file_.CutTo(end);
+    }
+    if (file_.Size() == 0) Begin();
+  }
+
+  std::uint64_t Size() override { return file_.Size(); }
+
+ private:
+  void Append(const std::string& line) override { file_.Append(line); }
+
+  /// Finds out what the file has, and where its last whole row ends.
+  std::uint64_t TakeUp(const std::filesystem::path& path, const std::vector<Column>& columns) {
+    CsvRows rows(path);
+    Cells cells;
+    if (!rows.Next(cells)) return 0;
+    CheckSameColumns(cells, columns);
+    Cells last;
+    while (rows.Next(cells)) {
+      ++earlier_.count;
+      last.swap(cells);
+    }
+    if (last.size() > 1) {
+      earlier_.lastTime = last[0];
+      std::from_chars(last[1].data(), last[1].data() + last[1].size(), earlier_.lastSeconds);
+    }
+    return rows.End();
+  }
+
+  platform::AppendedFile& file_;
+};
+
+class CsvOnOutput : public CsvFile {
+ public:
+  explicit CsvOnOutput(const std::vector<Column>& columns) : CsvFile(columns) { Begin(); }
+  std::uint64_t Size() override { return 0; }
+
+ private:
+  void Append(const std::string& line) override {
+    if (!(std::cout << line).flush()) throw std::system_error(errno, std::generic_category());
+  }
+};
 
 }  // namespace
 
@@ -64,52 +97,38 @@ const char* ToText(Link link) {
   return Texts[static_cast<std::size_t>(link)];
 }
 
-bool IsDatabase(const std::filesystem::path& path) { return path.extension() == ".db"; }
-
-void RecordingFile::Add(const RecordedRow& row) {
-  try {
-    Write(row);
-  } catch (const std::runtime_error& error) {
-    throw Error(Exit::Usage, "cannot write to " + path_.string() + ": " + error.what() + "; " +
-                                 Counted(rows_, "row") + " kept in it");
-  }
-  ++rows_;
+std::string SecondsText(std::chrono::milliseconds time) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%lld.%03lld",
+                static_cast<long long>(time.count() / 1000),
+                static_cast<long long>(time.count() % 1000));
+  return text.data();
 }
 
-void CheckRecordingPath(const std::filesystem::path& path, bool replace) {
-  if (std::find(Endings.begin(), Endings.end(), path.extension()) == Endings.end())
-    throw Error(Exit::Usage, "--out " + path.string() +
-                                 ": the name has to end in .csv for a CSV file or in .db for an "
-                                 "SQLite database");
-  if (IsDatabase(path)) RequireDatabases(path);
-  if (!replace && std::filesystem::exists(path))
-    throw Error(Exit::Usage,
-                path.string() + " exists; name another file, or replace it with --force");
+void CheckSameColumns(const std::vector<std::string>& has, const std::vector<Column>& columns) {
+  constexpr std::size_t MostShown = 6;
+  const std::size_t fixed = std::min(has.size(), RowColumns.size());
+  if (!std::ranges::equal(std::span(has).first(fixed), RowColumns))
+    throw std::runtime_error("it is no recording");
+  const auto values = std::span(has).subspan(fixed);
+  if (std::ranges::equal(values, columns, {}, {}, &Column::name)) return;
+  std::string names;
+  for (const std::string& name : values.first(std::min(values.size(), MostShown)))
+    names += (names.empty() ? "" : ", ") + name;
+  if (values.size() > MostShown)
+    names += " and " + std::to_string(values.size() - MostShown) + " more";
+  throw std::runtime_error("it has the columns " + names +
+                           "; record the same items, or to another file");
 }
 
-std::unique_ptr<RecordingFile> CreateRecording(const std::filesystem::path& path, bool replace,
-                                               const std::vector<Column>& columns,
-                                               const RunInfo& run) {
-  if (IsDatabase(path) && columns.size() > MostColumns)
-    throw Error(Exit::Usage, std::to_string(columns.size()) +
-                                 " columns are more than a database holds (" +
-                                 std::to_string(MostColumns) + "); record fewer items or to .csv");
-  bool made = false;
-  try {
-    // SQLite takes an empty file as a new database and drops a log that belonged to an old one.
-    const platform::AppendedFile empty(path.string(), replace);
-    made = true;
-    std::unique_ptr<RecordingFile> file;
-    if (IsDatabase(path))
-      file = CreateDatabase(path, columns, run);
-    else
-      file = std::make_unique<CsvFile>(path, columns);
-    file->path_ = path;
-    return file;
-  } catch (const std::runtime_error& error) {
-    if (made) RemoveBegun(path);
-    throw Error(Exit::Usage, "cannot make " + path.string() + ": " + error.what());
-  }
+std::unique_ptr<RecordingFile> OpenCsv(platform::AppendedFile& file,
+                                       const std::filesystem::path& path,
+                                       const std::vector<Column>& columns) {
+  return std::make_unique<CsvOnDisk>(file, path, columns);
+}
+
+std::unique_ptr<RecordingFile> CsvToOutput(const std::vector<Column>& columns) {
+  return std::make_unique<CsvOnOutput>(columns);
 }
 
 }  // namespace orif::tool

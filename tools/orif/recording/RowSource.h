@@ -1,6 +1,7 @@
-// A recording as the plot reads it: row by row, from a CSV file or a database.
+// A recording as it is read back: row by row, from a CSV file or a database.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,12 @@ class RowSource {
   virtual ~RowSource() = default;
   /// Reads the next row; false after the last one.
   virtual bool Next(Cells& cells) = 0;
+
+  /// From now on the cells of other columns may be empty.
+  void Want(const std::vector<std::size_t>& columns) { wanted_ = columns; }
+
+ protected:
+  std::vector<std::size_t> wanted_;  // all columns if it is empty
 };
 
 }  // namespace orif::tool

@@ -1,21 +1,41 @@
 #include "tools/orif/recording/Sqlite.h"
 
+#include <chrono>
 #include <cstring>
 #include <stdexcept>
 
+#include "tools/orif/platform/platform.h"
+
 namespace orif::tool {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto BetweenTries = 5ms;
+constexpr auto LongestWait = 60s;
+
+/// SQLite asks for the `tries`-th time whether to wait for another program's lock.
+int WaitForLock(void* /*unused*/, int tries) {
+  if (platform::Interrupted() || tries > LongestWait / BetweenTries) return 0;
+  platform::Sleep(BetweenTries);
+  return 1;
+}
+
+}  // namespace
 
 Database::Database(const std::filesystem::path& path, int flags) {
   sqlite3* handle = nullptr;
   const int result = sqlite3_open_v2(path.string().c_str(), &handle, flags, nullptr);
   handle_.reset(handle);
   Check(result);
+  Check(sqlite3_busy_handler(handle, WaitForLock, nullptr));
 }
 
 void Database::Fail() const {
   std::string reason = sqlite3_errmsg(handle_.get());
   if (const int error = sqlite3_system_errno(handle_.get()); error != 0)
     reason += std::string(": ") + std::strerror(error);
+  if (sqlite3_errcode(handle_.get()) == SQLITE_BUSY) throw DatabaseBusy(reason);
   throw std::runtime_error(reason);
 }
 
@@ -25,6 +45,11 @@ void Database::Check(int result) const {
 
 void Database::Execute(const std::string& sql) {
   Check(sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr));
+}
+
+std::string Database::Value(const std::string& sql) {
+  Statement statement = Prepare(sql);
+  return statement.Next() ? statement.Text(0).value_or("") : "";
 }
 
 Statement Database::Prepare(const std::string& sql) { return {*this, sql}; }
@@ -55,8 +80,10 @@ void Statement::BindNull(int parameter) {
 void Statement::Run() {
   const int result = sqlite3_step(handle_.get());
   if (result != SQLITE_DONE && result != SQLITE_ROW) database_->Fail();
-  database_->Check(sqlite3_reset(handle_.get()));
+  Reset();
 }
+
+void Statement::Reset() { database_->Check(sqlite3_reset(handle_.get())); }
 
 bool Statement::Next() {
   const int result = sqlite3_step(handle_.get());

@@ -1,5 +1,6 @@
 // An SQLite database and its prepared statements, as far as recordings need them. Every failure is
-// a std::runtime_error with SQLite's reason and, where there is one, the system's.
+// a std::runtime_error with SQLite's reason and, where there is one, the system's. Locks of other
+// programs are waited for.
 #pragma once
 
 #include <sqlite3.h>
@@ -7,9 +8,15 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace orif::tool {
+
+/// Another program has locked the database.
+struct DatabaseBusy : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 class Statement;
 
@@ -19,6 +26,8 @@ class Database {
   Database(const std::filesystem::path& path, int flags);
 
   void Execute(const std::string& sql);
+  /// The first value of the result, empty if there is none.
+  std::string Value(const std::string& sql);
   Statement Prepare(const std::string& sql);
 
  private:
@@ -45,6 +54,8 @@ class Statement {
 
   /// Moves to the next row of the result; false after the last one.
   bool Next();
+  /// Ends the result, and makes the statement ready to run again.
+  void Reset();
   int Parameters() const { return sqlite3_bind_parameter_count(handle_.get()); }
   int Columns() const { return sqlite3_column_count(handle_.get()); }
   std::string Name(int column) const { return sqlite3_column_name(handle_.get(), column); }

@@ -14,11 +14,13 @@ namespace {
 
 void RequireDatabases(const std::filesystem::path& path) { Refuse(path); }
 
-std::unique_ptr<RecordingFile> CreateDatabase(const std::filesystem::path& path,
-                                              const std::vector<Column>& /*columns*/,
-                                              const RunInfo& /*run*/) {
+std::unique_ptr<RecordingFile> OpenDatabaseFile(const std::filesystem::path& path,
+                                                const std::vector<Column>& /*columns*/,
+                                                const RunInfo& /*run*/) {
   Refuse(path);
 }
+
+void DropDatabaseLog(const std::filesystem::path& path) { Refuse(path); }
 
 std::unique_ptr<RowSource> OpenDatabase(const std::filesystem::path& path) { Refuse(path); }
 
