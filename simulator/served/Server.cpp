@@ -14,6 +14,15 @@
 #include "simulator/served/Conversation.h"
 
 namespace orif::sim {
+
+// What a server's clients have in common.
+namespace served {
+struct Clients {
+  std::size_t count = 0;
+  std::chrono::steady_clock::time_point lastRequest;
+};
+}  // namespace served
+
 namespace {
 
 using asio::ip::tcp;
@@ -24,18 +33,12 @@ constexpr auto GreetWithin = 10s;
 
 using SteadyClock = std::chrono::steady_clock;
 
-// What a server's clients have in common.
-struct Clients {
-  std::size_t count = 0;
-  SteadyClock::time_point lastRequest;
-};
-
 // One connection. It is there as long as something is under way for it: the handler of that holds
 // it.
 class ServedClient : public std::enable_shared_from_this<ServedClient> {
  public:
   ServedClient(tcp::socket socket, const Network& network, const std::string& first,
-               std::shared_ptr<Clients> clients)
+               std::shared_ptr<served::Clients> clients)
       : socket_(std::move(socket)),
         timer_(socket_.get_executor()),
         conversation_(network, first),
@@ -129,7 +132,7 @@ class ServedClient : public std::enable_shared_from_this<ServedClient> {
   tcp::socket socket_;
   asio::steady_timer timer_;
   served::Conversation conversation_;
-  std::shared_ptr<Clients> clients_;
+  std::shared_ptr<served::Clients> clients_;
   std::array<std::uint8_t, served::Greeting.size()> greeting_{};
   served::Inbox inbox_;
   served::Bytes answer_;
@@ -199,7 +202,7 @@ struct Server::Listener {
   Network network;
   std::string first;
   Address where;
-  std::shared_ptr<Clients> clients = std::make_shared<Clients>();
+  std::shared_ptr<served::Clients> clients = std::make_shared<served::Clients>();
   asio::io_context context{1};
   tcp::acceptor acceptor{context};
   asio::steady_timer tick{context};

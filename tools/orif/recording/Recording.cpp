@@ -23,7 +23,7 @@
 namespace orif::tool {
 namespace {
 
-constexpr std::array RowColumns{"time", "seconds", "link"};
+constexpr std::array<const char*, LeadingColumns> RowColumns{"time", "seconds", "link"};
 
 class CsvRows : public RowSource {
  public:
@@ -58,14 +58,6 @@ class CsvRows : public RowSource {
   std::ifstream file_;
   bool closed_ = false;  // the last character was a closing quote
 };
-
-/// Works out a column's item, field and unit from its name.
-Column ColumnNamed(const std::string& name) {
-  static const std::regex Part(R"((.+)\.(([XYZ]|E[1-3])|([WPR]|J[1-9])|[A-Za-z_]+))");
-  std::smatch parts;
-  if (!std::regex_match(name, parts, Part)) return {name, name, "", ""};
-  return {name, parts[1], parts[2], parts[3].matched ? "mm" : parts[4].matched ? "deg" : ""};
-}
 
 /// The indices of the columns that `name` names. If an item has parts with a unit, only those
 /// count: a position without its configuration and frames.
@@ -114,11 +106,7 @@ void AddValue(Series& series, const std::string& cell) {
   series.values.push_back(value);
 }
 
-Recording Read(RowSource& rows, const std::vector<std::string>& names) {
-  Cells cells;
-  if (!rows.Next(cells) || cells.size() <= RowColumns.size() ||
-      !std::equal(RowColumns.begin(), RowColumns.end(), cells.begin()))
-    throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
+Recording Read(RowSource& rows, Cells cells, const std::vector<std::string>& names) {
   std::vector<Column> columns;
   std::ranges::transform(cells, std::back_inserter(columns), ColumnNamed);
 
@@ -145,14 +133,30 @@ Recording Read(RowSource& rows, const std::vector<std::string>& names) {
 
 }  // namespace
 
+Column ColumnNamed(const std::string& name) {
+  static const std::regex Part(R"((.+)\.(([XYZ]|E[1-3])|([WPR]|J[1-9])|[A-Za-z_]+))");
+  std::smatch parts;
+  if (!std::regex_match(name, parts, Part)) return {name, name, "", ""};
+  return {name, parts[1], parts[2], parts[3].matched ? "mm" : parts[4].matched ? "deg" : ""};
+}
+
+std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& names) {
+  std::unique_ptr<RowSource> rows;
+  if (IsDatabase(path))
+    rows = OpenDatabase(path);
+  else
+    rows = std::make_unique<CsvRows>(path);
+  if (!rows->Next(names) || names.size() <= RowColumns.size() ||
+      !std::equal(RowColumns.begin(), RowColumns.end(), names.begin()))
+    throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
+  return rows;
+}
+
 Recording ReadRecording(const std::filesystem::path& path, const std::vector<std::string>& names) {
   try {
-    std::unique_ptr<RowSource> rows;
-    if (IsDatabase(path))
-      rows = OpenDatabase(path);
-    else
-      rows = std::make_unique<CsvRows>(path);
-    return Read(*rows, names);
+    Cells columns;
+    const auto rows = OpenRows(path, columns);
+    return Read(*rows, columns, names);
   } catch (const Error&) {
     throw;
   } catch (const std::exception& error) {

@@ -1,12 +1,14 @@
-// A recording, read back for the plot: the columns that the user names, from a CSV file or a
+// A recording, read back: for the plot the columns that the user names, from a CSV file or a
 // database.
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "tools/orif/Readout.h"
+#include "tools/orif/recording/RowSource.h"
 
 namespace orif::tool {
 
@@ -23,6 +25,16 @@ struct Recording {
   std::vector<bool> lost;  // whether the link is lost from this row to the next
   std::vector<Series> series;
 };
+
+/// Opens a CSV file or a database, and reads the names of its columns. Throws a std::runtime_error
+/// if it is no recording.
+std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& names);
+
+/// How many columns stand before those of the values: time, seconds, link.
+inline constexpr std::size_t LeadingColumns = 3;
+
+/// Works out a column's item, field and unit from its name.
+Column ColumnNamed(const std::string& name);
 
 /// Reads the columns in `names`: a column's name, or an item's for all of its columns. Throws an
 /// Error if the file is no recording or a name is not in it.

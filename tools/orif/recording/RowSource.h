@@ -1,4 +1,4 @@
-// A recording as the plot reads it: row by row, from a CSV file or a database.
+// A recording as plot and simulate read it: row by row, from a CSV file or a database.
 #pragma once
 
 #include <string>
@@ -17,6 +17,9 @@ class RowSource {
   virtual ~RowSource() = default;
   /// Reads the next row; false after the last one.
   virtual bool Next(Cells& cells) = 0;
+
+  /// The controller that was recorded; empty if the file does not say.
+  virtual std::string Host() { return {}; }
 };
 
 }  // namespace orif::tool
