@@ -10,6 +10,30 @@ namespace {
 
 constexpr std::string_view Scheme = "sim://";
 
+template <class T>
+bool Read(std::string_view text, T& number) {
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end;
+}
+
+// Some systems would also take fewer numbers.
+bool IsFour(std::string_view ip) {
+  int numbers = 1;
+  for (std::size_t dot = ip.find('.'); dot != ip.npos; dot = ip.find('.'), ++numbers) {
+    std::uint8_t number = 0;
+    if (!Read(ip.substr(0, dot), number)) return false;
+    ip.remove_prefix(dot + 1);
+  }
+  std::uint8_t last = 0;
+  return numbers == 4 && Read(ip, last);
+}
+
+// The system checks the rest.
+bool IsSix(std::string_view ip) {
+  return ip.find_first_not_of("0123456789abcdefABCDEF:.") == ip.npos && ip.find(':') != ip.npos;
+}
+
 [[noreturn]] void Refuse(std::string_view text) {
   throw std::invalid_argument(std::string(text) +
                               " is no address; write 127.0.0.1:47008 or [::1]:47008");
@@ -27,16 +51,13 @@ Address ParseAddress(std::string_view text) {
   const bool six = text.starts_with('[');
   const std::size_t colon = text.find(':', six ? text.find(']') : 0);
   std::string_view ip = text.substr(0, colon);
-  if (six && (ip.back() != ']' || ip.find(':') == std::string_view::npos)) Refuse(text);
+  if (six && (ip.back() != ']')) Refuse(text);
   if (six) ip = ip.substr(1, ip.size() - 2);
   if (!ip.empty() && ip != "localhost") address.ip = ip;
-  const auto* const characters = six ? "0123456789abcdefABCDEF:." : "0123456789.";
-  if (address.ip.find_first_not_of(characters) != std::string::npos) Refuse(text);
+  if (!(six ? IsSix(address.ip) : IsFour(address.ip))) Refuse(text);
   if (colon == std::string_view::npos) return address;
   const std::string_view port = text.substr(colon + 1);
-  const char* const end = port.data() + port.size();
-  const auto [stop, wrong] = std::from_chars(port.data(), end, address.port);
-  if (wrong != std::errc() || stop != end) Refuse(text);
+  if (!Read(port, address.port)) Refuse(text);
   return address;
 }
 

@@ -66,6 +66,16 @@ std::string Short(const std::string& text, std::size_t most) {
               std::to_string(most));
 }
 
+// Fills `numbers` with those in `text`, which has one of `separators` behind each.
+void PutNumbers(std::span<std::int16_t> numbers, const std::string& text, const char* separators) {
+  std::string_view left = text;
+  for (std::int16_t& number : numbers) {
+    const std::size_t length = std::min(left.find_first_of(separators), left.size());
+    number = Whole<std::int16_t>(std::string(left.substr(0, length)));
+    left.remove_prefix(std::min(length + 1, left.size()));
+  }
+}
+
 constexpr std::size_t TextBytes = sim::WordsPerText * sim::BytesPerWord;
 
 // An item of the recording: its columns, and the rows in which their values change.
@@ -107,13 +117,10 @@ bool IsPositionField(const std::string& field) {
 }
 
 void PutConfig(Position& position, const std::string& text) {
-  std::size_t at = 0;
-  for (std::int16_t& number : position.config) {
-    const std::size_t end = std::min(text.find(' ', at), text.size());
-    number = Whole<std::int16_t>(text.substr(std::min(at, end), end - std::min(at, end)));
-    at = end + 1;
+  if (std::ranges::count(text, ' ') + 1 != std::ssize(position.config)) {
+    throw Unfit("'" + text + "' are not seven numbers");
   }
-  if (at <= text.size()) throw Unfit("'" + text + "' has more than seven numbers");
+  PutNumbers(position.config, text, " ");
 }
 
 // A form is valid if it has values.
@@ -165,14 +172,14 @@ constexpr auto TaskFields = std::to_array<EntryField<sim::Task>>({
 
 // "2026-01-01 00:00:00".
 void PutDate(sim::Alarm& alarm, const std::string& text) {
-  const std::array parts{&sim::Alarm::year, &sim::Alarm::month,  &sim::Alarm::day,
-                         &sim::Alarm::hour, &sim::Alarm::minute, &sim::Alarm::second};
-  std::size_t at = 0;
-  for (const auto part : parts) {
-    const std::size_t end = std::min(text.find_first_of("- :", at), text.size());
-    alarm.*part = Whole<std::int16_t>(text.substr(std::min(at, end), end - std::min(at, end)));
-    at = end + 1;
-  }
+  std::array<std::int16_t, 6> parts{};
+  PutNumbers(parts, text, "- :");
+  alarm.year = parts[0];
+  alarm.month = parts[1];
+  alarm.day = parts[2];
+  alarm.hour = parts[3];
+  alarm.minute = parts[4];
+  alarm.second = parts[5];
 }
 
 constexpr auto AlarmFields = std::to_array<EntryField<sim::Alarm>>({
@@ -240,7 +247,7 @@ class Player {
  public:
   Player(RowSource& rows, const Cells& names) {
     Group(names);
-    Read(rows, names.size());
+    Read(rows, names);
   }
 
   void Fill(sim::Network& network, const std::string& host) {
@@ -285,8 +292,8 @@ class Player {
     }
   }
 
-  void Read(RowSource& rows, std::size_t columns) {
-    Cells cells;
+  void Read(RowSource& rows, Cells cells) {
+    const std::size_t columns = cells.size();
     double start = 0;
     while (rows.Next(cells)) {
       const std::size_t row = times_.size() + 1;

@@ -1,0 +1,13 @@
+# shellcheck shell=bash
+# For sheets: serve ARGUMENTS... runs "orif simulate" until the shell ends, and sets $server to its process and $host to
+# the host name of the cell.
+serve() {
+  orif simulate "$@" >served 2>told &
+  server=$!
+  trap 'kill -9 $server 2>/dev/null' EXIT
+  while ! grep -qs sim: served; do
+    kill -0 $server 2>/dev/null || { cat told; return 1; }
+    sleep 0.02
+  done
+  host=$(grep -o 'sim://[^ ,]*' served | head -n 1)
+}
