@@ -194,7 +194,7 @@ class Inbox {
   void Add(std::size_t count) { end_ += count; }
 
  private:
-  static constexpr std::size_t LeastRoom = 16 * 1024;
+  static constexpr std::size_t LeastRoom = 16384;
 
   Bytes bytes_;
   std::size_t begin_ = 0;

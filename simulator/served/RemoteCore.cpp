@@ -13,7 +13,16 @@
 namespace orif::sim {
 namespace {
 
-using namespace served;
+using served::Deadline;
+using served::Fills;
+using served::Link;
+using served::LinkLost;
+using served::Malformed;
+using served::NoAnswer;
+using served::Outcome;
+using served::Packer;
+using served::SizeOf;
+using served::Unpacker;
 
 class RemoteCore final : public Dispatch {
  public:
@@ -46,6 +55,7 @@ class RemoteCore final : public Dispatch {
 
  private:
   OrvexValue Connect(std::span<const OrvexValue> arguments) {
+    const Arguments none({}, arguments);
     link_.reset();
     lost_.clear();
     std::optional<ServedHost> host;
@@ -57,7 +67,6 @@ class RemoteCore final : public Dispatch {
     }
     constexpr auto Id = static_cast<std::int32_t>(DispId::Connect);
     if (!host) return local_.Invoke(Id, ORVEX_METHOD, arguments);
-    const Arguments none({}, arguments);
     local_.DropConnection();
     const Deadline deadline(local_.TimeOut());
     try {
@@ -70,6 +79,9 @@ class RemoteCore final : public Dispatch {
     } catch (const NoAnswer& reason) {
       link_.reset();
       return Refuse(reason.status, reason.what());
+    } catch (...) {
+      link_.reset();
+      throw;
     }
   }
 
