@@ -6,7 +6,6 @@
 #include <asio/read.hpp>
 #include <asio/write.hpp>
 #include <optional>
-#include <thread>
 
 namespace orif::sim::served {
 
@@ -43,7 +42,6 @@ class Link::Socket {
       const std::size_t got = socket_.read_some(asio::buffer(room.data(), room.size()), error);
       if (!error) return got;
       if (error != asio::error::would_block) throw asio::system_error(error);
-      std::this_thread::yield();
     } while (std::chrono::steady_clock::now() < end);
     return Wait(deadline, [&](auto handler) {
       socket_.async_read_some(asio::buffer(room.data(), room.size()), handler);

@@ -8,7 +8,6 @@
 #include <asio/write.hpp>
 #include <chrono>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 #include "simulator/served/Conversation.h"
@@ -191,10 +190,7 @@ struct Server::Listener {
     // Like a client, it looks again and again for a moment before it sleeps.
     while (!context.stopped()) {
       if (context.poll() > 0) continue;
-      if (SteadyClock::now() - clients->lastRequest < served::Eagerness)
-        std::this_thread::yield();
-      else
-        context.run_one();
+      if (SteadyClock::now() - clients->lastRequest > served::Eagerness) context.run_one();
     }
     tick.cancel();
   }
