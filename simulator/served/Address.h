@@ -10,8 +10,8 @@ namespace orif::sim {
 
 /// An IP address and a TCP port.
 struct Address {
-  std::string ip = "127.0.0.1";
-  std::uint16_t port = 47008;
+  std::string ip = "127.0.0.1";  ///< IPv4 or IPv6, as a number
+  std::uint16_t port = 47008;    ///< 0 for any free one
 };
 
 /// "127.0.0.1:47008", "[::1]:47008".
@@ -24,7 +24,7 @@ Address ParseAddress(std::string_view text);
 
 /// A controller of a served cell.
 struct ServedHost {
-  Address at;
+  Address at;              ///< where it is served
   std::string controller;  ///< its host name in the cell; empty for the first one
 };
 
