@@ -64,7 +64,10 @@ code=0
 # A cell that is served, to a component in either form and to the tool itself.
 "$tool/orif" simulate --serve 127.0.0.1:0 >"$tool/served" &
 served=$!
-until grep -q sim: "$tool/served"; do sleep 0.02; done
+for _ in {1..500}; do
+  if grep -q sim: "$tool/served"; then break; fi
+  sleep 0.02
+done
 host=$(grep -o 'sim://[^ ]*' "$tool/served")
 "$tool/orif" write 'R[1]=77' --yes --host "$host" >/dev/null
 for named in "$component" "$simulator"; do
