@@ -4,7 +4,8 @@ include(CMakePackageConfigHelpers)
 
 set(cmake_files ${CMAKE_INSTALL_LIBDIR}/cmake/orif)
 
-install(TARGETS orif_shared orif_static orif_live_shared orif_live_static orif_simulator EXPORT orifTargets)
+install(TARGETS
+  orif_shared orif_static orif_live_shared orif_live_static orif_simulator orif_served EXPORT orifTargets)
 if(WIN32)
   set(component_directory ${CMAKE_INSTALL_BINDIR})
 else()
@@ -29,7 +30,7 @@ install(FILES ${PROJECT_BINARY_DIR}/orifConfig.cmake ${PROJECT_BINARY_DIR}/orifC
 
 # The .pc files find their prefix from where they stand, so a tree that was moved or unpacked works as it is.
 file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-foreach(name orif orif-live orif-simulator ${scenario_pc})
+foreach(name orif orif-live orif-simulator orif-served ${scenario_pc})
   configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()

@@ -31,6 +31,7 @@ the same, simulator|static|PosReg/simulator|PosReg/by hand|
 Refresh, 16383 words, simulator|static|Refresh/simulator|Refresh/simulator/lower layer|ratio 1.05
 Refresh, 16383 words, simulator|shared|Refresh/simulator|Refresh/simulator/lower layer|ratio 1.05
 the same, a lower layer that copies|static|Refresh/direct|Refresh/direct/lower layer|
+Refresh, 500 integers, loopback|static|Refresh/served|Refresh/in process|ns 25000
 Refresh overhead, 10 items|static|Refresh/items/10|Refresh/items/1|ratio 1.1
 Refresh overhead, 1000 items|static|Refresh/items/1000|Refresh/items/1|ratio 1.1
 Refresh overhead, 8000 items|static|Refresh/items/8000|Refresh/items/1|ratio 1.1

@@ -20,4 +20,4 @@ run() {
 }
 export -f run
 export seconds
-printf '%s\n' api component simulator | xargs -P 2 -I{} bash -euo pipefail -c 'run {}'
+printf '%s\n' api component served simulator | xargs -P 2 -I{} bash -euo pipefail -c 'run {}'

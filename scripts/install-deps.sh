@@ -6,11 +6,11 @@
 
 declare -A packages=(
   [build]='g++ cmake ninja-build'
-  [tool]='libcli11-dev nlohmann-json3-dev libsqlite3-dev'
+  [tool]='libcli11-dev nlohmann-json3-dev libsqlite3-dev libasio-dev'
   [test]='libgtest-dev libgmock-dev sqlite3 gnuplot-nox'
   [clang]='clang libclang-rt-14-dev'
   [windows]='g++-mingw-w64-x86-64-posix googletest wine wine64 unzip'
-  [bench]='libbenchmark-dev'
+  [bench]='libbenchmark-dev libasio-dev'
   [coverage]='gcovr'
   [package]='pkg-config dpkg-dev file'
   [pictures]='gnuplot-nox'

@@ -48,6 +48,26 @@ program docs/getting-started.md LastReason | sed '1i #include <iostream>\n#inclu
 program docs/simulator.md LoadScenario >"$outside/scenario.cpp"
 block docs/simulator.md json '"name": "Press"' >"$outside/press.json"
 program docs/getting-started.md GetDebugMessages | sed '1i #include <iostream>\n#include "orif/orif.h"' >"$outside/connect.cpp"
+cat >"$outside/served.cpp" <<'END'
+#include <iostream>
+#include <thread>
+#include "orif/orif.h"
+#include "simulator/Demo.h"
+#include "simulator/served/RemoteCore.h"
+#include "simulator/served/Server.h"
+int main() {
+  bool connected = false;
+  orif::sim::Server server(orif::sim::DemoNetwork(), orif::sim::DemoHost, {"127.0.0.1", 0});
+  std::jthread client([&] {
+    orif::Core core{orif::sim::RemoteFactory()};
+    connected = core.Connect("sim://" + ToText(server.Where()));
+  });
+  const auto start = std::chrono::steady_clock::now();
+  server.Run([&] { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(500); });
+  client.join();
+  return connected ? 0 : 1;
+}
+END
 cat >"$outside/CMakeLists.txt" <<'END'
 cmake_minimum_required(VERSION 3.22)
 project(program LANGUAGES CXX)
@@ -56,6 +76,8 @@ add_executable(program program.cpp)
 target_link_libraries(program PRIVATE ${library} orif::simulator)
 add_executable(scenario scenario.cpp)
 target_link_libraries(scenario PRIVATE ${library} orif::scenario)
+add_executable(served served.cpp)
+target_link_libraries(served PRIVATE ${library} orif::served)
 add_executable(connect connect.cpp)
 target_link_libraries(connect PRIVATE ${library})
 add_executable(live live.cpp)
@@ -82,6 +104,7 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
   reason=$(ORVEX_COMMLIB=$LD_LIBRARY_PATH/orif/libOrvexCommLibSimulator.so "$build/reason" 2>&1)
   grep -qF "$reason" docs/getting-started.md || fail "a wrong host is told as: $reason"
   (cd "$outside" && "$build/scenario") || fail "the scenario of docs/simulator.md does not load"
+  "$build/served" || fail "a served cell cannot be reached"
   ! reason=$(ORVEX_COMMLIB='' "$build/connect" 2>&1) || fail "connected to nothing"
   [[ $reason == *"OrvexCommLib is not installed"* ]] || fail "no component, and its absence is told as: $reason"
   component=$LD_LIBRARY_PATH/orif/libOrvexCommLibSimulator.so
@@ -96,6 +119,8 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
   "$outside/live-by-pkg-config" >/dev/null
   # shellcheck disable=SC2046
   g++ -std=c++20 -fsyntax-only "$outside/scenario.cpp" $(pkg-config --cflags --libs orif-scenario)
+  # shellcheck disable=SC2046
+  g++ -std=c++20 "$outside/served.cpp" -o "$outside/served" $(pkg-config --cflags --libs orif-served orif)
   "$prefix/bin/orif" read --simulate 'R[1]' >/dev/null
   scenarios=$prefix/share/doc/orif/examples/scenarios
   "$prefix/bin/orif" simulate "$scenarios/handling_cell.json" >/dev/null

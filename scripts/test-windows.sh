@@ -61,6 +61,20 @@ diff <(cut -d, -f1-9 "$tool/run.csv") <(sed -n '/^time,.*PR/,/^!/p' "$sheets/rec
 code=0
 "$tool/orif" record 'R[1]' --simulate --fast --count 1 --out "$tool/run.db" || code=$?
 [[ $code == 2 && ! -e $tool/run.db ]] || fail "A database is not refused"
+# A cell that is served, to a component in either form and to the tool itself.
+"$tool/orif" simulate --serve 127.0.0.1:0 >"$tool/served" &
+served=$!
+for _ in {1..500}; do
+  if grep -q sim: "$tool/served"; then break; fi
+  sleep 0.02
+done
+host=$(grep -o 'sim://[^ ]*' "$tool/served")
+"$tool/orif" write 'R[1]=77' --yes --host "$host" >/dev/null
+for named in "$component" "$simulator"; do
+  answer=$("$tool/orif" read 'R[1]' --host "$host" --component "$named" --format csv)
+  [[ $answer == $'R[1]\r\n77\r' ]] || fail "The tool read of a served cell through $named: $answer"
+done
+kill $served
 for named in "$component" "$simulator"; do
   answer=$("$tool/orif" read 'R[1]' --host demo --component "$named" --format csv)
   [[ $answer == $'R[1]\r\n120\r' ]] || fail "The tool read through $named: $answer"

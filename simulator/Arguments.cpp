@@ -1,6 +1,7 @@
 #include "simulator/Arguments.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "orif/base/Fault.h"
 
@@ -30,8 +31,8 @@ Arguments::Arguments(std::span<const Parameter> parameters, std::span<const Orve
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (values[i].kind != parameters[i].kind) throw Fault(Fault::TypeMismatch);
     if (parameters[i].extent == Extent::None) continue;
-    const std::int64_t needed = Needed(parameters[i].extent, i);
-    if (values[i].count < std::max<std::int64_t>(needed, 0)) {
+    const std::size_t needed = Used(parameters[i].extent, i);
+    if (std::cmp_less(values[i].count, needed)) {
       throw Fault(Fault::SubscriptOutOfRange);
     }
     if (needed > 0 && IsNull(values[i])) throw Fault(Fault::ObjectNotSet);

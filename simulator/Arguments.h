@@ -3,6 +3,7 @@
 // makes them for each call.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -31,6 +32,11 @@ class Arguments {
  public:
   /// Throws a Fault unless `values` match `parameters`.
   Arguments(std::span<const Parameter> parameters, std::span<const OrvexValue> values);
+
+  /// How many elements, or bytes of a text, the call uses behind the argument at `index`.
+  std::size_t Used(Extent extent, std::size_t index) const {
+    return static_cast<std::size_t>(std::max<std::int64_t>(Needed(extent, index), 0));
+  }
 
   /// An integer argument: short or long, by value or by reference.
   std::int32_t Integer(std::size_t index) const;

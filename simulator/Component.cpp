@@ -10,6 +10,7 @@
 #include "orif/base/Fault.h"
 #include "orif/lowerlayer/Dispatch.h"
 #include "simulator/Demo.h"
+#include "simulator/served/RemoteCore.h"
 
 #if defined(_WIN32)
 #define ORIF_COMPONENT_ENTRY extern "C" __declspec(dllexport)
@@ -53,7 +54,7 @@ std::int32_t Guarded(std::string& fault, OrvexValue* result, Action action) noex
 void* Create(OrvexValue* fault) {
   try {
     // Never destroyed: objects may be released as late as the end of the process.
-    static const DispatchFactory& factory = *new DispatchFactory(DemoNetwork().Factory());
+    static const DispatchFactory& factory = *new DispatchFactory(RemoteFactory(DemoNetwork()));
     return new Object{factory(), {}};
   } catch (const std::exception&) {  // no memory: nothing else fails here
     if (fault != nullptr) *fault = TextValue(Fault::OutOfMemory);

@@ -336,6 +336,13 @@ const SimulatedCore::Operation* SimulatedCore::Find(std::int32_t id, OrvexCall c
   return Index[static_cast<std::size_t>(id)][Table::Slot(call)];
 }
 
+std::optional<CallForm> FindCallForm(std::int32_t id, OrvexCall call) {
+  const auto* found = SimulatedCore::Find(id, call);
+  if (found == nullptr) return {};
+  const bool local = found->place == SimulatedCore::Operation::Place::Local;
+  return CallForm{found->name, local, found->parameters};
+}
+
 bool ReachesController(std::string_view operation) {
   const auto& all = SimulatedCore::Table::Operations;
   const auto found = std::ranges::find(all, operation, &SimulatedCore::Operation::name);

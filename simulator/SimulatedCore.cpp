@@ -21,6 +21,7 @@ OrvexValue SimulatedCore::Invoke(std::int32_t id, OrvexCall call,
   const Arguments checked(operation->parameters, arguments);
   if (operation->place == Operation::Place::Local) return operation->handler(*this, checked);
   const auto lock = network_.Lock();
+  lateness_ = 0;
   if (operation->place == Operation::Place::Connection) {
     if (const auto obstacle = Reach(operation->name)) return Answer(*obstacle);
   }
@@ -33,15 +34,14 @@ std::int32_t SimulatedCore::Lookup(std::string_view name) {
   return operation->id;
 }
 
-std::optional<Failure> SimulatedCore::Obstacle(std::string_view operation,
-                                               Controller& controller) const {
+std::optional<Failure> SimulatedCore::Obstacle(std::string_view operation, Controller& controller) {
   if (auto failure = controller.FaultInjection().Take(operation)) return failure;
-  const std::int32_t delay = controller.FaultInjection().Delay();
-  if (delay > 0 && delay > timeOut_) return FailureOf(Status::TimedOut);
+  lateness_ = controller.FaultInjection().Delay();
+  if (lateness_ > 0 && lateness_ > timeOut_) return FailureOf(Status::TimedOut);
   return std::nullopt;
 }
 
-std::optional<Failure> SimulatedCore::Reach(std::string_view operation) const {
+std::optional<Failure> SimulatedCore::Reach(std::string_view operation) {
   if (!controller_) return FailureOf(Status::NotConnected);
   if (controller_->FaultInjection().Losses() != losses_) return FailureOf(Status::ConnectionLost);
   return Obstacle(operation, *controller_);

@@ -17,6 +17,7 @@
 #include "orif/lowerlayer/Dispatch.h"
 #include "simulator/AssignmentMap.h"
 #include "simulator/Network.h"
+#include "simulator/Operations.h"
 
 namespace orif::sim {
 
@@ -34,28 +35,41 @@ class SimulatedCore final : public Dispatch {
   /// The key of the last SetClientID.
   std::int16_t ClientKey() const { return clientKey_; }
 
+  const std::string& HostName() const { return hostName_; }
+  std::int32_t TimeOut() const { return timeOut_; }
+  const std::string& LastError() const { return lastError_; }
+
+  /// How late, in ms, the controller's answer to the last call is.
+  std::int32_t Lateness() const { return lateness_; }
+
+  /// Ends connection and assignment.
+  void DropConnection();
+
+  /// Answers the failure's status; its text becomes the last error text.
+  OrvexValue Answer(const Failure& failure);
+
  private:
   struct Operation;
   struct Handlers;
   struct Table;
   friend bool ReachesController(std::string_view operation);
+  friend std::optional<CallForm> FindCallForm(std::int32_t id, OrvexCall call);
 
   static std::span<const Operation> Operations();
   static const Operation* Find(std::int32_t id, OrvexCall call);
 
   // The failure to answer instead of carrying out `operation` on `controller`, if there is one.
-  std::optional<Failure> Obstacle(std::string_view operation, Controller& controller) const;
+  std::optional<Failure> Obstacle(std::string_view operation, Controller& controller);
   // The same for an operation that needs the connection.
-  std::optional<Failure> Reach(std::string_view operation) const;
+  std::optional<Failure> Reach(std::string_view operation);
 
   OrvexValue Answer(Status status);
-  OrvexValue Answer(const Failure& failure);
-  void DropConnection();
 
   Network network_;
   std::string hostName_;
   std::int32_t port_ = DefaultPort;
   std::int32_t timeOut_ = DefaultTimeOut;
+  std::int32_t lateness_ = 0;
   std::int16_t clientKey_ = 0;
   std::string lastError_;
 

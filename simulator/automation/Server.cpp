@@ -14,6 +14,7 @@
 
 #include "simulator/Demo.h"
 #include "simulator/automation/AutomationObject.h"
+#include "simulator/served/RemoteCore.h"
 
 namespace orif::sim {
 namespace {
@@ -40,7 +41,7 @@ class ClassFactory final : public IClassFactory {
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     try {
-      static const DispatchFactory& factory = *new DispatchFactory(DemoNetwork().Factory());
+      static const DispatchFactory& factory = *new DispatchFactory(RemoteFactory(DemoNetwork()));
       IDispatch* const made = MakeAutomationObject(factory());
       const HRESULT result = made->QueryInterface(wanted, object);
       made->Release();

@@ -5,6 +5,7 @@
 #include <random>
 #include <span>
 
+#include "Reach.h"
 #include "orif/base/Fault.h"
 #include "orif/lowerlayer/LowerCore.h"
 #include "orif/platform/platform.h"
@@ -118,7 +119,8 @@ class Cell : public orif::test::Sheet<testing::Test> {
   Network network;
   // 20 numeric, 5 position and 4 string registers, 2 groups, 3 user frames.
   Controller& robot = network.AddController("cell", {20, 5, 4, 2, 3});
-  Ref<LowerCore> core{new LowerCore(network.Factory()())};
+  DispatchFactory reach = orif::test::Reach(network);
+  Ref<LowerCore> core{new LowerCore(reach())};
 };
 
 TEST_F(Cell, IsAssignedPieceByPiece) {
@@ -288,7 +290,7 @@ TEST_F(Cell, ShowsPositionsThroughWindows) {
 }
 
 TEST_F(Cell, ConnectsToKnownHosts) {
-  Ref other(new LowerCore(network.Factory()()));
+  Ref other(new LowerCore(reach()));
   RUN(other->PortNumber());
   RUN(other->TimeOutValue());
   RUN(other->Connect());
@@ -313,7 +315,6 @@ TEST_F(Cell, ConnectsToKnownHosts) {
   RUN(core->Connect());
   RUN(Send("CLRALM"));
   Say("a reset keeps the settings only");
-  RUN(core->SetClientID(1029));
   RUN(core->PortNumber(5000));
   RUN(core->TimeOutValue(7));
   RUN(core->HostName("Cell"));
@@ -322,9 +323,12 @@ TEST_F(Cell, ConnectsToKnownHosts) {
   RUN(core->LastErrorText());
   RUN(core->PortNumber());
   RUN(core->TimeOutValue());
-  RUN(dynamic_cast<SimulatedCore&>(*core->Object()).ClientKey());
   RUN(Send("CLRALM"));
   RUN(core->Connect());
+  Ref keyed(new LowerCore(network.Factory()()));
+  RUN(keyed->SetClientID(1029));
+  RUN(keyed->Reset());
+  RUN(dynamic_cast<SimulatedCore&>(*keyed->Object()).ClientKey());
 }
 
 TEST_F(Cell, IsMadeToMisbehave) {

@@ -22,8 +22,8 @@ class FullPass {
   /// Called with true before and with false after every call of a member.
   using Watch = std::function<void(bool)>;
 
-  FullPass(const DispatchFactory& factory, Watch watch)
-      : factory_(factory), watch_(std::move(watch)) {}
+  FullPass(const DispatchFactory& factory, Watch watch, std::string host = "cell")
+      : factory_(factory), watch_(std::move(watch)), host_(std::move(host)) {}
 
   static void SetUp(sim::Controller& robot) {
     for (int i = 1; i <= 4; ++i) robot.NumericRegister(i) = 1000 * i;
@@ -48,7 +48,7 @@ class FullPass {
       core_->PortNumber(core_->PortNumber());
       core_->ClientID(core_->ClientID());
     });
-    Step("Connect", [&] { return core_->Connect("cell"); });
+    Step("Connect", [&] { return core_->Connect(host_); });
     Step("ClearAlarm", [&] { return core_->ClearAlarm(1); });
     Do("own", [&] {
       core_->IsConnected(), core_->ConnectState(), core_->GetTypeName(), core_->AddUserMessage("x");
@@ -277,6 +277,7 @@ class FullPass {
 
   DispatchFactory factory_;
   Watch watch_;
+  std::string host_;
   std::vector<std::string> names_;
   std::vector<bool> answers_;
   std::optional<Core> core_;

@@ -9,8 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/served/Address.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Nearest.h"
+#include "tools/orif/SimulatedCell.h"
 
 namespace orif::tool {
 namespace {
@@ -133,7 +135,8 @@ void AddConnectionOptions(CLI::App& command, Connection& connection) {
   component->option_text("PATH");
   CLI::Option* simulate = add(command.add_option(
       "--simulate", connection.simulate,
-      "A simulated cell instead: a scenario file (.json), or none for the demonstration cell"));
+      "A simulated cell instead: a scenario (.json), a recording (.csv, .db), or none for the\n"
+      "demonstration cell"));
   simulate->option_text("[FILE]")->excludes(component);
   add(command.add_flag("--fast", connection.fast, "Simulated time passes without waiting"))
       ->needs(simulate);
@@ -269,20 +272,35 @@ void AddTasksCommand(CLI::App& app) {
 }
 
 void AddSimulateCommand(CLI::App& app) {
-  CLI::App* command =
-      app.add_subcommand("simulate", "Check a scenario file and tell what is in it");
-  const auto file = std::make_shared<std::string>();
-  command->add_option("scenario", *file, "The scenario file")->required()->option_text("FILE");
-  command->footer("Example:\n  orif simulate cell.json");
-  command->callback([file] { Simulate(*file); });
+  CLI::App* command = app.add_subcommand(
+      "simulate", "Check what describes a simulated cell, or serve it to other programs");
+  const auto options = std::make_shared<SimulateOptions>();
+  command
+      ->add_option("cell", options->file,
+                   "A scenario (.json) or a recording (.csv, .db); to serve, none for the\n"
+                   "demonstration cell")
+      ->option_text("[FILE]");
+  command->add_option("--serve", options->serve, "Serve the cell until Ctrl-C; its time passes")
+      ->option_text("[ADDRESS:PORT]");
+  command->footer("A served cell has the host names sim://ADDRESS:PORT, by itself sim://" +
+                  ToText(sim::Address()) +
+                  ", and\nsim://ADDRESS:PORT/NAME for each controller. Port 0 is any free one.\n\n"
+                  "Example:\n  orif simulate cell.json --serve\n  orif watch 'R[1]' --host sim://" +
+                  ToText(sim::Address()));
+  command->callback([options] { Simulate(*options); });
 }
 
-// "--simulate" takes the next argument only if it is a scenario file; it may also be an item.
+// Some options take the next argument only if it is one of theirs: "--simulate" a file, because an
+// item may follow, and "--serve" an address, because a file may follow.
 std::vector<std::string> Arguments(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const bool file = i + 1 < arguments.size() && arguments[i + 1].ends_with(".json");
-    if (arguments[i] == "--simulate" && !file) arguments[i] += std::string("=") + DemoCell;
+    const std::string next = i + 1 < arguments.size() ? arguments[i + 1] : "-";
+    if (arguments[i] == "--simulate" && !IsCellFile(next)) {
+      arguments[i] += std::string("=") + DemoCell;
+    } else if (arguments[i] == "--serve" && (next.starts_with('-') || IsCellFile(next))) {
+      arguments[i] += '=' + ToText(sim::Address());
+    }
   }
   return arguments;
 }

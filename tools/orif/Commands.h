@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -72,7 +73,11 @@ struct TaskOptions {
 };
 void ShowTasks(const TaskOptions& options);
 
-/// Checks a scenario file and prints what is in it.
-void Simulate(const std::string& file);
+struct SimulateOptions {
+  std::string file;                  ///< a scenario or a recording; DemoCell, or empty
+  std::optional<std::string> serve;  ///< the address to serve it at
+};
+/// Prints what is in the file, or serves it until Ctrl-C.
+void Simulate(const SimulateOptions& options);
 
 }  // namespace orif::tool

@@ -6,8 +6,8 @@
 
 #include "orif/lowerlayer/Component.h"
 #include "orif/lowerlayer/DispId.h"
-#include "simulator/Demo.h"
-#include "simulator/scenario/Scenario.h"
+#include "simulator/served/Address.h"
+#include "simulator/served/RemoteCore.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/platform/platform.h"
 
@@ -42,15 +42,9 @@ std::string ReasonOf(const std::string& line) {
 
 Cell::Cell(Connection connection) : connection_(std::move(connection)) {
   if (connection_.simulate) {
-    std::string host = sim::DemoHost;
-    if (*connection_.simulate == DemoCell) {
-      network_ = sim::DemoNetwork();
-    } else {
-      const sim::Scenario scenario = sim::LoadScenario(*connection_.simulate);
-      network_ = scenario.network;
-      host = scenario.hosts.front();
-    }
-    if (connection_.host.empty()) connection_.host = host;
+    const SimulatedCell cell = LoadSimulatedCell(*connection_.simulate);
+    network_ = cell.network;
+    if (connection_.host.empty()) connection_.host = cell.hosts.front();
   }
   if (connection_.host.empty()) {
     throw Error(Exit::Usage,
@@ -65,10 +59,16 @@ Cell::~Cell() {
   if (connection_.trail) PrintTrail(std::cerr, trail_);
 }
 
-Session::Session(Cell& cell)
-    : cell_(cell),
-      core_(cell.Simulated() != nullptr ? std::make_unique<orif::Core>(cell.Simulated()->Factory())
-                                        : std::make_unique<orif::Core>()) {
+std::unique_ptr<orif::Core> Cell::MakeCore() const {
+  if (network_) return std::make_unique<orif::Core>(network_->Factory());
+  // Such a name is a simulated cell, whoever connects to it.
+  if (connection_.component.empty() && sim::ParseServedHost(connection_.host)) {
+    return std::make_unique<orif::Core>(sim::RemoteFactory());
+  }
+  return std::make_unique<orif::Core>();
+}
+
+Session::Session(Cell& cell) : cell_(cell), core_(cell.MakeCore()) {
   if (core_->GetLib() == nullptr) {
     throw tool::Error(Exit::NoConnection,
                       "no communication component: " + ReasonOf(core_->DebugMessage()) +

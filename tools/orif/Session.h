@@ -11,6 +11,7 @@
 #include "orif/orif.h"
 #include "simulator/Network.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/SimulatedCell.h"
 
 namespace orif::tool {
 
@@ -20,13 +21,10 @@ struct Connection {
   std::optional<std::int32_t> port;
   std::optional<std::int32_t> timeOut;  ///< ms
   std::string component;                ///< a path
-  std::optional<std::string> simulate;  ///< a scenario file, or DemoCell
+  std::optional<std::string> simulate;  ///< a file of a cell, or DemoCell
   bool trail = false;
   bool fast = false;
 };
-
-/// What "--simulate" without a file stands for.
-inline constexpr const char* DemoCell = "demo";
 
 /// What the tool connects to, real or simulated. Made once in a run; outlives all Sessions. Its
 /// destructor prints the debug trail if the user wants it.
@@ -43,6 +41,9 @@ class Cell {
 
   /// The simulated network; null for a real controller.
   sim::Network* Simulated() { return network_ ? &*network_ : nullptr; }
+
+  /// A connection's Core: in the simulated network, in a served cell, or through the component.
+  std::unique_ptr<orif::Core> MakeCore() const;
 
   /// Keeps the trail of a session that ends.
   void KeepTrail(std::string text) { trail_ = std::move(text); }

@@ -11,7 +11,7 @@ _orif() {
     [plot]='--out --force --from --to --size --title --columns'
     [alarms]="--list --count --format $connection"
     [tasks]="--count --no-macros --no-velto --format $connection"
-    [simulate]=''
+    [simulate]='--serve'
   )
   COMPREPLY=()
 
@@ -24,7 +24,7 @@ _orif() {
     --list) mapfile -t COMPREPLY < <(compgen -W 'active history password' -- "$current"); return ;;
     --host | --port | --time-out | --count | --every | --for | --rotate | --from | --to | --size | --title) return ;;
     --component | --out) _orif_files '*'; return ;;
-    --simulate) _orif_files '*.json'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
+    --simulate) _orif_files '*.json' '*.csv' '*.db'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
   esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "${options[$command]} --help" -- "$current")
@@ -36,15 +36,19 @@ _orif() {
       compopt -o nospace 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}")
       ;;
-    simulate) _orif_files '*.json' ;;
+    simulate) _orif_files '*.json' '*.csv' '*.db' ;;
     plot) if [[ $COMP_CWORD -eq 2 ]]; then _orif_files '*'; else _orif_columns "${COMP_WORDS[2]}"; fi ;;
   esac
 }
 
-# Files that match the pattern, and directories on the way to them.
+# Files that match a pattern, and directories on the way to them.
 _orif_files() {
   compopt -o filenames 2>/dev/null
-  mapfile -t COMPREPLY < <(compgen -f -X "!$1" -- "$current"; compgen -d -- "$current")
+  local pattern
+  mapfile -t COMPREPLY < <(
+    for pattern; do compgen -f -X "!$pattern" -- "$current"; done
+    compgen -d -- "$current"
+  )
 }
 
 # What was recorded in the file. Names are quoted for the shell, unless a quote is open already.

@@ -160,6 +160,11 @@ class DatabaseRows : public RowSource {
     return true;
   }
 
+  std::string Host() override {
+    Statement run = database_.Prepare("SELECT host FROM run");
+    return run.Next() ? run.Text(0).value_or("") : "";
+  }
+
  private:
   Database database_;
   Statement rows_;

@@ -28,25 +28,6 @@ constexpr std::size_t TimeColumn = 0;
 constexpr std::size_t SecondsColumn = 1;
 constexpr std::size_t LinkColumn = 2;
 
-/// Works out a column's item, field and unit from its name.
-Column ColumnNamed(const std::string& name) {
-  const std::size_t dot = name.rfind('.');
-  if (dot == std::string::npos || dot == 0 || dot + 1 == name.size()) return {name, name, "", ""};
-  const std::string field = name.substr(dot + 1);
-  const auto is = [&](std::string_view letters, std::string_view axes, char last) {
-    return (field.size() == 1 && letters.find(field[0]) != std::string_view::npos) ||
-           (field.size() == 2 && axes.find(field[0]) != std::string_view::npos && field[1] >= '1' &&
-            field[1] <= last);
-  };
-  const bool mm = is("XYZ", "E", '3');
-  const bool deg = is("WPR", "J", '9');
-  const bool word =
-      field.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_") ==
-      std::string::npos;
-  if (!mm && !deg && !word) return {name, name, "", ""};
-  return {name, name.substr(0, dot), field, mm ? "mm" : deg ? "deg" : ""};
-}
-
 /// Finds the columns that a name stands for.
 class Columns {
  public:
@@ -140,11 +121,7 @@ void AddValue(Series& series, const std::string& cell) {
 
 class Reader {
  public:
-  explicit Reader(RowSource& rows) : rows_(rows) {
-    if (!rows_.Next(cells_) || cells_.size() <= RowColumns.size() ||
-        !std::ranges::equal(RowColumns, std::span(cells_).first(RowColumns.size())))
-      throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
-  }
+  explicit Reader(const std::filesystem::path& path) : rows_(OpenRows(path, cells_)) {}
 
   const Cells& Names() const { return cells_; }
 
@@ -169,8 +146,8 @@ class Reader {
     }
     std::vector<std::size_t> wanted{TimeColumn, SecondsColumn, LinkColumn};
     wanted.insert(wanted.end(), chosen.begin(), chosen.end());
-    rows_.Want(wanted);
-    while (rows_.Next(cells_)) {
+    rows_->Want(wanted);
+    while (rows_->Next(cells_)) {
       AddRow(recording, columns.Count());
       for (std::size_t i = 0; i < chosen.size(); ++i)
         AddValue(recording.series[i], cells_[chosen[i]]);
@@ -197,20 +174,15 @@ class Reader {
     recording.lost.push_back(cells_[LinkColumn] == ToText(Link::Lost));
   }
 
-  RowSource& rows_;
   Cells cells_;
+  std::unique_ptr<RowSource> rows_;
 };
 
 /// Opens the file and calls `use` with its reader.
 template <class Use>
 auto WithReader(const std::filesystem::path& path, const Use& use) {
   try {
-    std::unique_ptr<RowSource> rows;
-    if (IsDatabase(path))
-      rows = OpenDatabase(path);
-    else
-      rows = std::make_unique<CsvRows>(path);
-    Reader reader(*rows);
+    Reader reader(path);
     return use(reader);
   } catch (const Error&) {
     throw;
@@ -220,6 +192,36 @@ auto WithReader(const std::filesystem::path& path, const Use& use) {
 }
 
 }  // namespace
+
+Column ColumnNamed(const std::string& name) {
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos || dot == 0 || dot + 1 == name.size()) return {name, name, "", ""};
+  const std::string field = name.substr(dot + 1);
+  const auto is = [&](std::string_view letters, std::string_view axes, char last) {
+    return (field.size() == 1 && letters.find(field[0]) != std::string_view::npos) ||
+           (field.size() == 2 && axes.find(field[0]) != std::string_view::npos && field[1] >= '1' &&
+            field[1] <= last);
+  };
+  const bool mm = is("XYZ", "E", '3');
+  const bool deg = is("WPR", "J", '9');
+  const bool word =
+      field.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_") ==
+      std::string::npos;
+  if (!mm && !deg && !word) return {name, name, "", ""};
+  return {name, name.substr(0, dot), field, mm ? "mm" : deg ? "deg" : ""};
+}
+
+std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& names) {
+  std::unique_ptr<RowSource> rows;
+  if (IsDatabase(path))
+    rows = OpenDatabase(path);
+  else
+    rows = std::make_unique<CsvRows>(path);
+  if (!rows->Next(names) || names.size() <= RowColumns.size() ||
+      !std::ranges::equal(RowColumns, std::span(names).first(RowColumns.size())))
+    throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
+  return rows;
+}
 
 Recording ReadRecording(const std::filesystem::path& path, const std::vector<std::string>& names) {
   return WithReader(path, [&](Reader& reader) { return reader.Read(names); });

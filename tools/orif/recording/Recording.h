@@ -1,12 +1,14 @@
-// A recording, read back for the plot: the columns that the user names, from a CSV file or a
+// A recording, read back: for the plot the columns that the user names, from a CSV file or a
 // database.
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "tools/orif/Readout.h"
+#include "tools/orif/recording/RowSource.h"
 
 namespace orif::tool {
 
@@ -24,6 +26,13 @@ struct Recording {
   std::vector<bool> lost;       // whether nothing is known from this row to the next
   std::vector<Series> series;
 };
+
+/// Opens a CSV file or a database, and reads the names of its columns. Throws a std::runtime_error
+/// if it is no recording.
+std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& names);
+
+/// Works out a column's item, field and unit from its name.
+Column ColumnNamed(const std::string& name);
 
 /// Reads the columns in `names`: a column's name, or an item's as it was recorded, "R[1-4]" and
 /// "R[1]:int" too, for all of its columns. A column that is named twice is read once. Throws an

@@ -19,6 +19,9 @@ class RowSource {
   /// Reads the next row; false after the last one.
   virtual bool Next(Cells& cells) = 0;
 
+  /// The controller that was recorded; empty if the file does not say.
+  virtual std::string Host() { return {}; }
+
   /// From now on the cells of other columns may be empty.
   void Want(const std::vector<std::size_t>& columns) { wanted_ = columns; }
 

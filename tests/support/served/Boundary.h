@@ -1,0 +1,4 @@
+// See the header of the other directory.
+#pragma once
+
+#include "tests/support/direct/Boundary.h"
