@@ -83,6 +83,8 @@ TEST(Variant, ArraysKeepTheirTypeAndBounds) {
   EXPECT_THROW(longs.ToArray<float>(), Fault);
   EXPECT_THROW(Variant(5).ToArray<std::int32_t>(), Fault);
   EXPECT_EQ(Variant(std::vector<float>()).ToArray<float>().Count(), 0);
+  EXPECT_EQ(Variant(std::vector<float>{1}).ToArray<float>().LowerBound(), 0);
+  EXPECT_EQ(Variant(std::vector<std::int32_t>{1}).ToArray<std::int32_t>().LowerBound(), 0);
   constexpr std::int32_t Top = std::numeric_limits<std::int32_t>::max();
   EXPECT_THROW(Variant(std::vector<float>{1, 2}, Top).ToArray<float>(), Fault);
 }

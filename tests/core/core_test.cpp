@@ -127,11 +127,13 @@ TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
   RUN(core.PortNumber(-1));
   lower->On(DispId::TimeOutValue, 1234);
   RUN(core.TimeOutValue());
-  const std::array<OrvexValue, 9> results{{{},
+  const std::array<OrvexValue, 11> results{{{},
                                            {ORVEX_I2, 0, 0, {.i2 = -2}},
                                            {ORVEX_R4, 0, 0, {.r4 = 2.5f}},
                                            {ORVEX_R8, 0, 0, {.r8 = 3e9}},
                                            {ORVEX_BOOLEAN, 0, 0, {.boolean = -1}},
+                                           {ORVEX_BOOLEAN, 0, 0, {.boolean = 0}},
+                                           {ORVEX_BOOLEAN, 0, 0, {.boolean = 1}},
                                            Text("8080"),
                                            Text("7"),
                                            Text(""),
@@ -146,7 +148,7 @@ TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
 }
 
 TEST_F(CoreTest, PresetsThePortFromItsSetting) {
-  for (const char* port : {"8193", " 8194.4 ", "0", "-5", "many", "99999999999", ""}) {
+  for (const char* port : {"8193", " 8194.4 ", "1", "0", "-5", "many", "99999999999", ""}) {
     StoreSetting("PortNumber", port);
     Say(port);
     RUN(Core([this] { return lower; }).ObjectID());
@@ -197,6 +199,7 @@ TEST_F(CoreTest, StandsWithoutALowerCoreObjectAndTriesAgain) {
   RUN(late->DataTable());
   available = true;
   RUN(late->Connect("robot"));
+  RUN(late.emplace([]() -> std::shared_ptr<Dispatch> { throw std::bad_alloc(); }).ObjectID());
   Say("an empty factory: never the installed component instead");
   RUN(late.emplace(DispatchFactory()).Connect("robot"));
   Expect(R"(
@@ -208,10 +211,12 @@ late->DataTable() -> empty
 late->Connect("robot") -> true
     calls 62 SetClientID(I2& 1031 x1); 65 Reset; put 1 HostName(text robot); 11 Connect
     |[Core.Connect] ID=3, Create LibCore|
+late.emplace([]() -> std::shared_ptr<Dispatch> { throw std::bad_alloc(); }).ObjectID() -> 4
+    |[Core.Class_initialize] ID=4, Err Out of memory|
 
 -- an empty factory: never the installed component instead
 late.emplace(DispatchFactory()).Connect("robot") -> false
-    |[Core.Class_initialize] ID=4, Err Object variable not set|
+    |[Core.Class_initialize] ID=5, Err Object variable not set|
 )");
 }
 
