@@ -20,14 +20,16 @@ constexpr Clock::Milliseconds LongestSleep = 20ms;
 
 Clock::Clock(Cell& cell) : network_(cell.Simulated()), fast_(cell.Options().fast) {}
 
-Clock::Milliseconds Clock::Now() const {
-  if (fast_) return cellTime_;
+Clock::Milliseconds Clock::Passed() const {
   return std::chrono::floor<Milliseconds>(std::chrono::steady_clock::now() - start_);
 }
 
-Clock::WallTime Clock::Wall() const {
-  if (fast_) return FastStart + cellTime_;
-  return std::chrono::floor<Milliseconds>(std::chrono::system_clock::now());
+std::chrono::steady_clock::time_point Clock::Now() const {
+  return fast_ ? start_ + cellTime_ : std::chrono::steady_clock::now();
+}
+
+std::chrono::system_clock::time_point Clock::Wall() const {
+  return fast_ ? FastStart + cellTime_ : std::chrono::system_clock::now();
 }
 
 void Clock::AdvanceCell(Milliseconds until) {
@@ -36,11 +38,11 @@ void Clock::AdvanceCell(Milliseconds until) {
   cellTime_ += step;
 }
 
-void Clock::SleepUntil(Milliseconds when) {
-  if (fast_) return AdvanceCell(when);
+void Clock::SleepUntil(std::chrono::steady_clock::time_point when) {
+  if (fast_) return AdvanceCell(std::chrono::ceil<Milliseconds>(when - start_));
   while (Now() < when && !platform::Interrupted()) {
-    platform::Sleep(std::min(when - Now(), LongestSleep));
-    AdvanceCell(Now());
+    platform::Sleep(std::min(std::chrono::ceil<Milliseconds>(when - Now()), LongestSleep));
+    AdvanceCell(Passed());
   }
 }
 

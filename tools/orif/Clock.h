@@ -3,28 +3,31 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
-#include "tools/orif/Session.h"
+#include "live/Clock.h"
+#include "tools/orif/Cell.h"
 
 namespace orif::tool {
 
-class Clock {
+class Clock : public live::Clock {
  public:
   using Milliseconds = std::chrono::milliseconds;
   using WallTime = std::chrono::sys_time<Milliseconds>;
 
   explicit Clock(Cell& cell);
 
-  /// Time since the clock was made; never goes back. Asking does not move simulated time.
-  Milliseconds Now() const;
+  /// Never goes back. Asking does not move simulated time.
+  std::chrono::steady_clock::time_point Now() const override;
 
   /// Date and time in UTC. With --fast it starts at a fixed date, so that two runs are alike.
-  WallTime Wall() const;
+  std::chrono::system_clock::time_point Wall() const override;
 
   /// Waits until Now() reaches `when` or the user interrupts.
-  void SleepUntil(Milliseconds when);
+  void SleepUntil(std::chrono::steady_clock::time_point when);
 
  private:
+  Milliseconds Passed() const;
   void AdvanceCell(Milliseconds until);
 
   sim::Network* network_;

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "live/Name.h"
 #include "simulator/served/Address.h"
 #include "tools/orif/Commands.h"
-#include "tools/orif/Nearest.h"
 #include "tools/orif/SimulatedCell.h"
 
 namespace orif::tool {
@@ -311,8 +311,9 @@ void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments
   std::vector<std::string> commands;
   for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
   if (std::ranges::find(commands, arguments.front()) != commands.end()) return;
-  throw Error(Exit::Usage, "there is no command " + arguments.front() + "; nearest is " +
-                               Nearest(arguments.front(), commands) + " (orif --help lists them)");
+  const auto near = live::Nearest(arguments.front(), commands);
+  throw Error(Exit::Usage, "there is no command " + arguments.front() +
+                               (near ? "; nearest is " + *near : "") + " (orif --help lists them)");
 }
 
 }  // namespace

@@ -6,11 +6,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "tools/orif/Cell.h"
 #include "tools/orif/Poll.h"
-#include "tools/orif/Session.h"
 #include "tools/orif/plot/Picture.h"
 #include "tools/orif/recording/Recorder.h"
 
@@ -37,6 +38,10 @@ struct WriteOptions {
   bool yes = false;
 };
 void Write(const WriteOptions& options);
+
+/// Shows what the controller has and what it will have, asks unless `yes`, and writes. Throws an
+/// Error that tells what was written.
+void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments, bool yes);
 
 struct RecordOptions {
   Connection connection;

@@ -29,22 +29,24 @@ bool IsZero(const Value& value) {
 
 class Painter {
  public:
-  explicit Painter(const Readout& readout) : readout_(readout) {
-    for (std::size_t i = 0; i < readout.Items().size(); ++i) {
+  explicit Painter(const live::Controller& controller) : controller_(controller) {
+    for (std::size_t i = 0; i < controller.Items().size(); ++i) {
       labelWidth_ = std::max(labelWidth_, Label(i).size());
     }
   }
 
   std::vector<Line> Paint() {
-    for (std::size_t i = 0; i < readout_.Items().size(); ++i) {
-      const Designation& designation = DesignationOf(i);
+    for (std::size_t i = 0; i < controller_.Items().size(); ++i) {
+      const live::Name& name = NameOf(i);
       if (InRun(i)) {
-        if (readout_.Items()[i].name == designation.ItemName(designation.first)) PaintBits(i);
-      } else if (designation.Is() == Kind::Task) {
+        if (controller_.Items()[i].name == name.Item(name.first)) PaintBits(i);
+      } else if (ItemAt(i).count == 1) {
+        PaintPlain(i);
+      } else if (name.Is() == live::Kind::Task) {
         PaintTask(i);
-      } else if (designation.Is() == Kind::Alarm) {
+      } else if (name.Is() == live::Kind::Alarm) {
         PaintAlarm(i);
-      } else if (ColumnAt(i, 0).field == "X") {
+      } else if (TagAt(i, 0).field == "X") {
         PaintPosition(i);
       } else {
         PaintPlain(i);
@@ -54,28 +56,22 @@ class Painter {
   }
 
  private:
-  const ItemColumns& ItemAt(std::size_t i) const { return readout_.Items()[i]; }
-  const Column& ColumnAt(std::size_t i, std::size_t field) const {
-    return readout_.Columns()[ItemAt(i).first + field];
+  const live::Item& ItemAt(std::size_t i) const { return controller_.Items()[i]; }
+  const live::Tag& TagAt(std::size_t i, std::size_t field) const {
+    return controller_.Tags()[ItemAt(i).first + field];
   }
-  const Value& ValueAt(std::size_t i, std::size_t field) const {
-    return readout_.Values()[ItemAt(i).first + field];
-  }
-  const Designation& DesignationOf(std::size_t i) const {
-    return readout_.Designations()[ItemAt(i).designation];
-  }
+  const Value& ValueAt(std::size_t i, std::size_t field) const { return TagAt(i, field).value; }
+  const live::Name& NameOf(std::size_t i) const { return controller_.Names()[ItemAt(i).named]; }
 
   // Several bits without comments are shown as a run.
   bool InRun(std::size_t i) const {
-    const Designation& designation = DesignationOf(i);
-    return designation.Is() == Kind::Bit && designation.first != designation.last &&
+    const live::Name& name = NameOf(i);
+    return name.Is() == live::Kind::Bit && name.first != name.last && name.field.empty() &&
            ItemAt(i).count == 1;
   }
   std::string Label(std::size_t i) const {
-    if (!InRun(i)) return ItemAt(i).name;
-    const Designation& run = DesignationOf(i);
-    return std::string(run.symbol->name) + "[" + std::to_string(run.first) + "-" +
-           std::to_string(run.last) + "]";
+    if (InRun(i)) return NameOf(i).Canonical();
+    return ItemAt(i).count == 1 ? TagAt(i, 0).name : ItemAt(i).name;
   }
 
   Line& Begin(const std::string& label) {
@@ -88,7 +84,7 @@ class Painter {
 
   std::size_t IndexOf(std::size_t i, std::string_view field) const {
     std::size_t index = 0;
-    while (ColumnAt(i, index).field != field) ++index;
+    while (TagAt(i, index).field != field) ++index;
     return index;
   }
   const Value& ValueOf(std::size_t i, std::string_view field) const {
@@ -120,7 +116,7 @@ class Painter {
   void PaintBits(std::size_t i) {
     constexpr std::size_t Tens = 10;
     constexpr std::size_t InLine = 40;
-    const Designation& run = DesignationOf(i);
+    const live::Name& run = NameOf(i);
     const auto count = static_cast<std::size_t>(run.last - run.first) + 1;
     for (std::size_t bit = 0; bit < count; ++bit) {
       if (bit % InLine == 0) Begin(bit == 0 ? Label(i) : "");
@@ -167,17 +163,16 @@ class Painter {
     bool begun = false;
     const auto begin = [&]() -> Line& { return Begin(std::exchange(begun, true) ? "" : Label(i)); };
     for (const Row& row : Rows) {
-      const auto values =
-          readout_.Values().begin() + static_cast<std::ptrdiff_t>(ItemAt(i).first + row.first);
-      if (!IsSet(*values)) continue;
-      if (row.extended && std::all_of(values, values + 3, IsZero)) continue;
+      const auto tags = controller_.Tags().subspan(ItemAt(i).first + row.first, 3);
+      if (!IsSet(tags.front().value)) continue;
+      if (row.extended && std::ranges::all_of(tags, IsZero, &live::Tag::value)) continue;
       const bool first = !begun;
       Line& line = begin();
       for (std::size_t field = row.first; field < row.first + 3; ++field) {
-        line.push_back({(field > row.first ? "  " : "") + Left(ColumnAt(i, field).field, 2), {}});
+        line.push_back({(field > row.first ? "  " : "") + Left(TagAt(i, field).field, 2), {}});
         line.push_back(Shown(i, field, Right(Fixed(ValueAt(i, field)), NumberWidth - 1)));
       }
-      line.push_back({" " + Left(ColumnAt(i, row.first).unit, 3), {}});
+      line.push_back({" " + Left(TagAt(i, row.first).unit, 3), {}});
       if (first) AddFrames(line, i);
       if (row.first == 3) {
         line.push_back({"  config ", {}});
@@ -190,7 +185,7 @@ class Painter {
       AddFrames(line, i);
     }
     const std::size_t last = ItemAt(i).count - 1;
-    const bool commented = ColumnAt(i, last).field == "comment";
+    const bool commented = TagAt(i, last).field == "comment";
     if (commented && ValueAt(i, last) != Value(std::string())) AddComment(Begin(""), i);
   }
 
@@ -201,14 +196,14 @@ class Painter {
     line.push_back(ShownField(i, "UT"));
   }
 
-  const Readout& readout_;
+  const live::Controller& controller_;
   std::size_t labelWidth_ = 0;
   std::vector<Line> lines_;
 };
 
 }  // namespace
 
-std::vector<Line> Layout(const Readout& readout) { return Painter(readout).Paint(); }
+std::vector<Line> Layout(const live::Controller& controller) { return Painter(controller).Paint(); }
 
 std::string PlainText(const Line& line) {
   std::string text;

@@ -1,5 +1,6 @@
-// How a Readout is laid out on a screen: a line for a number, a text or a task, several lines for a
-// position, runs of bits in tens. read prints it once, watch keeps painting it in place.
+// How the values of a controller are laid out on a screen: a line for a number, a text or a task,
+// several lines for a position, runs of bits in tens. read prints it once, watch keeps painting it
+// in place.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/orif/Readout.h"
+#include "tools/orif/Column.h"
 
 namespace orif::tool {
 
@@ -19,7 +20,7 @@ struct Segment {
 
 using Line = std::vector<Segment>;
 
-std::vector<Line> Layout(const Readout& readout);
+std::vector<Line> Layout(const live::Controller& controller);
 
 /// The line as text, without trailing blanks.
 std::string PlainText(const Line& line);

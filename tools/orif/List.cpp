@@ -14,44 +14,38 @@ using Texts = std::vector<std::string>;
 /// One entry: its values by field.
 class Entry {
  public:
-  Entry(const Readout& readout, const ItemColumns& item)
-      : columns_(std::span(readout.Columns()).subspan(item.first, item.count)),
-        values_(std::span(readout.Values()).subspan(item.first, item.count)) {}
+  Entry(const live::Controller& controller, const live::Item& item)
+      : tags_(controller.Tags().subspan(item.first, item.count)) {}
 
   bool IsThere() const {
-    return std::ranges::any_of(
-        values_, [](const Value& value) { return !std::holds_alternative<std::monostate>(value); });
+    return std::ranges::any_of(tags_, [](const live::Tag& tag) { return !tag.value.IsEmpty(); });
   }
 
   std::string Text(std::string_view field) const {
-    const auto column = std::ranges::find(columns_, field, &Column::field);
-    const Value& value = values_[static_cast<std::size_t>(column - columns_.begin())];
+    const Value& value = std::ranges::find(tags_, field, &live::Tag::field)->value;
     return field == "state" ? TaskStateText(value) : TableText(value);
   }
 
   Texts Titles() const {
     Texts titles;
-    std::ranges::transform(columns_, std::back_inserter(titles), &Column::field);
+    std::ranges::transform(tags_, std::back_inserter(titles), &live::Tag::field);
     return titles;
   }
 
   Texts CsvTexts() const {
     Texts texts;
-    std::ranges::transform(values_, std::back_inserter(texts), CsvText);
+    std::ranges::transform(tags_, std::back_inserter(texts), CsvText, &live::Tag::value);
     return texts;
   }
 
   Json ToJson() const {
     Json json = Json::object();
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-      json[columns_[i].field] = tool::ToJson(values_[i]);
-    }
+    for (const live::Tag& tag : tags_) json[tag.field] = tool::ToJson(tag.value);
     return json;
   }
 
  private:
-  std::span<const Column> columns_;
-  std::span<const Value> values_;
+  std::span<const live::Tag> tags_;
 };
 
 void PrintTable(const std::vector<Entry>& entries, std::span<const ListColumn> columns) {
@@ -75,14 +69,14 @@ void PrintTable(const std::vector<Entry>& entries, std::span<const ListColumn> c
 
 }  // namespace
 
-void PrintList(const Readout& readout, const std::string& format,
+void PrintList(const live::Controller& controller, const std::string& format,
                std::span<const ListColumn> columns, const std::string& none) {
   std::vector<Entry> entries;
-  for (const ItemColumns& item : readout.Items()) {
-    if (const Entry entry(readout, item); entry.IsThere()) entries.push_back(entry);
+  for (const live::Item& item : controller.Items()) {
+    if (const Entry entry(controller, item); entry.IsThere()) entries.push_back(entry);
   }
   if (format == "csv") {
-    std::cout << CsvLine(Entry(readout, readout.Items().front()).Titles());
+    std::cout << CsvLine(Entry(controller, controller.Items().front()).Titles());
     for (const Entry& entry : entries) std::cout << CsvLine(entry.CsvTexts());
   } else if (format == "json") {
     Json json = Json::array();

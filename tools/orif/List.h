@@ -1,10 +1,10 @@
-// Prints lists of tasks and alarms: a Readout whose items all have the same fields.
+// Prints lists of tasks and alarms: items that all have the same fields.
 #pragma once
 
 #include <span>
 #include <string>
 
-#include "tools/orif/Readout.h"
+#include "tools/orif/Column.h"
 
 namespace orif::tool {
 
@@ -16,7 +16,7 @@ struct ListColumn {
 
 /// Prints the entries that exist, as "table" with the given columns or as "csv" or "json" with all
 /// fields. A table without entries is the text `none`.
-void PrintList(const Readout& readout, const std::string& format,
+void PrintList(const live::Controller& controller, const std::string& format,
                std::span<const ListColumn> columns, const std::string& none);
 
 }  // namespace orif::tool

@@ -1,78 +1,54 @@
 #include "tools/orif/Poll.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "tools/orif/Error.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {
 namespace {
 
-using namespace std::chrono_literals;
-using Milliseconds = Pace::Milliseconds;
-
-/// How long to wait before a lost link is tried again.
-constexpr Milliseconds RetryAfter = 1s;
+live::Settings With(live::Settings settings, const std::shared_ptr<Clock>& clock) {
+  settings.clock = clock;
+  return settings;
+}
 
 }  // namespace
 
-Poll::Poll(Cell& cell, std::vector<Designation> designations, const Pace& pace)
-    : cell_(cell),
-      clock_(cell),
-      designations_(std::move(designations)),
+Poll::Poll(Cell& cell, const std::vector<std::string>& items, const Pace& pace)
+    : clock_(std::make_shared<Clock>(cell)),
+      controller_(With(cell.Settings(items), clock_)),
       pace_(pace),
-      live_(std::make_unique<Live>(cell_, designations_)) {
+      turns_(pace.every) {
   platform::CatchInterrupt();
+  if (!controller_.Connect() && !pace_.wait) throw NoConnection(controller_);
 }
 
 std::optional<Link> Poll::Next() {
-  if (!WaitUntilDue()) return {};
-  began_ = clock_.Now();
-  wall_ = clock_.Wall();
-  const Link link = lost_ ? ConnectAnew() : Refresh();
-  took_ = clock_.Now() - began_;
-  ++refreshes_;
-  return link;
-}
+  const auto due = turns_.Next(clock_->Now(), !lost_);
+  if (!start_) start_ = due;
+  const auto sinceStart = std::chrono::floor<Pace::Milliseconds>(due - *start_);
+  if ((pace_.length && sinceStart >= *pace_.length) || (pace_.count && refreshes_ >= *pace_.count))
+    return {};
+  clock_->SleepUntil(due);
+  if (platform::Interrupted()) return {};
 
-bool Poll::WaitUntilDue() {
-  if (turn_ < 0) start_ = clock_.Now();
-  const std::int64_t next = turn_ + 1;
-  turn_ = std::max<std::int64_t>(next, (clock_.Now() - start_) / pace_.every);
-  const Milliseconds due = turn_ * pace_.every;
-  if ((pace_.length && due >= *pace_.length) || (pace_.count && refreshes_ >= *pace_.count))
-    return false;
-  if (!lost_) skipped_ += turn_ - next;
-  clock_.SleepUntil(start_ + due);
-  return !platform::Interrupted();
-}
-
-Link Poll::Refresh() {
-  if (live_->readout.Read()) return Link::Up;
-  if (refreshes_ == 0) throw live_->session.Refusal("the values cannot be read");
-  // The controller may allow one connection only: end this one before the next begins.
-  live_->session.Core().Disconnect();
-  lost_ = true;
-  retryAt_ = began_ + RetryAfter;
-  ++gaps_;
-  return Link::Lost;
-}
-
-Link Poll::ConnectAnew() {
-  if (began_ < retryAt_) return Link::StillLost;
-  try {
-    auto live = std::make_unique<Live>(cell_, designations_);
-    if (live->readout.Read()) {
-      live_ = std::move(live);
-      lost_ = false;
-      return Link::Back;
-    }
-  } catch (const Error&) {
-    // Not back yet. The trail has the reason.
+  const auto began = clock_->Now();
+  began_ = std::chrono::floor<Pace::Milliseconds>(began - *start_);
+  wall_ = std::chrono::floor<Pace::Milliseconds>(clock_->Wall());
+  const bool first = refreshes_++ == 0;
+  const bool good = controller_.Refresh();
+  took_ = std::chrono::floor<Pace::Milliseconds>(clock_->Now() - began);
+  if (first && !pace_.wait) {
+    if (!good) throw Refusal("the values cannot be read", controller_.LastReason());
+    RefuseIfAllAre(controller_);
   }
-  retryAt_ = clock_.Now() + RetryAfter;
-  return Link::StillLost;
+  const bool wasLost = std::exchange(lost_, !good);
+  if (!good) {
+    if (!wasLost && read_) ++gaps_;
+    return wasLost || !read_ ? Link::StillLost : Link::Lost;
+  }
+  const bool back = std::exchange(read_, true) && wasLost;
+  return back ? Link::Back : Link::Up;
 }
 
 }  // namespace orif::tool

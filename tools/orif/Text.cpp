@@ -52,6 +52,12 @@ std::string TableText(const Value& value) {
                     value);
 }
 
+std::string Joined(std::span<const std::string> texts) {
+  std::string joined;
+  for (const std::string& text : texts) joined += (joined.empty() ? "" : "; ") + text;
+  return joined;
+}
+
 std::string Counted(std::int64_t count, std::string_view word) {
   return std::to_string(count) + ' ' + std::string(word) + (count == 1 ? "" : "s");
 }

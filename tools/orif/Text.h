@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/orif/Readout.h"
+#include "tools/orif/Column.h"
 
 namespace orif::tool {
 
@@ -36,6 +36,9 @@ std::string RealText(float value);
 
 /// The 64-bit real that RealText parses to: 0.1, not 0.100000001490116.
 double Widened(float value);
+
+/// The texts with "; " between them.
+std::string Joined(std::span<const std::string> texts);
 
 /// "1 row", "2 rows".
 std::string Counted(std::int64_t count, std::string_view word);

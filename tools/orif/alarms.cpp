@@ -3,9 +3,9 @@
 #include <map>
 #include <string>
 
+#include "tools/orif/Cell.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/List.h"
-#include "tools/orif/Readout.h"
 
 namespace orif::tool {
 namespace {
@@ -22,13 +22,12 @@ constexpr auto AlarmColumns = std::to_array<ListColumn>({{"TIME", "time"},
 void ShowAlarms(const AlarmOptions& options) {
   static const std::map<std::string, std::string> letters{
       {"active", ""}, {"history", "E"}, {"password", "P"}};
-  const auto alarms = ParseDesignation("ALM[" + letters.at(options.list) + "1-" +
-                                       std::to_string(options.count) + "]");
+  const auto alarms =
+      ("ALM[" + letters.at(options.list) + "1-" + std::to_string(options.count) + "]");
   Cell cell(options.connection);
-  Session session(cell);
-  Readout readout(session, {alarms});
-  if (!readout.Read()) throw session.Refusal("the alarms could not be read");
-  PrintList(readout, options.format, AlarmColumns, "no alarms");
+  Controller controller(cell.Settings({alarms}));
+  ReadOnce(controller);
+  PrintList(controller, options.format, AlarmColumns, "no alarms");
 }
 
 }  // namespace orif::tool

@@ -1,35 +1,35 @@
 // "orif read": shows items once, as a table, as CSV or as JSON.
-#include <algorithm>
 #include <iostream>
+#include <utility>
 
+#include "tools/orif/Cell.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/Json.h"
 #include "tools/orif/Layout.h"
-#include "tools/orif/Readout.h"
 #include "tools/orif/Text.h"
 
 namespace orif::tool {
 namespace {
 
-void PrintCsv(const Readout& readout) {
+void PrintCsv(const live::Controller& controller) {
   std::vector<std::string> names;
-  std::ranges::transform(readout.Columns(), std::back_inserter(names), &Column::name);
   std::vector<std::string> values;
-  std::ranges::transform(readout.Values(), std::back_inserter(values), CsvText);
+  for (const live::Tag& tag : controller.Tags()) {
+    names.push_back(tag.name);
+    values.push_back(CsvText(tag.value));
+  }
   std::cout << CsvLine(names) << CsvLine(values);
 }
 
 // An item with one value is that value; any other is an object of its fields.
-void PrintJson(const Readout& readout) {
+void PrintJson(const live::Controller& controller) {
   Json json = Json::object();
-  for (const ItemColumns& item : readout.Items()) {
-    for (std::size_t i = item.first; i < item.first + item.count; ++i) {
-      const std::string& field = readout.Columns()[i].field;
-      Json value = ToJson(readout.Values()[i]);
+  for (const live::Item& item : controller.Items()) {
+    for (const live::Tag& tag : controller.Tags().subspan(item.first, item.count)) {
       if (item.count == 1) {
-        json[item.name] = std::move(value);
+        json[tag.name] = ToJson(tag);
       } else {
-        json[item.name][field.empty() ? "value" : field] = std::move(value);
+        json[item.name][tag.field.empty() ? "value" : tag.field] = ToJson(tag);
       }
     }
   }
@@ -39,14 +39,21 @@ void PrintJson(const Readout& readout) {
 }  // namespace
 
 void Read(const ReadOptions& options) {
-  const auto designations = ParseDesignations(options.items);
-  Cell cell(options.connection);
-  Session session(cell);
-  Readout readout(session, designations, options.comments);
-  if (!readout.Read()) throw session.Refusal("the values could not be read");
-  if (options.format == "csv") return PrintCsv(readout);
-  if (options.format == "json") return PrintJson(readout);
-  for (const Line& line : Layout(readout)) std::cout << PlainText(line) << '\n';
+  const Cell cell(options.connection);
+  live::Settings settings = cell.Settings(options.items);
+  settings.comments = options.comments;
+  Controller controller(std::move(settings));
+  ReadOnce(controller);
+  if (options.format == "csv") {
+    PrintCsv(controller);
+  } else if (options.format == "json") {
+    PrintJson(controller);
+  } else {
+    for (const Line& line : Layout(controller)) std::cout << PlainText(line) << '\n';
+  }
+  if (const auto refused = RefusedItems(controller); !refused.empty()) {
+    throw Error(Exit::Refused, "the controller refuses " + Joined(refused));
+  }
 }
 
 }  // namespace orif::tool

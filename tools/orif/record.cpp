@@ -1,7 +1,9 @@
 // "orif record": writes the values of items to a file, a row for each refresh.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <iostream>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +17,7 @@
 namespace orif::tool {
 namespace {
 
-std::string Joined(const std::vector<std::string>& words) {
+std::string Words(const std::vector<std::string>& words) {
   std::string text;
   for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
   return text;
@@ -50,17 +52,21 @@ std::string Summary(const RecordOptions& options, const Poll& poll, const Record
 
 void Record(const RecordOptions& options) {
   CheckRecordingTarget(options.target);
-  const std::vector<Designation> items = ParseDesignations(options.items);
   Cell cell(options.connection);
-  Poll poll(cell, items, options.pace);
-  Recorder recorder(options.target, poll.Values().Columns(),
-                    {cell.Host(), Joined(options.items), options.pace.every});
+  Poll poll(cell, options.items, options.pace);
+  Recorder recorder(options.target, ColumnsOf(poll.Values()),
+                    {cell.Host(), Words(options.items), options.pace.every});
+  std::vector<Value> values;
   {
     Progress progress;
     while (const std::optional<Link> link = poll.Next()) {
       RecordedRow row{poll.Wall(), poll.SinceStart(), *link, {}};
       const bool lost = IsLost(*link);
-      if (!lost) row.values = poll.Values().Values();
+      if (!lost) {
+        values.clear();
+        std::ranges::transform(poll.Values().Tags(), std::back_inserter(values), &live::Tag::value);
+        row.values = values;
+      }
       if (*link != Link::StillLost) recorder.Add(row);
       progress.Show(Fraction(options.pace, poll.SinceStart(), recorder.Rows()), poll.SinceStart(),
                     RowsAndRate(recorder.Rows(), poll.SinceStart()) +

@@ -2,9 +2,9 @@
 #include <array>
 #include <string>
 
+#include "tools/orif/Cell.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/List.h"
-#include "tools/orif/Readout.h"
 
 namespace orif::tool {
 namespace {
@@ -15,14 +15,12 @@ constexpr auto TaskColumns = std::to_array<ListColumn>(
 }  // namespace
 
 void ShowTasks(const TaskOptions& options) {
-  const auto tasks =
-      ParseDesignation(std::string("PRG[") + (options.noMacros ? "M" : "") +
-                       (options.noVelto ? "V" : "") + "1-" + std::to_string(options.count) + "]");
+  const auto tasks = (std::string("PRG[") + (options.noMacros ? "M" : "") +
+                      (options.noVelto ? "V" : "") + "1-" + std::to_string(options.count) + "]");
   Cell cell(options.connection);
-  Session session(cell);
-  Readout readout(session, {tasks});
-  if (!readout.Read()) throw session.Refusal("the tasks could not be read");
-  PrintList(readout, options.format, TaskColumns, "no tasks");
+  Controller controller(cell.Settings({tasks}));
+  ReadOnce(controller);
+  PrintList(controller, options.format, TaskColumns, "no tasks");
 }
 
 }  // namespace orif::tool

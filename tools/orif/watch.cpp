@@ -15,23 +15,13 @@
 namespace orif::tool {
 namespace {
 
-/// Which values have changed since the last refresh.
-class Changes {
- public:
-  /// `atFirst`: whether all values of the first refresh count as changed.
-  explicit Changes(bool atFirst) : atFirst_(atFirst) {}
-
-  std::vector<bool> Note(const std::vector<Value>& values) {
-    std::vector<bool> changed(values.size(), atFirst_);
-    for (std::size_t i = 0; i < before_.size(); ++i) changed[i] = values[i] != before_[i];
-    before_ = values;
-    return changed;
-  }
-
- private:
-  bool atFirst_;
-  std::vector<Value> before_;
-};
+// Which values have changed. On a terminal those of the first refresh have not.
+std::vector<bool> ChangedIn(const live::Controller& controller, bool none) {
+  std::vector<bool> changed(controller.Tags().size());
+  if (none) return changed;
+  for (const std::size_t index : controller.Changed()) changed[index] = true;
+  return changed;
+}
 
 std::string Status(const Cell& cell, const Poll& poll, Link link) {
   std::string text = cell.Host() + "  " + Iso8601(poll.Wall()) + "  ";
@@ -48,27 +38,27 @@ void PrintLine(const Poll& poll, Link link, const std::vector<bool>& changed) {
   if (link == Link::Back) std::cout << " link back";
   for (std::size_t i = 0; i < changed.size(); ++i)
     if (changed[i])
-      std::cout << ' ' << poll.Values().Columns()[i].name << '='
-                << TableText(poll.Values().Values()[i]);
+      std::cout << ' ' << poll.Values().Tags()[i].name << '='
+                << TableText(poll.Values().Tags()[i].value);
   std::cout << std::endl;
 }
 
 }  // namespace
 
 void Watch(const WatchOptions& options) {
-  const std::vector<Designation> items = ParseDesignations(options.items);
   Cell cell(options.connection);
-  Poll poll(cell, items, options.pace);
+  Poll poll(cell, options.items, options.pace);
   std::optional<Screen> screen;
-  if (platform::IsTerminal(platform::Stream::Output)) screen.emplace();
-  Changes changes(!screen);
   while (const std::optional<Link> link = poll.Next()) {
-    std::vector<bool> changed(poll.Values().Columns().size());
-    if (!IsLost(*link)) changed = changes.Note(poll.Values().Values());
+    const bool first = !screen && platform::IsTerminal(platform::Stream::Output);
+    if (first) screen.emplace();
+    const bool none = IsLost(*link) || first;
+    const std::vector<bool> changed = ChangedIn(poll.Values(), none);
     if (screen)
       screen->Paint(Layout(poll.Values()), changed, Status(cell, poll, *link));
     else
       PrintLine(poll, *link, changed);
+    if (!std::cout) throw Error(Exit::Usage, "the output cannot be written");
   }
   if (!screen) return;
   // Leave the last values on the terminal.

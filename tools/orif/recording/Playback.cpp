@@ -14,9 +14,9 @@
 #include <utility>
 #include <vector>
 
+#include "live/Name.h"
 #include "simulator/Demo.h"
 #include "simulator/Words.h"
-#include "tools/orif/Designation.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/Recording.h"
@@ -227,7 +227,7 @@ sim::SignalKind SignalOf(std::string_view symbol) {
   return kinds.at(symbol);
 }
 
-PlayedItem::Put PutSignal(const Designation& what) {
+PlayedItem::Put PutSignal(const live::Name& what) {
   constexpr std::int32_t SecondBlock = 11000;
   sim::SignalKind kind = SignalOf(what.symbol->name);
   std::int32_t number = what.first;
@@ -346,31 +346,31 @@ class Player {
       item.put = position ? PutVariable(item) : PutPlainVariable(item);
       return;
     }
-    const Designation what = ParseDesignation(item.name);
+    const live::Name what = live::ParseName(item.name);
     const bool whole = item.fields.size() == 1 && item.fields[0].empty();
-    const bool list = what.Is() == Kind::Task || what.Is() == Kind::Alarm;
-    const bool parts = what.Is() == Kind::PosReg || what.Is() == Kind::CurPos;
+    const bool list = what.Is() == live::Kind::Task || what.Is() == live::Kind::Alarm;
+    const bool parts = what.Is() == live::Kind::PosReg || what.Is() == live::Kind::CurPos;
     if (what.first != what.last || (!list && !(parts ? position : whole))) {
       throw Unfit("it is not as record writes it");
     }
     const std::int32_t index = what.first;
     switch (what.Is()) {
-      case Kind::NumReg:
+      case live::Kind::NumReg:
         item.put = PutRegister(item, Room(capacity_.numericRegisters, index));
         break;
-      case Kind::StringReg:
+      case live::Kind::StringReg:
         Room(capacity_.stringRegisters, index);
         item.put = [index](Controller& robot, Fields values) {
           robot.StringRegister(index) = Short(values[0], TextBytes);
         };
         break;
-      case Kind::PosReg:
+      case live::Kind::PosReg:
         Room(capacity_.positionRegisters, index);
         item.put = [fields = item.fields, what](Controller& robot, Fields values) {
           robot.PositionRegister(what.group, what.first) = PositionOf(fields, values);
         };
         break;
-      case Kind::CurPos:
+      case live::Kind::CurPos:
         if (!frames_.insert(what.group).second) {
           throw Unfit("the robot's position is recorded in more than one user frame");
         }
@@ -379,13 +379,13 @@ class Player {
           robot.CurrentPosition(group) = PositionOf(fields, values);
         };
         break;
-      case Kind::Task:
+      case live::Kind::Task:
         OneList(tasks_, what.selector);
         item.put = PutEntry(
             item, TaskFields, index, sim::Tasks::Shown,
             [](Controller & robot) -> auto& { return robot.TaskList(); });
         break;
-      case Kind::Alarm: {
+      case live::Kind::Alarm: {
         const sim::AlarmList which = what.selector == "E"   ? sim::AlarmList::History
                                      : what.selector == "P" ? sim::AlarmList::Password
                                                             : sim::AlarmList::Active;

@@ -12,10 +12,10 @@
 #include <unordered_map>
 #include <utility>
 
+#include "live/Name.h"
+#include "live/UsageError.h"
 #include "spelling/UpperCase.h"
-#include "tools/orif/Designation.h"
 #include "tools/orif/Error.h"
-#include "tools/orif/Nearest.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/CsvRows.h"
 #include "tools/orif/recording/DatabaseRecording.h"
@@ -46,9 +46,10 @@ class Columns {
   std::vector<std::size_t> Find(const std::string& name) const {
     if (std::vector<std::size_t> found = FindOne(name); !found.empty()) return found;
     std::vector<std::size_t> all;
-    const Designation items = ParseItem(name);
+    const live::Name items = ParseItem(name);
     for (std::int64_t i = items.first; i <= items.last; ++i) {
-      const std::string item = items.ItemName(static_cast<std::int32_t>(i));
+      std::string item = items.Item(static_cast<std::int32_t>(i));
+      if (!items.field.empty()) item += "." + items.field;
       const std::vector<std::size_t> found = FindOne(item);
       if (found.empty()) RefuseName(item);
       all.insert(all.end(), found.begin(), found.end());
@@ -70,10 +71,10 @@ class Columns {
     return withUnit.empty() ? item->second : withUnit;
   }
 
-  Designation ParseItem(const std::string& name) const {
+  live::Name ParseItem(const std::string& name) const {
     try {
-      return ParseDesignation(name);
-    } catch (const Error&) {
+      return live::ParseName(name);
+    } catch (const live::UsageError&) {
       RefuseName(name);
     }
   }
@@ -89,8 +90,9 @@ class Columns {
       if (items.empty() || items.back() != item) items.push_back(item);
     }
     names.insert(names.end(), items.begin(), items.end());
-    std::string text = "nothing named '" + Shortened(name) + "' was recorded; nearest is '" +
-                       Nearest(Shortened(name), names) + "' of";
+    const auto near = live::Nearest(Shortened(name), names);
+    std::string text = "nothing named '" + Shortened(name) + "' was recorded; ";
+    text += near ? "nearest is '" + *near + "' of" : "there are";
     const char* separator = " ";
     for (const std::string& item : std::span(items).first(std::min(MostShown, items.size())))
       text += std::exchange(separator, ", ") + item;

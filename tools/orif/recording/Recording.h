@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/orif/Readout.h"
+#include "tools/orif/Column.h"
 #include "tools/orif/recording/RowSource.h"
 
 namespace orif::tool {

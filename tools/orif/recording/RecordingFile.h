@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "tools/orif/Link.h"
-#include "tools/orif/Readout.h"
+#include "tools/orif/Column.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {

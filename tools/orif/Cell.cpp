@@ -1,0 +1,108 @@
+#include "tools/orif/Cell.h"
+
+#include <algorithm>
+#include <iostream>
+#include <regex>
+#include <utility>
+
+#include "simulator/served/Address.h"
+#include "simulator/served/RemoteCore.h"
+#include "tools/orif/Text.h"
+#include "tools/orif/platform/platform.h"
+
+namespace orif::tool {
+namespace {
+
+// The trail's text has no line end after its first line: the second line begins where the next time
+// and thread are found.
+void PrintTrail(std::ostream& out, const std::string& messages) {
+  const std::string trail = std::regex_replace(messages, std::regex("\r\n"), "\n");
+  if (trail.empty()) return;
+  const std::regex lineStart(R"([0-9]{1,2}[^0-9][0-9]{2}[^0-9][0-9]{2}( [^ ]+)? [0-9]+ \[)");
+  std::smatch second;
+  const std::size_t first = trail.find('[') + 1;
+  if (std::regex_search(trail.begin() + static_cast<std::ptrdiff_t>(first), trail.end(), second,
+                        lineStart)) {
+    const auto length = first + static_cast<std::size_t>(second.position());
+    out << trail.substr(0, length) << '\n' << trail.substr(length);
+  } else {
+    out << trail << '\n';
+  }
+}
+
+}  // namespace
+
+Cell::Cell(Connection connection) : connection_(std::move(connection)) {
+  if (connection_.simulate) {
+    const SimulatedCell cell = LoadSimulatedCell(*connection_.simulate);
+    network_ = cell.network;
+    if (connection_.host.empty()) connection_.host = cell.hosts.front();
+  }
+  if (connection_.host.empty()) {
+    throw Error(Exit::Usage,
+                "no controller named; say --host NAME, or --simulate for a simulated one");
+  }
+}
+
+live::Settings Cell::Settings(std::vector<std::string> tags) const {
+  live::Settings settings{.host = connection_.host,
+                          .port = connection_.port,
+                          .tags = std::move(tags),
+                          .retry = {.most = std::chrono::seconds(5)},
+                          .debugLog = connection_.trail};
+  if (connection_.timeOut) settings.timeOut = live::Milliseconds(*connection_.timeOut);
+  if (connection_.fast) settings.retry.shortened = 0;  // two runs are alike
+  if (network_) {
+    settings.factory = network_->Factory();
+  } else if (!connection_.component.empty()) {
+    settings.component = platform::ComponentName(connection_.component);
+  } else if (sim::ParseServedHost(connection_.host)) {
+    // Such a name is a simulated cell, whoever connects to it.
+    settings.factory = sim::RemoteFactory();
+  }
+  return settings;
+}
+
+Controller::Controller(live::Settings settings) : live::Controller(std::move(settings)) {}
+
+Controller::~Controller() { PrintTrail(std::cerr, DebugMessages()); }
+
+Error NoConnection(const live::Controller& controller) {
+  live::Reason reason = controller.LastReason();
+  reason.item.clear();
+  const bool withoutComponent = reason.text.starts_with("no communication component");
+  return {Exit::NoConnection,
+          withoutComponent
+              ? reason.ToText() + "; name it with --component PATH, or try --simulate"
+              : "no connection to " + controller.Settings().host + ": " + reason.ToText() +
+                    "; check --host and --port, and that the controller is on"};
+}
+
+Error Refusal(const std::string& what, const live::Reason& reason) {
+  return {Exit::Refused, what + ": " + reason.ToText()};
+}
+
+std::vector<std::string> RefusedItems(const live::Controller& controller) {
+  std::vector<std::string> texts;
+  for (const live::Tag& tag : controller.Tags()) {
+    if (tag.quality != live::Quality::Refused) continue;
+    const std::string text = tag.reason->ToText();
+    if (std::ranges::find(texts, text) == texts.end()) texts.push_back(text);
+  }
+  return texts;
+}
+
+void RefuseIfAllAre(const live::Controller& controller) {
+  const bool all = std::ranges::all_of(controller.Tags(), [](const live::Tag& tag) {
+    return tag.quality == live::Quality::Refused;
+  });
+  if (all) throw Error(Exit::Refused, "the controller refuses " + Joined(RefusedItems(controller)));
+}
+
+void ReadOnce(live::Controller& controller) {
+  if (!controller.Connect()) throw NoConnection(controller);
+  if (!controller.Refresh()) throw Refusal("the values cannot be read", controller.LastReason());
+  RefuseIfAllAre(controller);
+}
+
+}  // namespace orif::tool
