@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -345,16 +345,15 @@ class Alarms final : public ItemSource<std::shared_ptr<DataAlarm>> {
 
   // "2026-11-21 09:05:00".
   void FormatTime() {
-    constexpr auto Before = std::to_array<const char*>({"", "-", "-", " ", ":", ":"});
-    time_.clear();
+    time_.assign("0000-00-00 00:00:00");
+    constexpr auto Ends = std::to_array<std::size_t>({4, 7, 10, 13, 16, 19});
     for (std::size_t i = 0; i < date_.size(); ++i) {
-      time_ += Before[i];
-      std::array<char, 8> digits{};
-      const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), date_[i]).ptr;
-      const auto length = static_cast<std::size_t>(end - digits.data());
-      const std::size_t width = i == 0 ? 4 : 2;
-      if (length < width) time_.append(width - length, '0');
-      time_.append(digits.data(), length);
+      std::size_t at = Ends[i];
+      const std::size_t begin = i == 0 ? 0 : Ends[i - 1] + 1;
+      // What is no date at all shows the last digits of its numbers.
+      for (int rest = std::abs(date_[i]); rest > 0 && at > begin; rest /= 10) {
+        time_[--at] = static_cast<char>('0' + rest % 10);
+      }
     }
   }
 

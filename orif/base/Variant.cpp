@@ -37,7 +37,10 @@ double Variant::ToDouble() const {
       value_);
 }
 
-std::int32_t Variant::ToInt32() const { return convert::ToInt32(ToDouble()); }
+std::int32_t Variant::ToInt32() const {
+  if (const std::int32_t* value = std::get_if<std::int32_t>(&value_)) return *value;
+  return convert::ToInt32(ToDouble());
+}
 
 float Variant::ToFloat() const {
   if (const float* value = std::get_if<float>(&value_)) return *value;

@@ -68,6 +68,7 @@ void ParseRotation(const std::string& text, RecordingTarget& target) {
 }
 
 void AddPaceOptions(CLI::App& command, Pace& pace) {
+  command.add_flag("--wait", pace.wait, "Wait for a controller that is off");
   command
       .add_option_function<std::string>(
           "--every",

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/orif/Commands.h"
@@ -38,6 +39,16 @@ std::string RowsAndRate(std::int64_t rows, Pace::Milliseconds time) {
   return Counted(rows, "row") + rate.data();
 }
 
+// What happens to the link, as it happens: a line, or nothing.
+std::string Event(const Poll& poll, Link link, bool first) {
+  const std::string at = Iso8601(poll.Wall()) + " ";
+  const std::string reason = poll.Values().LastReason().ToText();
+  if (link == Link::Lost) return at + "link lost: " + reason;
+  if (link == Link::Back) return at + "link back";
+  if (link == Link::StillLost && first) return at + "waiting: " + reason;
+  return {};
+}
+
 std::string Summary(const RecordOptions& options, const Poll& poll, const Recorder& recorder) {
   std::string text = recorder.Summary();
   if (poll.Gaps() > 0) text += "; link lost " + Counted(poll.Gaps(), "time");
@@ -59,9 +70,12 @@ void Record(const RecordOptions& options) {
   std::vector<Value> values;
   {
     Progress progress;
+    bool first = true;
     while (const std::optional<Link> link = poll.Next()) {
       RecordedRow row{poll.Wall(), poll.SinceStart(), *link, {}};
       const bool lost = IsLost(*link);
+      const std::string event = Event(poll, *link, std::exchange(first, false));
+      if (!event.empty()) progress.Tell(event);
       if (!lost) {
         values.clear();
         std::ranges::transform(poll.Values().Tags(), std::back_inserter(values), &live::Tag::value);

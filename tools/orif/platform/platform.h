@@ -29,7 +29,9 @@ struct TerminalSize {
 };
 TerminalSize OutputSize();
 
-/// From now on Ctrl-C, or a request to end, is only noted and does not end the program.
+/// From now on Ctrl-C, or a request to end, is only noted and does not end the program; the second
+/// one does at once, wherever the program is. What the caller has the program ignore, such as the
+/// end of the terminal with nohup, stays ignored.
 void CatchInterrupt();
 /// Whether one has been noted.
 bool Interrupted();

@@ -21,7 +21,18 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-void NoteInterrupt(int /*signal*/) { interrupted = 1; }
+constexpr std::array Interrupts{SIGINT, SIGTERM, SIGHUP};
+
+// The second one ends the program: from the first on, those that were caught do again what they do
+// by themselves.
+void NoteInterrupt(int /*signal*/) {
+  interrupted = 1;
+  for (const int each : Interrupts) {
+    struct sigaction action {};
+    sigaction(each, nullptr, &action);
+    if (action.sa_handler == NoteInterrupt) std::signal(each, SIG_DFL);
+  }
+}
 
 [[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
 
@@ -57,7 +68,11 @@ TerminalSize OutputSize() {
 void CatchInterrupt() {
   struct sigaction action {};
   action.sa_handler = NoteInterrupt;  // without SA_RESTART: a sleep ends early
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+  for (const int signal : Interrupts) {
+    struct sigaction before {};
+    sigaction(signal, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);
+  }
 }
 
 bool Interrupted() { return interrupted != 0; }

@@ -22,7 +22,7 @@ namespace {
 std::atomic<bool> interrupted = false;
 
 BOOL WINAPI NoteInterrupt(DWORD event) {
-  interrupted = true;
+  if (interrupted.exchange(true)) return FALSE;  // the second one ends the program
   // When the window closes, the process ends as soon as this returns: give it time to finish.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) ::Sleep(INFINITE);
   return TRUE;

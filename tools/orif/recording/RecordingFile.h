@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/orif/Link.h"
 #include "tools/orif/Column.h"
+#include "tools/orif/Link.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 #include "tools/orif/platform/platform.h"
 
@@ -34,6 +35,11 @@ Progress::Progress() : terminal_(platform::IsTerminal(platform::Stream::Error)) 
 
 Progress::~Progress() {
   if (shown_) std::cerr << StartOfLine << std::flush;
+}
+
+void Progress::Tell(const std::string& line) {
+  if (std::exchange(shown_, {})) std::cerr << StartOfLine;
+  std::cerr << line << std::endl;
 }
 
 void Progress::Show(std::optional<double> fraction, std::chrono::milliseconds time,

@@ -15,6 +15,9 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
   ~Progress();
 
+  /// Prints a line to standard error that stays.
+  void Tell(const std::string& line);
+
   /// `fraction` of the recording is done, if its length is known, and took `time`. `text` follows.
   void Show(std::optional<double> fraction, std::chrono::milliseconds time,
             const std::string& text);
