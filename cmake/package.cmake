@@ -42,7 +42,7 @@ file(GLOB pictures CONFIGURE_DEPENDS docs/images/*.svg)
 file(GLOB programs CONFIGURE_DEPENDS examples/*.cpp)
 install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 install(FILES ${pictures} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs/images)
-install(FILES ${programs} DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(FILES ${programs} examples/orif-record.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # A scenario names the schema by the way there, which is another one from where it is installed.
 file(RELATIVE_PATH schema
