@@ -9,8 +9,7 @@
 void CountCycles(const std::string& host, const orif::DispatchFactory& factory) {
   orif::live::Controller cell({.host = host, .factory = factory, .tags = {"R[1-10]", "DO[1-16]"}});
   for (int cycles = 1; cycles <= 3;) {
-    if (!cell.Refresh())
-      std::cerr << cell.LastReason().ToText() << '\n';  // the next one reconnects
+    if (!cell.Refresh()) std::cerr << cell.LastReason().ToText() << '\n';  // it will reconnect
     if (cell.Write("R[1]", cycles)) ++cycles;
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }

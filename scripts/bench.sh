@@ -65,7 +65,7 @@ awk -F'|' '
     if (split($0, quoted, "\"") < 3) next
     name = quoted[2]
     if (name ~ /_(mean|median|stddev|cv)$/) next
-    sub(/\/(iterations|repeats|manual_time).*/, "", name)
+    sub(/\/(iterations|repeats|manual_time|real_time).*/, "", name)
     split(quoted[3], field, ",")
     if (quoted[3] ~ /true,/ || field[3] == "") { print "failed: " $0 > "/dev/stderr"; failed = 1; next }
     linkage = FILENAME ~ /static/ ? "static" : "shared"
