@@ -154,7 +154,7 @@ class Parser {
       numbers.emplace_back(number);
     }
     const bool groups = symbol.kind == Kind::PosReg || symbol.kind == Kind::CurPos;
-    const std::string least = symbol.kind == Kind::CurPos ? "0" : "1";
+    std::string least = symbol.kind == Kind::CurPos ? "0" : "1";
     for (std::string& number : numbers) {
       if (number.empty()) number = least;
     }

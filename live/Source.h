@@ -7,6 +7,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "live/Name.h"
@@ -31,7 +32,7 @@ struct FieldValue {
 /// One registration in a table, made anew on every connection, and the tags that it serves.
 class Source {
  public:
-  explicit Source(const Name& named) : name(named) {}
+  explicit Source(Name named) : name(std::move(named)) {}
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
   virtual ~Source() = default;

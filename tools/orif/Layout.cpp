@@ -40,16 +40,14 @@ class Painter {
       const live::Name& name = NameOf(i);
       if (InRun(i)) {
         if (controller_.Items()[i].name == name.Item(name.first)) PaintBits(i);
-      } else if (ItemAt(i).count == 1) {
+      } else if (!name.field.empty() || name.Fields().size() == 1) {
         PaintPlain(i);
+      } else if (name.IsPosition()) {
+        PaintPosition(i);
       } else if (name.Is() == live::Kind::Task) {
         PaintTask(i);
-      } else if (name.Is() == live::Kind::Alarm) {
-        PaintAlarm(i);
-      } else if (TagAt(i, 0).field == "X") {
-        PaintPosition(i);
       } else {
-        PaintPlain(i);
+        PaintAlarm(i);
       }
     }
     return std::move(lines_);

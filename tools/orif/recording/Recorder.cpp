@@ -64,7 +64,7 @@ void RemoveBegun(const std::filesystem::path& path) {
 }
 
 /// What Iso8601 wrote, as time again; empty for anything else.
-std::optional<std::chrono::sys_time<Milliseconds>> Time(const std::string& text) {
+std::optional<std::chrono::sys_time<Milliseconds>> TimeIn(const std::string& text) {
   int year = 0, hours = 0, minutes = 0, seconds = 0, milliseconds = 0;
   unsigned month = 0, day = 0;
   if (std::sscanf(text.c_str(), "%4d-%2u-%2uT%2d:%2d:%2d.%3dZ", &year, &month, &day, &hours,
@@ -222,7 +222,7 @@ void Recorder::GoOn(RecordedRow& row) {
     std::cerr << "orif: " << path_.string() << " ended with an incomplete line, which is cut off\n";
   if (earlier.count == 0) return;
   rowsInFile_ = earlier.count;
-  const auto lastTime = Time(earlier.lastTime);
+  const auto lastTime = TimeIn(earlier.lastTime);
   const Milliseconds missed = lastTime ? std::max(row.time - *lastTime, 0ms) : 0ms;
   start_ -= Milliseconds(std::llround(earlier.lastSeconds * 1000)) + missed;
   if (row.link == Link::Up) row.link = Link::Back;
