@@ -188,7 +188,7 @@ class Monitor::Self::Asked final : public Request {
 
   std::future<Result> Answer() { return promise_.get_future(); }
 
-  void CarryOut(Controller& controller) override { Give(what_(controller)); }
+  void CarryOut(Controller& robot) override { Give(what_(robot)); }
   void GiveUp() override { Give(std::move(otherwise_)); }
 
  private:
