@@ -120,7 +120,8 @@ void AddFormatOption(CLI::App& command, std::string& format) {
       ->check(CLI::IsMember({"table", "csv", "json"}));
 }
 
-void AddConnectionOptions(CLI::App& command, Connection& connection) {
+// How to reach a controller through the component. Answers the option that names the component.
+CLI::Option* AddControllerOptions(CLI::App& command, Connection& connection) {
   const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
   add(command.add_option("--host", connection.host, "Name or address of the controller"))
       ->option_text("NAME");
@@ -134,6 +135,12 @@ void AddConnectionOptions(CLI::App& command, Connection& connection) {
   CLI::Option* component = add(command.add_option(
       "--component", connection.component, "The communication component, if it is not installed"));
   component->option_text("PATH");
+  return component;
+}
+
+void AddConnectionOptions(CLI::App& command, Connection& connection) {
+  const auto add = [&](CLI::Option* option) { return option->group("Connection"); };
+  CLI::Option* component = AddControllerOptions(command, connection);
   CLI::Option* simulate = add(command.add_option(
       "--simulate", connection.simulate,
       "A simulated cell instead: a scenario (.json), a recording (.csv, .db), or none for the\n"
@@ -272,14 +279,32 @@ void AddTasksCommand(CLI::App& app) {
   command->callback([options] { ShowTasks(*options); });
 }
 
-void AddSimulateCommand(CLI::App& app) {
+void AddCheckCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
-      "simulate", "Check what describes a simulated cell, or serve it to other programs");
+      "check", "Check what describes a simulated cell, or a communication component");
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::Option* file =
+      command->add_option("cell", options->file, "A scenario (.json) or a recording (.csv, .db)");
+  file->option_text("[FILE]");
+  AddControllerOptions(*command, options->connection);
+  for (CLI::Option* option : command->get_options()) {
+    if (option->get_group() == "Connection") option->excludes(file);
+  }
+  command->footer(
+      "Without a file, the component is checked: every operation that only reads is called.\n"
+      "Nothing is written to the controller.\n\n"
+      "Examples:\n  orif check cell.json\n"
+      "  orif check --component ./libMyCommLib.so --host cell1");
+  command->callback([options] { Check(*options); });
+}
+
+void AddSimulateCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("simulate", "Serve a simulated cell to other programs, with --serve");
   const auto options = std::make_shared<SimulateOptions>();
   command
       ->add_option("cell", options->file,
-                   "A scenario (.json) or a recording (.csv, .db); to serve, none for the\n"
-                   "demonstration cell")
+                   "A scenario (.json) or a recording (.csv, .db); none for the demonstration cell")
       ->option_text("[FILE]");
   command->add_option("--serve", options->serve, "Serve the cell until Ctrl-C; its time passes")
       ->option_text("[ADDRESS:PORT]");
@@ -331,8 +356,9 @@ void RunCommandLine(int argc, char** argv) {
       "  $NAME:int|real|string|pos   system variables      PRG[1] PRG[MV1]   tasks\n"
       "  DI DO RI RO UI UO SI SO GI GO [1] or [1-16]       ALM[1] ALM[E1]    alarms\n\n"
       "Exit codes: 0 done, 1 the controller said no, 2 wrong usage, 3 no connection.");
-  for (const auto add : {AddReadCommand, AddWatchCommand, AddWriteCommand, AddRecordCommand,
-                         AddPlotCommand, AddAlarmsCommand, AddTasksCommand, AddSimulateCommand}) {
+  for (const auto add :
+       {AddReadCommand, AddWatchCommand, AddWriteCommand, AddRecordCommand, AddPlotCommand,
+        AddAlarmsCommand, AddTasksCommand, AddCheckCommand, AddSimulateCommand}) {
     add(app);
   }
   auto arguments = Arguments(argc, argv);

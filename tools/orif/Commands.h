@@ -78,11 +78,18 @@ struct TaskOptions {
 };
 void ShowTasks(const TaskOptions& options);
 
+struct CheckOptions {
+  std::string file;       ///< a scenario or a recording; or empty, then
+  Connection connection;  ///< the component, and a controller that it reaches
+};
+/// Prints what is in the file, or whether the component does what the library expects of it.
+void Check(const CheckOptions& options);
+
 struct SimulateOptions {
-  std::string file;                  ///< a scenario or a recording; DemoCell, or empty
+  std::string file;                  ///< a scenario or a recording; empty for DemoCell
   std::optional<std::string> serve;  ///< the address to serve it at
 };
-/// Prints what is in the file, or serves it until Ctrl-C.
+/// Serves the cell until Ctrl-C.
 void Simulate(const SimulateOptions& options);
 
 }  // namespace orif::tool

@@ -1,5 +1,4 @@
-// "orif simulate": prints what is in a file that describes a cell, or serves the cell to other
-// processes.
+// "orif simulate": serves a cell to other processes.
 #include <iostream>
 
 #include "simulator/served/Server.h"
@@ -29,14 +28,12 @@ void Serve(const SimulatedCell& cell, const sim::Address& at) {
 }  // namespace
 
 void Simulate(const SimulateOptions& options) {
-  if (options.file.empty() && !options.serve) {
-    throw Error(Exit::Usage, "name a file to check, or serve the demonstration cell with --serve");
+  if (!options.serve) {
+    throw Error(Exit::Usage,
+                "simulate only serves: say --serve, or check a file with orif check FILE");
   }
-  const SimulatedCell cell = LoadSimulatedCell(options.file.empty() ? DemoCell : options.file);
-  if (options.serve)
-    Serve(cell, sim::ParseAddress(*options.serve));
-  else
-    std::cout << cell.description;
+  Serve(LoadSimulatedCell(options.file.empty() ? DemoCell : options.file),
+        sim::ParseAddress(*options.serve));
 }
 
 }  // namespace orif::tool

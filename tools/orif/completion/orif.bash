@@ -11,6 +11,7 @@ _orif() {
     [plot]='--out --force --from --to --size --title --columns'
     [alarms]="--list --count --format $connection"
     [tasks]="--count --no-macros --no-velto --format $connection"
+    [check]='--host --port --time-out --component'
     [simulate]='--serve'
   )
   COMPREPLY=()
@@ -36,7 +37,7 @@ _orif() {
       compopt -o nospace 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}")
       ;;
-    simulate) _orif_files '*.json' '*.csv' '*.db' ;;
+    check | simulate) _orif_files '*.json' '*.csv' '*.db' ;;
     plot) if [[ $COMP_CWORD -eq 2 ]]; then _orif_files '*'; else _orif_columns "${COMP_WORDS[2]}"; fi ;;
   esac
 }
