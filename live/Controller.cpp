@@ -266,7 +266,8 @@ void Controller::Self::MakeTags() {
     place.source->slots.push_back({place.index, place.field, &tag});
   }
   for (const auto& source : sources) {
-    std::ranges::stable_sort(source->slots, {}, &Slot::index);
+    std::ranges::sort(source->slots, {},
+                      [](const Slot& slot) { return std::make_pair(slot.index, slot.field); });
   }
   sink.emplace(tags);
 }

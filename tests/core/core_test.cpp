@@ -128,16 +128,16 @@ TEST_F(CoreTest, PassesSettingsThroughUnchanged) {
   lower->On(DispId::TimeOutValue, 1234);
   RUN(core.TimeOutValue());
   const std::array<OrvexValue, 11> results{{{},
-                                           {ORVEX_I2, 0, 0, {.i2 = -2}},
-                                           {ORVEX_R4, 0, 0, {.r4 = 2.5f}},
-                                           {ORVEX_R8, 0, 0, {.r8 = 3e9}},
-                                           {ORVEX_BOOLEAN, 0, 0, {.boolean = -1}},
-                                           {ORVEX_BOOLEAN, 0, 0, {.boolean = 0}},
-                                           {ORVEX_BOOLEAN, 0, 0, {.boolean = 1}},
-                                           Text("8080"),
-                                           Text("7"),
-                                           Text(""),
-                                           {ORVEX_I2 | ORVEX_BYREF, 0, 1, {}}}};
+                                            {ORVEX_I2, 0, 0, {.i2 = -2}},
+                                            {ORVEX_R4, 0, 0, {.r4 = 2.5f}},
+                                            {ORVEX_R8, 0, 0, {.r8 = 3e9}},
+                                            {ORVEX_BOOLEAN, 0, 0, {.boolean = -1}},
+                                            {ORVEX_BOOLEAN, 0, 0, {.boolean = 0}},
+                                            {ORVEX_BOOLEAN, 0, 0, {.boolean = 1}},
+                                            Text("8080"),
+                                            Text("7"),
+                                            Text(""),
+                                            {ORVEX_I2 | ORVEX_BYREF, 0, 1, {}}}};
   for (const OrvexValue& result : results) {
     Say(("the port is a result of kind " + std::to_string(result.kind)).c_str());
     lower->On(DispId::PortNumber, [result](auto) { return result; });

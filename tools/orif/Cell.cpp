@@ -82,27 +82,26 @@ Error Refusal(const std::string& what, const live::Reason& reason) {
   return {Exit::Refused, what + ": " + reason.ToText()};
 }
 
-std::vector<std::string> RefusedItems(const live::Controller& controller) {
+std::vector<std::string> Unread(const live::Controller& controller) {
   std::vector<std::string> texts;
   for (const live::Tag& tag : controller.Tags()) {
-    if (tag.quality != live::Quality::Refused) continue;
+    if (tag.quality == live::Quality::Good) continue;
     const std::string text = tag.reason->ToText();
     if (std::ranges::find(texts, text) == texts.end()) texts.push_back(text);
   }
   return texts;
 }
 
-void RefuseIfAllAre(const live::Controller& controller) {
-  const bool all = std::ranges::all_of(controller.Tags(), [](const live::Tag& tag) {
-    return tag.quality == live::Quality::Refused;
-  });
-  if (all) throw Error(Exit::Refused, "the controller refuses " + Joined(RefusedItems(controller)));
+void RefuseIfNoneIsGood(const live::Controller& controller) {
+  const bool all = std::ranges::all_of(
+      controller.Tags(), [](const live::Tag& tag) { return tag.quality != live::Quality::Good; });
+  if (all) throw Error(Exit::Refused, "cannot read " + Joined(Unread(controller)));
 }
 
 void ReadOnce(live::Controller& controller) {
   if (!controller.Connect()) throw NoConnection(controller);
   if (!controller.Refresh()) throw Refusal("the values cannot be read", controller.LastReason());
-  RefuseIfAllAre(controller);
+  RefuseIfNoneIsGood(controller);
 }
 
 }  // namespace orif::tool

@@ -60,14 +60,15 @@ Error NoConnection(const live::Controller& controller);
 /// An Error, Exit::Refused: `what`, then the reason.
 Error Refusal(const std::string& what, const live::Reason& reason);
 
-/// Throws an Error, Exit::Refused, if the controller refuses every item.
-void RefuseIfAllAre(const live::Controller& controller);
+/// Throws an Error, Exit::Refused, if nothing could be read.
+void RefuseIfNoneIsGood(const live::Controller& controller);
 
 /// Connects and refreshes once. Throws an Error if there is no connection, if the controller
-/// refuses, and if it refuses every item.
+/// refuses, and if nothing could be read.
 void ReadOnce(live::Controller& controller);
 
-/// The reasons of the items that the controller refuses, each once.
-std::vector<std::string> RefusedItems(const live::Controller& controller);
+/// Why tags are not good after a refresh, each reason once: the controller refuses the item, or
+/// its values cannot be decoded.
+std::vector<std::string> Unread(const live::Controller& controller);
 
 }  // namespace orif::tool

@@ -26,4 +26,10 @@ inline std::vector<Column> ColumnsOf(const live::Controller& controller) {
   return columns;
 }
 
+/// The value of a tag while it is good, else none.
+inline const Value& GoodValue(const live::Tag& tag) {
+  static const Value none;
+  return tag.quality == live::Quality::Good ? tag.value : none;
+}
+
 }  // namespace orif::tool

@@ -40,7 +40,7 @@ std::optional<Link> Poll::Next() {
   took_ = std::chrono::floor<Pace::Milliseconds>(clock_->Now() - began);
   if (first && !pace_.wait) {
     if (!good) throw Refusal("the values cannot be read", controller_.LastReason());
-    RefuseIfAllAre(controller_);
+    RefuseIfNoneIsGood(controller_);
   }
   const bool wasLost = std::exchange(lost_, !good);
   if (!good) {

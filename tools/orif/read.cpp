@@ -51,8 +51,8 @@ void Read(const ReadOptions& options) {
   } else {
     for (const Line& line : Layout(controller)) std::cout << PlainText(line) << '\n';
   }
-  if (const auto refused = RefusedItems(controller); !refused.empty()) {
-    throw Error(Exit::Refused, "the controller refuses " + Joined(refused));
+  if (const auto unread = Unread(controller); !unread.empty()) {
+    throw Error(Exit::Refused, "cannot read " + Joined(unread));
   }
 }
 

@@ -78,7 +78,7 @@ void Record(const RecordOptions& options) {
       if (!event.empty()) progress.Tell(event);
       if (!lost) {
         values.clear();
-        std::ranges::transform(poll.Values().Tags(), std::back_inserter(values), &live::Tag::value);
+        std::ranges::transform(poll.Values().Tags(), std::back_inserter(values), GoodValue);
         row.values = values;
       }
       if (*link != Link::StillLost) recorder.Add(row);

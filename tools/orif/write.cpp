@@ -99,9 +99,8 @@ void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments
   Controller controller(cell.Settings(tags));
   controller.Check(assignments);
   ReadOnce(controller);
-  if (const auto refused = RefusedItems(controller); !refused.empty()) {
-    throw Error(Exit::Refused,
-                "the controller refuses " + Joined(refused) + "; nothing was written");
+  if (const auto unread = Unread(controller); !unread.empty()) {
+    throw Error(Exit::Refused, "cannot read " + Joined(unread) + "; nothing was written");
   }
   if (!AllDone(controller.Rehearse(assignments))) {
     Fail(controller.LastReason(), "nothing was written");
