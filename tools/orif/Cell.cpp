@@ -1,33 +1,34 @@
 #include "tools/orif/Cell.h"
 
 #include <algorithm>
-#include <iostream>
 #include <regex>
+#include <sstream>
 #include <utility>
 
 #include "simulator/served/Address.h"
 #include "simulator/served/RemoteCore.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
 
 // The trail's text has no line end after its first line: the second line begins where the next time
 // and thread are found.
-void PrintTrail(std::ostream& out, const std::string& messages) {
-  const std::string trail = std::regex_replace(messages, std::regex("\r\n"), "\n");
+void PrintTrail(const std::string& messages) {
+  std::string trail = std::regex_replace(messages, std::regex("\r\n"), "\n");
   if (trail.empty()) return;
   const std::regex lineStart(R"([0-9]{1,2}[^0-9][0-9]{2}[^0-9][0-9]{2}( [^ ]+)? [0-9]+ \[)");
-  std::smatch second;
+  std::match_results<std::string::const_iterator> second;
   const std::size_t first = trail.find('[') + 1;
-  if (std::regex_search(trail.begin() + static_cast<std::ptrdiff_t>(first), trail.end(), second,
+  if (std::regex_search(trail.cbegin() + static_cast<std::ptrdiff_t>(first), trail.cend(), second,
                         lineStart)) {
     const auto length = first + static_cast<std::size_t>(second.position());
-    out << trail.substr(0, length) << '\n' << trail.substr(length);
-  } else {
-    out << trail << '\n';
+    Tell(trail.substr(0, length));
+    trail.erase(0, length);
   }
+  for (std::istringstream lines(trail); std::getline(lines, trail);) Tell(trail);
 }
 
 }  // namespace
@@ -65,7 +66,7 @@ live::Settings Cell::Settings(std::vector<std::string> tags) const {
 
 Controller::Controller(live::Settings settings) : live::Controller(std::move(settings)) {}
 
-Controller::~Controller() { PrintTrail(std::cerr, DebugMessages()); }
+Controller::~Controller() { PrintTrail(DebugMessages()); }
 
 Error NoConnection(const live::Controller& controller) {
   live::Reason reason = controller.LastReason();

@@ -32,4 +32,11 @@ inline const Value& GoodValue(const live::Tag& tag) {
   return tag.quality == live::Quality::Good ? tag.value : none;
 }
 
+/// The values in the same order.
+inline std::vector<Value> ValuesOf(const live::Controller& controller) {
+  std::vector<Value> values;
+  for (const live::Tag& tag : controller.Tags()) values.push_back(GoodValue(tag));
+  return values;
+}
+
 }  // namespace orif::tool

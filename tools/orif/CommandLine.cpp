@@ -173,6 +173,7 @@ void AddWatchCommand(CLI::App& app) {
       ->required()
       ->type_name("ITEM");
   AddPaceOptions(*command, options->pace);
+  AddFormatOption(*command, options->format);
   AddConnectionOptions(*command, options->connection);
   command->footer("Example:\n  orif watch 'R[1-10]' 'POS[0]' --every 250ms --host cell1");
   command->callback([options] { Watch(*options); });

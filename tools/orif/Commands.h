@@ -29,6 +29,7 @@ struct WatchOptions {
   Connection connection;
   std::vector<std::string> items;
   Pace pace;
+  std::string format;
 };
 void Watch(const WatchOptions& options);
 

@@ -5,6 +5,7 @@
 
 #include "tools/orif/Json.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -38,11 +39,7 @@ class Entry {
     return texts;
   }
 
-  Json ToJson() const {
-    Json json = Json::object();
-    for (const live::Tag& tag : tags_) json[tag.field] = tool::ToJson(tag.value);
-    return json;
-  }
+  Json ToJson() const { return FieldsToJson(tags_); }
 
  private:
   std::span<const live::Tag> tags_;
@@ -56,9 +53,8 @@ void PrintTable(const std::vector<Entry>& entries, std::span<const ListColumn> c
     for (std::size_t i = 0; i < entries.size(); ++i) {
       rows[i + 1].push_back(entries[i].Text(column.field));
     }
-    widths.push_back(std::ranges::max(rows, {}, [](const Texts& row) { return row.back().size(); })
-                         .back()
-                         .size());
+    const auto width = [](const Texts& row) { return Width(row.back()); };
+    widths.push_back(width(*std::ranges::max_element(rows, {}, width)));
   }
   for (const Texts& row : rows) {
     std::string line;
@@ -76,8 +72,8 @@ void PrintList(const live::Controller& controller, const std::string& format,
     if (const Entry entry(controller, item); entry.IsThere()) entries.push_back(entry);
   }
   if (format == "csv") {
-    std::cout << CsvLine(Entry(controller, controller.Items().front()).Titles());
-    for (const Entry& entry : entries) std::cout << CsvLine(entry.CsvTexts());
+    PrintCsv(CsvLine(Entry(controller, controller.Items().front()).Titles()));
+    for (const Entry& entry : entries) PrintCsv(CsvLine(entry.CsvTexts()));
   } else if (format == "json") {
     Json json = Json::array();
     for (const Entry& entry : entries) json.push_back(entry.ToJson());

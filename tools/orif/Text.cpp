@@ -14,19 +14,119 @@ struct Overloaded : Functions... {
 template <class... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
+struct Character {
+  char32_t code;
+  std::size_t length;  // in bytes
+};
+
+constexpr char32_t NoCharacter = 0xFFFD;
+constexpr std::string_view NoCharacterText = "\xEF\xBF\xBD";
+
+unsigned Byte(char c) { return static_cast<unsigned char>(c); }
+bool Continues(char c) { return (Byte(c) & 0xC0) == 0x80; }
+
+// The first character of a text that is not empty. A byte that begins none is NoCharacter.
+Character First(std::string_view text) {
+  constexpr Character None{NoCharacter, 1};
+  constexpr auto Least = std::to_array<char32_t>({0, 0, 0x80, 0x800, 0x10000});  // by length
+  const unsigned lead = Byte(text.front());
+  if (lead < 0x80) return {lead, 1};
+  const std::size_t length = lead >= 0xF8 ? 0 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC0 || length == 0 || text.size() < length) return None;
+  char32_t code = lead & (0x7FU >> length);
+  for (const char c : text.substr(1, length - 1)) {
+    if (!Continues(c)) return None;
+    code = code << 6U | (Byte(c) & 0x3FU);
+  }
+  const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
+  if (code < Least[length] || code > 0x10FFFF || surrogate) return None;
+  return {code, length};
+}
+
+bool IsControlCode(char32_t code) { return code < ' ' || (code >= 0x7F && code <= 0x9F); }
+
+bool IsWide(char32_t code) {
+  struct Range {
+    char32_t first;
+    char32_t last;
+  };
+  static constexpr auto Wide = std::to_array<Range>({{0x1100, 0x115F},
+                                                     {0x2E80, 0x303E},
+                                                     {0x3041, 0xA4CF},
+                                                     {0xAC00, 0xD7A3},
+                                                     {0xF900, 0xFAFF},
+                                                     {0xFE30, 0xFE6F},
+                                                     {0xFF00, 0xFF60},
+                                                     {0xFFE0, 0xFFE6},
+                                                     {0x1F300, 0x1FAFF},
+                                                     {0x20000, 0x3FFFD}});
+  return std::ranges::any_of(
+      Wide, [&](const Range& each) { return code >= each.first && code <= each.last; });
+}
+
 }  // namespace
 
-std::string Printable(std::string text) {
-  std::ranges::replace_if(
-      text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }, '?');
-  return text;
+std::string Utf8(std::string_view text) {
+  std::string utf8;
+  for (; !text.empty();) {
+    const Character first = First(text);
+    utf8 += first.code == NoCharacter ? NoCharacterText : text.substr(0, first.length);
+    text.remove_prefix(first.length);
+  }
+  return utf8;
+}
+
+std::string Printable(std::string_view text) {
+  std::string printable;
+  for (; !text.empty();) {
+    const Character first = First(text);
+    if (IsControlCode(first.code)) {
+      printable += '?';
+    } else {
+      printable += first.code == NoCharacter ? NoCharacterText : text.substr(0, first.length);
+    }
+    text.remove_prefix(first.length);
+  }
+  return printable;
+}
+
+std::string PrintableLines(std::string_view text) {
+  std::string lines;
+  for (;;) {
+    const std::size_t end = text.find('\n');
+    lines += Printable(text.substr(0, end));
+    if (end == std::string_view::npos) return lines;
+    lines += '\n';
+    text.remove_prefix(end + 1);
+  }
+}
+
+std::size_t Width(std::string_view text) {
+  std::size_t most = std::string::npos;
+  Cut(text, most);
+  return std::string::npos - most;
+}
+
+std::string Cut(std::string_view text, std::size_t& width) {
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const Character next = First(text.substr(end));
+    const std::size_t places = IsWide(next.code) ? 2 : 1;
+    if (places > width) {
+      width = 0;
+      break;
+    }
+    width -= places;
+    end += next.length;
+  }
+  return std::string(text.substr(0, end));
 }
 
 std::string Shortened(const std::string& text) {
   constexpr std::size_t Most = 60;
   if (text.size() <= Most) return Printable(text);
   std::size_t end = Most;
-  while (end > 0 && (text[end] & 0xC0) == 0x80) --end;  // no half of a character
+  while (end > 0 && Continues(text[end])) --end;  // no half of a character
   return Printable(text.substr(0, end)) + "...";
 }
 
@@ -63,15 +163,12 @@ std::string Counted(std::int64_t count, std::string_view word) {
 }
 
 std::string Right(std::string text, std::size_t width) {
-  if (text.size() < width) text.insert(0, width - text.size(), ' ');
+  if (const std::size_t shown = Width(text); shown < width) text.insert(0, width - shown, ' ');
   return text;
 }
 
-// Counts characters, not bytes, so that columns after a name with accents line up.
 std::string Left(std::string text, std::size_t width) {
-  const auto shown = static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
-  if (shown < width) text.append(width - shown, ' ');
+  if (const std::size_t shown = Width(text); shown < width) text.append(width - shown, ' ');
   return text;
 }
 

@@ -1,4 +1,4 @@
-// Values as text, for tables and CSV files. Texts keep their bytes, whatever their encoding.
+// Values as text, for tables and CSV files. What is shown is UTF-8 without control characters.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,27 @@
 
 namespace orif::tool {
 
-/// For a table: "on" and "off", reals with as many digits as they need, "-" for no value. Control
-/// characters become "?", so that a text cannot steer the terminal.
+/// For a table: "on" and "off", reals with as many digits as they need, "-" for no value. Texts are
+/// Printable.
 std::string TableText(const Value& value);
 
-/// The text with "?" for control characters.
-std::string Printable(std::string text);
+/// The text in UTF-8: bytes that are no part of a character become U+FFFD.
+std::string Utf8(std::string_view text);
+
+/// The same with "?" for control characters, so that a text cannot steer the terminal: those below
+/// the blank, DEL, and U+0080 to U+009F.
+std::string Printable(std::string_view text);
+
+/// The same for several lines: line ends stay.
+std::string PrintableLines(std::string_view text);
+
+/// How many places a text in UTF-8 takes in a line of a terminal: a character of Chinese, Japanese
+/// or Korean takes two.
+std::size_t Width(std::string_view text);
+
+/// As much of the beginning of a text in UTF-8 as fits into `width` places; takes its own off
+/// `width`.
+std::string Cut(std::string_view text, std::size_t& width);
 
 /// The same, for a place where a long text would be in the way: "..." stands for what is cut off.
 std::string Shortened(const std::string& text);
@@ -23,9 +38,9 @@ std::string Shortened(const std::string& text);
 /// The state of a task in words, for a table.
 std::string TaskStateText(const Value& value);
 
-/// The text aligned right: blanks in front, up to `width` characters.
+/// The text aligned right: blanks in front, up to `width` places.
 std::string Right(std::string text, std::size_t width);
-/// The text aligned left: blanks behind it, up to `width` characters.
+/// The text aligned left: blanks behind it, up to `width` places.
 std::string Left(std::string text, std::size_t width);
 
 /// The text without trailing blanks.

@@ -6,14 +6,14 @@
 #include "tools/orif/CommandLine.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/platform/platform.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace {
 
 using orif::tool::Exit;
 
 int Fail(Exit code, const std::string& message) {
-  std::cout.flush();
-  std::cerr << "orif: " << message << '\n';
+  orif::tool::Tell("orif: " + message);
   return static_cast<int>(code);
 }
 

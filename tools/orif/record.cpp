@@ -1,9 +1,6 @@
 // "orif record": writes the values of items to a file, a row for each refresh.
-#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <iostream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,6 +11,7 @@
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/Recorder.h"
 #include "tools/orif/terminal/Progress.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -77,8 +75,7 @@ void Record(const RecordOptions& options) {
       const std::string event = Event(poll, *link, std::exchange(first, false));
       if (!event.empty()) progress.Tell(event);
       if (!lost) {
-        values.clear();
-        std::ranges::transform(poll.Values().Tags(), std::back_inserter(values), GoodValue);
+        values = ValuesOf(poll.Values());
         row.values = values;
       }
       if (*link != Link::StillLost) recorder.Add(row);
@@ -87,7 +84,7 @@ void Record(const RecordOptions& options) {
                         (lost ? "  link lost, trying again" : ""));
     }
   }
-  std::cerr << Summary(options, poll, recorder) << '\n';
+  Tell(Summary(options, poll, recorder));
 }
 
 }  // namespace orif::tool

@@ -5,7 +5,9 @@
 #include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/SimulatedCell.h"
+#include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -14,14 +16,14 @@ void Serve(const SimulatedCell& cell, const sim::Address& at) {
   platform::CatchInterrupt();
   sim::Server server(cell.network, cell.hosts.front(), at);
   if (!at.ip.starts_with("127.") && at.ip != "::1") {
-    std::cerr << "orif: whoever reaches " << ToText(server.Where()) << " can write to the cell\n";
+    Tell("orif: whoever reaches " + ToText(server.Where()) + " can write to the cell");
   }
   std::string names;
   for (const std::string& host : cell.hosts) {
     names += (names.empty() ? "" : ", ") + host + " as sim://" + ToText(server.Where());
     if (host != cell.hosts.front()) names += '/' + host;
   }
-  std::cout << "Serving " << names << " (Ctrl-C ends)" << std::endl;
+  std::cout << "Serving " << Printable(names) << " (Ctrl-C ends)" << std::endl;
   server.Run(platform::Interrupted);
 }
 

@@ -48,8 +48,8 @@ void Print(const std::vector<Row>& rows, bool withAfter) {
   std::size_t nameWidth = 0;
   std::size_t valueWidth = 0;
   for (const Row& row : rows) {
-    nameWidth = std::max(nameWidth, row.name.size());
-    valueWidth = std::max(valueWidth, row.before.size());
+    nameWidth = std::max(nameWidth, Width(row.name));
+    valueWidth = std::max(valueWidth, Width(row.before));
   }
   for (const Row& row : rows) {
     const std::string line = "  " + Left(row.name, nameWidth) + "  " + Left(row.before, valueWidth);
@@ -58,8 +58,8 @@ void Print(const std::vector<Row>& rows, bool withAfter) {
 }
 
 bool Confirmed(const std::string& host, std::size_t count) {
-  std::cout << "Write " << (count == 1 ? "this" : "these") << " to " << host << "? [y/N] "
-            << std::flush;
+  std::cout << "Write " << (count == 1 ? "this" : "these") << " to " << Printable(host)
+            << "? [y/N] " << std::flush;
   std::string answer;
   std::getline(std::cin, answer);
   return spelling::UpperCase(answer) == "Y" || spelling::UpperCase(answer) == "YES";

@@ -5,7 +5,7 @@ _orif() {
   local connection='--host --port --time-out --component --simulate --fast --trail'
   local -A options=(
     [read]="--comments --format $connection"
-    [watch]="--every --for --count $connection"
+    [watch]="--every --for --count --format $connection"
     [write]="--yes $connection"
     [record]="--every --for --count --out --force --append --rotate $connection"
     [plot]='--out --force --from --to --size --title --columns'

@@ -1,5 +1,6 @@
 #include "tools/orif/recording/DatabaseRecording.h"
 
+#include <deque>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -23,8 +24,10 @@ class DatabaseFile : public RecordingFile {
     database_.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; BEGIN IMMEDIATE");
     if (empty) MakeTables(columns);
     Statement addRun = database_.Prepare("INSERT INTO run VALUES (?, ?, ?)");
-    addRun.Bind(0, run.host);
-    addRun.Bind(1, run.items);
+    const std::string host = Utf8(run.host);
+    const std::string items = Utf8(run.items);
+    addRun.Bind(0, host);
+    addRun.Bind(1, items);
     addRun.Bind(2, std::int64_t{run.every.count()});
     addRun.Run();
     database_.Execute("COMMIT");
@@ -93,7 +96,8 @@ class DatabaseFile : public RecordingFile {
     addRow_->Bind(2, link);
     for (int column = 3; column < addRow_->Parameters(); ++column) addRow_->BindNull(column);
     int parameter = 3;
-    for (const Value& value : row.values) std::visit(Binder{*addRow_, parameter++}, value);
+    texts_.clear();
+    for (const Value& value : row.values) std::visit(Binder{*addRow_, texts_, parameter++}, value);
     addRow_->Run();
   }
 
@@ -102,14 +106,18 @@ class DatabaseFile : public RecordingFile {
     void operator()(bool value) const { row.Bind(parameter, std::int64_t{value}); }
     void operator()(std::int64_t value) const { row.Bind(parameter, value); }
     void operator()(float value) const { row.Bind(parameter, Widened(value)); }
-    void operator()(const std::string& value) const { row.Bind(parameter, value); }
+    void operator()(const std::string& value) const {
+      row.Bind(parameter, texts.emplace_back(Utf8(value)));
+    }
 
     Statement& row;
+    std::deque<std::string>& texts;
     int parameter;
   };
 
   Database database_;
   std::optional<Statement> addRow_;
+  std::deque<std::string> texts_;  // of the row that is being added
   std::optional<Statement> size_;
 };
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <iostream>
 #include <system_error>
 #include <utility>
 
@@ -13,6 +12,7 @@
 #include "tools/orif/NameBeside.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/DatabaseRecording.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -219,7 +219,7 @@ void Recorder::Replace() {
 void Recorder::GoOn(RecordedRow& row) {
   const EarlierRows& earlier = file_->Earlier();
   if (earlier.cutOff)
-    std::cerr << "orif: " << path_.string() << " ended with an incomplete line, which is cut off\n";
+    Tell("orif: " + path_.string() + " ended with an incomplete line, which is cut off");
   if (earlier.count == 0) return;
   rowsInFile_ = earlier.count;
   const auto lastTime = TimeIn(earlier.lastTime);

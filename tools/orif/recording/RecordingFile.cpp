@@ -12,6 +12,7 @@
 #include "tools/orif/Clock.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/CsvRows.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -86,7 +87,8 @@ class CsvOnOutput : public CsvFile {
 
  private:
   void Append(const std::string& line) override {
-    if (!(std::cout << line).flush()) throw std::system_error(errno, std::generic_category());
+    PrintCsv(line);
+    if (!std::cout.flush()) throw std::system_error(errno, std::generic_category());
   }
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/orif/platform/platform.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -39,7 +40,7 @@ Progress::~Progress() {
 
 void Progress::Tell(const std::string& line) {
   if (std::exchange(shown_, {})) std::cerr << StartOfLine;
-  std::cerr << line << std::endl;
+  tool::Tell(line);
 }
 
 void Progress::Show(std::optional<double> fraction, std::chrono::milliseconds time,

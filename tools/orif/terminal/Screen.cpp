@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {
@@ -19,27 +20,6 @@ constexpr std::string_view EndOfPage = "\x1b[J";
 constexpr std::string_view Inverse = "\x1b[7m";
 constexpr std::string_view Bold = "\x1b[1m";
 constexpr std::string_view Unmarked = "\x1b[0m";
-
-/// A controller's text may contain control characters; they must not steer the terminal.
-char Printable(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte < ' ' || byte == 0x7f ? '?' : c;
-}
-
-bool ContinuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xc0) == 0x80; }
-
-/// As much of `text` as fits into `width` characters; takes its length off `width`.
-std::string Cut(std::string_view text, int& width) {
-  std::string cut;
-  for (const char c : text) {
-    if (!ContinuesCharacter(c) && width-- == 0) {
-      width = 0;
-      break;
-    }
-    cut += Printable(c);
-  }
-  return cut;
-}
 
 /// Highlights the text, but not the blanks around it.
 std::string Marked(const std::string& text, std::string_view mark) {
@@ -66,17 +46,17 @@ void Screen::Paint(const std::vector<Line>& lines, const std::vector<bool>& mark
   const auto room = static_cast<std::size_t>(size.rows - 1);
   std::string page(Home);
   for (const Line& line : std::span(lines).first(std::min(room, lines.size()))) {
-    int width = size.columns;
+    auto width = static_cast<std::size_t>(size.columns);
     for (const Segment& segment : line) {
       const std::string text = Cut(segment.text, width);
       page += segment.column && marked[*segment.column] ? Marked(text, mark_) : text;
     }
     page.append(EndOfLine).append(1, '\n');
   }
-  int width = size.columns;
+  auto width = static_cast<std::size_t>(size.columns);
   page.append(EndOfPage)
       .append("\x1b[" + std::to_string(size.rows) + ";1H")
-      .append(Cut(status, width))
+      .append(Cut(Printable(status), width))
       .append(EndOfLine);
   std::cout << page << std::flush;
 }
