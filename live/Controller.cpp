@@ -211,6 +211,7 @@ struct Controller::Self {
     std::vector<FieldValue> values;
   };
 
+  std::vector<Assignment> InBytes(std::span<const Assignment> assignments) const;
   void Check(std::span<const Assignment> assignments) const;
   std::vector<Sending> Group(std::span<const Assignment> assignments) const;
   std::optional<Reason> WhyNotUp(const std::string& item) const;
@@ -269,7 +270,7 @@ void Controller::Self::MakeTags() {
     std::ranges::sort(source->slots, {},
                       [](const Slot& slot) { return std::make_pair(slot.index, slot.field); });
   }
-  sink.emplace(tags);
+  sink.emplace(tags, settings.fromController);
 }
 
 void Controller::Self::MakeItems(std::size_t named) {
@@ -364,7 +365,7 @@ std::optional<Reason> Controller::Self::Open() {
                  : settings.component.empty() ? CreateComponentCore()
                                               : CreateComponentCore(settings.component);
     if (lower == nullptr) throw Fault(Fault::ObjectNotSet);
-    reasons = std::make_shared<ReasonKeeper>(std::move(lower));
+    reasons = std::make_shared<ReasonKeeper>(std::move(lower), settings.fromController);
   } catch (const std::exception& fault) {
     return Reason{
         settings.host, {}, {}, std::string("no communication component: ") + fault.what()};
@@ -447,6 +448,22 @@ void Controller::Self::Lose(const Reason& reason) {
   sink->AllStale(Shared(reason));
   retryAt = clock->Now() + backoff.Next();
   SetLink(Link::Lost, lastReason);
+}
+
+// With the texts as the controller takes them.
+std::vector<Assignment> Controller::Self::InBytes(std::span<const Assignment> assignments) const {
+  std::vector<Assignment> converted(assignments.begin(), assignments.end());
+  if (!settings.toController) return converted;
+  for (Assignment& each : converted) {
+    auto* text = std::get_if<std::string>(&each.value);
+    if (text == nullptr) continue;
+    try {
+      *text = settings.toController(*text);
+    } catch (const UsageError& error) {
+      throw UsageError(each.name + ": " + error.what());
+    }
+  }
+  return converted;
 }
 
 void Controller::Self::Check(std::span<const Assignment> assignments) const {
@@ -534,7 +551,8 @@ std::vector<Answer> Controller::Self::Stop(std::vector<Answer> answers,
   return answers;
 }
 
-std::vector<Answer> Controller::Self::Write(std::span<const Assignment> assignments, bool really) {
+std::vector<Answer> Controller::Self::Write(std::span<const Assignment> given, bool really) {
+  const std::vector<Assignment> assignments = InBytes(given);
   Check(assignments);
   std::vector<Answer> answers(assignments.size());
   const std::vector<Sending> sendings = Group(assignments);
@@ -638,7 +656,9 @@ std::vector<Answer> Controller::Rehearse(std::span<const Assignment> assignments
   return self_->Write(assignments, false);
 }
 
-void Controller::Check(std::span<const Assignment> assignments) const { self_->Check(assignments); }
+void Controller::Check(std::span<const Assignment> assignments) const {
+  self_->Check(self_->InBytes(assignments));
+}
 
 Answer Controller::ClearAlarms(std::int32_t type) {
   Self& self = *self_;
@@ -658,7 +678,10 @@ Answer Controller::ClearAlarms(std::int32_t type) {
 
 std::string Controller::DebugMessages() const {
   if (!self_->settings.debugLog) return {};
-  return self_->core != nullptr ? self_->core->GetDebugMessages() : self_->debugMessages;
+  std::string messages =
+      self_->core != nullptr ? self_->core->GetDebugMessages() : self_->debugMessages;
+  const TextConversion& convert = self_->settings.fromController;
+  return convert ? convert(messages) : messages;
 }
 
 std::optional<Milliseconds> Controller::TimeOut() const {

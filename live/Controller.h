@@ -53,6 +53,12 @@ struct Settings {
   Retry retry = {};  ///< how long to wait before a lost link is tried again
   /// Whether a reason tells that the link is lost, for a component with words of its own.
   std::function<bool(const Reason&)> tellsLostLink = TellsLostLink;
+  /// Makes the texts of tags, reasons and the debug trail of the controller's bytes, for a program
+  /// whose texts have another encoding; empty if they are those bytes.
+  TextConversion fromController = {};
+  /// Makes the controller's bytes of a text to write, or throws a UsageError if its encoding has no
+  /// such characters. Called on any thread that calls Check. Empty as above.
+  TextConversion toController = {};
   /// Whether the lines that a Core traces go to the debug trail; DebugMessages has them.
   bool debugLog = false;
   LinkEvent onLink = {};              ///< called at every change of the link; may be empty

@@ -139,6 +139,7 @@ std::string Reason::ToText() const {
 struct ReasonKeeper::Memory {
   std::map<std::int32_t, Reason> reasons;     // by operation
   std::int32_t last = 0;                      // the operation of the last one
+  TextConversion words;                       // of the lower layer
   std::map<std::int32_t, std::string> named;  // operations whose number was looked up
 
   Operation Find(std::int32_t id) const {
@@ -159,18 +160,21 @@ struct ReasonKeeper::Memory {
   }
 };
 
-ReasonKeeper::ReasonKeeper(std::shared_ptr<Dispatch> core)
-    : core_(std::move(core)), memory_(std::make_unique<Memory>()) {}
+ReasonKeeper::ReasonKeeper(std::shared_ptr<Dispatch> core, TextConversion words)
+    : core_(std::move(core)), memory_(std::make_unique<Memory>()) {
+  memory_->words = std::move(words);
+}
 
 ReasonKeeper::~ReasonKeeper() = default;
 
 OrvexValue ReasonKeeper::Invoke(std::int32_t id, OrvexCall call,
                                 std::span<const OrvexValue> arguments) {
   const auto remember = [&](std::optional<std::int32_t> status, std::string_view text) {
-    // The reason is an extra: without memory for it the answer is still the answer.
+    // The reason is an extra: if it cannot be kept, the answer is still the answer.
     try {
-      memory_->Remember(id, {{}, std::string(memory_->Find(id).name), status, std::string(text)});
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+      const std::string words = memory_->words ? memory_->words(text) : std::string(text);
+      memory_->Remember(id, {{}, std::string(memory_->Find(id).name), status, words});
+    } catch (...) {  // NOLINT(bugprone-empty-catch)
     }
   };
   OrvexValue result{};

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "live/live_export.h"
 #include "orif/lowerlayer/DispId.h"
@@ -15,6 +17,9 @@ class Core;
 }
 
 namespace orif::live {
+
+/// What makes one text of another: the controller's bytes in another encoding, or back.
+using TextConversion = std::function<std::string(std::string_view)>;
 
 /// Why something failed.
 struct ORIF_LIVE_EXPORT Reason {
@@ -35,8 +40,9 @@ struct ORIF_LIVE_EXPORT Reason {
 /// moment. It belongs to the unit of its Core, which one thread uses at a time.
 class ORIF_LIVE_EXPORT ReasonKeeper : public Dispatch {
  public:
-  /// Keeps the reasons of `core`, which is not empty.
-  explicit ReasonKeeper(std::shared_ptr<Dispatch> core);
+  /// Keeps the reasons of `core`, which is not empty. Their words are what `words` makes of those
+  /// of the lower layer, if it is not empty.
+  explicit ReasonKeeper(std::shared_ptr<Dispatch> core, TextConversion words = {});
   ReasonKeeper(const ReasonKeeper&) = delete;
   ReasonKeeper& operator=(const ReasonKeeper&) = delete;
   ~ReasonKeeper() override;

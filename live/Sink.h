@@ -17,7 +17,9 @@ namespace orif::live {
 
 class Sink {
  public:
-  explicit Sink(std::span<Tag> tags) : tags_(tags), marked_(tags.size()) {
+  /// `texts` makes the tags' texts of the controller's, unless it is empty.
+  Sink(std::span<Tag> tags, TextConversion texts)
+      : tags_(tags), texts_(std::move(texts)), marked_(tags.size()) {
     changed_.reserve(tags.size());
   }
 
@@ -36,17 +38,12 @@ class Sink {
   void Put(Tag& tag, bool value) { PutNumber(tag, value); }
   void Put(Tag& tag, float value) { PutNumber(tag, value); }
 
-  void Put(Tag& tag, const std::string& value) {
-    if (auto* text = std::get_if<std::string>(&tag.value)) {
-      if (*text != value) {
-        *text = value;
-        Mark(tag);
-      }
+  void Put(Tag& tag, const std::string& bytes) {
+    if (texts_) {
+      PutText(tag, texts_(bytes));
     } else {
-      tag.value = value;
-      Mark(tag);
+      PutText(tag, bytes);
     }
-    Good(tag);
   }
 
   void PutNothing(Tag& tag) {
@@ -106,6 +103,19 @@ class Sink {
     Good(tag);
   }
 
+  void PutText(Tag& tag, const std::string& value) {
+    if (auto* text = std::get_if<std::string>(&tag.value)) {
+      if (*text != value) {
+        *text = value;
+        Mark(tag);
+      }
+    } else {
+      tag.value = value;
+      Mark(tag);
+    }
+    Good(tag);
+  }
+
   void Good(Tag& tag) {
     if (tag.quality != Quality::Good) {
       Mark(tag);
@@ -123,6 +133,7 @@ class Sink {
   }
 
   std::span<Tag> tags_;
+  TextConversion texts_;
   std::vector<bool> marked_;
   std::vector<std::size_t> changed_;
   Time time_;

@@ -17,7 +17,8 @@
 namespace orif::live {
 
 /// A value as the controller has it: nothing (a form of a position that is not valid, an empty
-/// entry of a list), a bit, an integer, a 32-bit real, or a text in the controller's own bytes.
+/// entry of a list), a bit, an integer, a 32-bit real, or a text in the controller's own bytes
+/// unless the settings convert it.
 class ORIF_LIVE_EXPORT Value
     : public std::variant<std::monostate, bool, std::int64_t, float, std::string> {
  public:

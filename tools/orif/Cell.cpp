@@ -7,6 +7,7 @@
 
 #include "simulator/served/Address.h"
 #include "simulator/served/RemoteCore.h"
+#include "tools/orif/Encoding.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
 #include "tools/orif/terminal/Tell.h"
@@ -52,6 +53,7 @@ live::Settings Cell::Settings(std::vector<std::string> tags) const {
                           .retry = {.most = std::chrono::seconds(5)},
                           .debugLog = connection_.trail};
   if (connection_.timeOut) settings.timeOut = live::Milliseconds(*connection_.timeOut);
+  if (connection_.encoding) ConvertTexts(settings, *connection_.encoding);
   if (connection_.fast) settings.retry.shortened = 0;  // two runs are alike
   if (network_) {
     settings.factory = network_->Factory();

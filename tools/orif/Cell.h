@@ -21,6 +21,7 @@ struct Connection {
   std::optional<std::int32_t> timeOut;  ///< ms
   std::string component;                ///< a path
   std::optional<std::string> simulate;  ///< a file of a cell, or DemoCell
+  std::optional<std::string> encoding;  ///< of the controller's texts, one of EncodingNames
   bool trail = false;
   bool fast = false;
 };

@@ -12,6 +12,7 @@
 #include "live/Name.h"
 #include "simulator/served/Address.h"
 #include "tools/orif/Commands.h"
+#include "tools/orif/Encoding.h"
 #include "tools/orif/SimulatedCell.h"
 
 namespace orif::tool {
@@ -146,6 +147,11 @@ void AddConnectionOptions(CLI::App& command, Connection& connection) {
       "A simulated cell instead: a scenario (.json), a recording (.csv, .db), or none for the\n"
       "demonstration cell"));
   simulate->option_text("[FILE]")->excludes(component);
+  add(command.add_option("--encoding", connection.encoding,
+                         "Encoding of the controller's texts: utf-8, latin-1, windows-1252,\n"
+                         "shift-jis, ..."))
+      ->option_text("NAME")
+      ->transform(CLI::IsMember(EncodingNames(), CLI::ignore_case));
   add(command.add_flag("--fast", connection.fast, "Simulated time passes without waiting"))
       ->needs(simulate);
   add(command.add_flag("--trail", connection.trail,

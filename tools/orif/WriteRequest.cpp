@@ -9,7 +9,6 @@
 #include <sstream>
 #include <type_traits>
 
-#include "orif/items/DataArea.h"
 #include "orif/items/PositionRecord.h"
 #include "spelling/UpperCase.h"
 #include "tools/orif/Column.h"
@@ -85,14 +84,6 @@ class Parser {
     return NumberIn<std::int32_t>(text, WholeNumber);
   }
 
-  Value TextValue(const std::string& text) const {
-    if (text.size() > DataArea::TextBytes) {
-      Refuse("the text has " + std::to_string(text.size()) + " bytes; " +
-             std::to_string(DataArea::TextBytes) + " is the most");
-    }
-    return text;
-  }
-
   Value BitValue(const std::string& text) const {
     static const std::map<std::string, bool> words{
         {"ON", true}, {"1", true}, {"OFF", false}, {"0", false}};
@@ -108,18 +99,18 @@ class Parser {
   }
 
   Value PlainValue(const std::string& text) const {
-    if (name_.IsComment()) return TextValue(text);
+    if (name_.IsComment()) return text;
     switch (name_.Is()) {
       case live::Kind::NumReg:
         return RegisterValue(text);
       case live::Kind::StringReg:
-        return TextValue(text);
+        return text;
       case live::Kind::Bit:
         return BitValue(text);
       case live::Kind::Group:
         return GroupValue(text);
       case live::Kind::SysVar:
-        if (name_.type == SYSVAR_STRING) return TextValue(text);
+        if (name_.type == SYSVAR_STRING) return text;
         if (name_.type == SYSVAR_REAL) return NumberIn<float>(text, RealNumber);
         return NumberIn<std::int32_t>(text, WholeNumber);
       default:

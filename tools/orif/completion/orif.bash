@@ -2,7 +2,7 @@
 
 _orif() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
-  local connection='--host --port --time-out --component --simulate --fast --trail'
+  local connection='--host --port --time-out --component --simulate --encoding --fast --trail'
   local -A options=(
     [read]="--comments --format $connection"
     [watch]="--every --for --count --format $connection"
@@ -22,6 +22,7 @@ _orif() {
   fi
   case $previous in
     --format) mapfile -t COMPREPLY < <(compgen -W 'table csv json' -- "$current"); return ;;
+    --encoding) mapfile -t COMPREPLY < <(compgen -W 'utf-8 latin-1 iso-8859-1 iso-8859-2 windows-1250 windows-1252 shift-jis gbk euc-kr big5' -- "$current"); return ;;
     --list) mapfile -t COMPREPLY < <(compgen -W 'active history password' -- "$current"); return ;;
     --host | --port | --time-out | --count | --every | --for | --rotate | --from | --to | --size | --title) return ;;
     --component | --out) _orif_files '*'; return ;;

@@ -39,6 +39,32 @@ bool Interrupted();
 /// Sleeps for `time`, or less if a signal arrives.
 void Sleep(std::chrono::milliseconds time);
 
+/// A character encoding, by the names that the systems have for it.
+struct EncodingName {
+  const char* said;  ///< by users of the tool
+  const char* iconv;
+  unsigned codePage;
+};
+
+/// Converts texts between an encoding and UTF-8.
+class Encoding {
+ public:
+  /// Throws a std::runtime_error if the system does not know it.
+  explicit Encoding(const EncodingName& name);
+  Encoding(const Encoding&) = delete;
+  Encoding& operator=(const Encoding&) = delete;
+  ~Encoding();
+
+  /// The text in UTF-8; bytes that are no part of a character become U+FFFD.
+  std::string ToUtf8(std::string_view text) const;
+  /// A text in UTF-8 in this encoding; none if that has not all of its characters.
+  std::optional<std::string> FromUtf8(std::string_view text) const;
+
+ private:
+  struct Self;
+  std::unique_ptr<Self> self_;
+};
+
 /// Sets a variable of this program's environment.
 void SetEnvironment(const std::string& name, const std::string& value);
 

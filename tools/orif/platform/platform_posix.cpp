@@ -1,6 +1,7 @@
 #include "tools/orif/platform/platform.h"
 
 #include <fcntl.h>
+#include <iconv.h>
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -82,6 +83,61 @@ void Sleep(std::chrono::milliseconds time) {
   const std::chrono::nanoseconds rest = time - seconds;
   const timespec duration{seconds.count(), static_cast<long>(rest.count())};
   nanosleep(&duration, nullptr);
+}
+
+struct Encoding::Self {
+  explicit Self(const char* name)
+      : toUtf8(iconv_open("UTF-8", name)), fromUtf8(iconv_open(name, "UTF-8")) {}
+  Self(const Self&) = delete;
+  Self& operator=(const Self&) = delete;
+  ~Self() {
+    for (const iconv_t each : {toUtf8, fromUtf8}) {
+      if (each != None) iconv_close(each);
+    }
+  }
+
+  /// Converts as much as it can, takes that off `text`, and answers it.
+  static std::string Convert(iconv_t way, std::string_view& text) {
+    constexpr std::size_t MostGrowth = 4;  // bytes of UTF-8 for one of another encoding
+    std::string converted(text.size() * MostGrowth, '\0');
+    char* from = const_cast<char*>(text.data());  // iconv does not write there
+    std::size_t left = text.size();
+    char* to = converted.data();
+    std::size_t room = converted.size();
+    iconv(way, nullptr, nullptr, nullptr, nullptr);
+    iconv(way, &from, &left, &to, &room);
+    text.remove_prefix(text.size() - left);
+    converted.resize(converted.size() - room);
+    return converted;
+  }
+
+  static inline const auto None = reinterpret_cast<iconv_t>(-1);
+  iconv_t toUtf8;
+  iconv_t fromUtf8;
+};
+
+Encoding::Encoding(const EncodingName& name) : self_(std::make_unique<Self>(name.iconv)) {
+  if (self_->toUtf8 == Self::None || self_->fromUtf8 == Self::None) {
+    throw std::runtime_error(std::string("this system cannot convert ") + name.said);
+  }
+}
+
+Encoding::~Encoding() = default;
+
+std::string Encoding::ToUtf8(std::string_view text) const {
+  std::string utf8;
+  for (;;) {
+    utf8 += Self::Convert(self_->toUtf8, text);
+    if (text.empty()) return utf8;
+    utf8 += "\xEF\xBF\xBD";
+    text.remove_prefix(1);
+  }
+}
+
+std::optional<std::string> Encoding::FromUtf8(std::string_view text) const {
+  std::string converted = Self::Convert(self_->fromUtf8, text);
+  if (!text.empty()) return {};
+  return converted;
 }
 
 void SetEnvironment(const std::string& name, const std::string& value) {

@@ -143,6 +143,60 @@ void Sleep(std::chrono::milliseconds time) {
   timeEndPeriod(1);
 }
 
+struct Encoding::Self {
+  UINT codePage;
+};
+
+Encoding::Encoding(const EncodingName& name) : self_(std::make_unique<Self>(Self{name.codePage})) {
+  if (IsValidCodePage(self_->codePage) == 0) {
+    throw std::runtime_error(std::string("this system cannot convert ") + name.said);
+  }
+}
+
+Encoding::~Encoding() = default;
+
+// Character by character, since the system does not tell which bytes are none.
+std::string Encoding::ToUtf8(std::string_view text) const {
+  std::string utf8;
+  while (!text.empty()) {
+    const bool pair =
+        text.size() > 1 && IsDBCSLeadByteEx(self_->codePage, static_cast<BYTE>(text.front())) != 0;
+    int length = pair ? 2 : 1;
+    std::array<wchar_t, 4> wide{};
+    const int count = MultiByteToWideChar(self_->codePage, MB_ERR_INVALID_CHARS, text.data(),
+                                          length, wide.data(), static_cast<int>(wide.size()));
+    std::array<char, 16> character{};
+    const int size =
+        count == 0 ? 0
+                   : WideCharToMultiByte(CP_UTF8, 0, wide.data(), count, character.data(),
+                                         static_cast<int>(character.size()), nullptr, nullptr);
+    if (size == 0) {
+      length = 1;
+      utf8 += "\xEF\xBF\xBD";
+    }
+    utf8.append(character.data(), static_cast<std::size_t>(size));
+    text.remove_prefix(static_cast<std::size_t>(length));
+  }
+  return utf8;
+}
+
+std::optional<std::string> Encoding::FromUtf8(std::string_view text) const {
+  if (text.empty()) return std::string();
+  const auto length = static_cast<int>(text.size());
+  std::wstring wide(text.size(), L'\0');
+  const int count =
+      MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, wide.data(), length);
+  if (count == 0) return {};
+  std::string converted(text.size() * 2, '\0');
+  BOOL lacks = FALSE;
+  const int size =
+      WideCharToMultiByte(self_->codePage, WC_NO_BEST_FIT_CHARS, wide.data(), count,
+                          converted.data(), static_cast<int>(converted.size()), nullptr, &lacks);
+  if (size == 0 || lacks != FALSE) return {};
+  converted.resize(static_cast<std::size_t>(size));
+  return converted;
+}
+
 void SetEnvironment(const std::string& name, const std::string& value) {
   _putenv_s(name.c_str(), value.c_str());
 }
