@@ -174,7 +174,7 @@ class ComponentReport {
     std::cout << Left(operation, 27) << std::flush;
     OperationLine line{.operation = std::move(operation), .answer = {}, .problems = {}};
     body(line);
-    std::cout << Left(line.answer, 34) << ' ' << line.Verdict() << std::endl;
+    std::cout << Left(Printable(line.answer), 34) << ' ' << Printable(line.Verdict()) << std::endl;
     lines_.push_back(std::move(line));
   }
 

@@ -6,12 +6,13 @@
 #include "tools/orif/ComponentCheck.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/SimulatedCell.h"
+#include "tools/orif/Text.h"
 
 namespace orif::tool {
 
 void Check(const CheckOptions& options) {
   if (!options.file.empty()) {
-    std::cout << LoadSimulatedCell(options.file).description;
+    std::cout << PrintableLines(LoadSimulatedCell(options.file).description);
   } else if (!options.connection.host.empty()) {
     CheckComponent(options.connection);
   } else {
