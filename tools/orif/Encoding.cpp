@@ -36,6 +36,7 @@ constexpr auto Encodings = std::to_array<EncodingName>({{Utf8Name, "UTF-8", 6500
 
 std::vector<std::string> EncodingNames() {
   std::vector<std::string> names;
+  names.reserve(Encodings.size());
   for (const EncodingName& each : Encodings) names.emplace_back(each.said);
   return names;
 }

@@ -29,6 +29,17 @@ struct TerminalSize {
 };
 TerminalSize OutputSize();
 
+/// Writes `enter` to the terminal at standard output, and `leave` when LeaveScreen is called or the
+/// program ends in any other way that lets it: by a signal, or a crash. Stopped (Ctrl-Z), the
+/// terminal is left, and it is entered again when the program goes on in the foreground. Both texts
+/// live as long as the program.
+void EnterScreen(std::string_view enter, std::string_view leave);
+/// Writes what the screen shows from now on, and writes it again when it is entered again. Whether
+/// it could be written; in the background it waits for that.
+bool ShowPage(std::string page);
+/// May be called from a signal handler.
+void LeaveScreen();
+
 /// From now on Ctrl-C, or a request to end, is only noted and does not end the program; the second
 /// one does at once, wherever the program is. What the caller has the program ignore, such as the
 /// end of the terminal with nohup, stays ignored.

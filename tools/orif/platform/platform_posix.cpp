@@ -16,6 +16,7 @@
 #include <ctime>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace orif::tool::platform {
 namespace {
@@ -24,6 +25,116 @@ volatile std::sig_atomic_t interrupted = 0;
 
 constexpr std::array Interrupts{SIGINT, SIGTERM, SIGHUP};
 
+bool WriteAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(file, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;  // nobody reads any more
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+/// The screen that is to be left in the end. Signal handlers use it: it changes only while those
+/// that stop the program and let it go on are blocked.
+struct ScreenState {
+  std::string_view enter;
+  std::string_view leave;
+  std::string page;
+  std::array<char, 1 << 16> stack{};
+  volatile std::sig_atomic_t guarded = 0;  // between EnterScreen and LeaveScreen
+  volatile std::sig_atomic_t shown = 0;    // entered and not left meanwhile
+};
+
+ScreenState* screen = nullptr;  // made once and never destroyed: a handler may run at the very end
+
+bool InForeground() {
+  const pid_t group = tcgetpgrp(STDOUT_FILENO);
+  return group < 0 || group == getpgrp();
+}
+
+// In the background the terminal belongs to another program.
+bool ShowScreen() {
+  if (screen->guarded == 0 || !InForeground()) return true;
+  const bool entered = screen->shown != 0 || WriteAll(STDOUT_FILENO, screen->enter);
+  screen->shown = 1;
+  return WriteAll(STDOUT_FILENO, screen->page) && entered;
+}
+
+void HideScreen() {
+  if (screen == nullptr || screen->shown == 0) return;
+  screen->shown = 0;
+  WriteAll(STDOUT_FILENO, screen->leave);
+}
+
+// Leaves the screen and has the signal do what it does by itself.
+void EndBy(int signal) {
+  HideScreen();
+  std::signal(signal, SIG_DFL);
+  raise(signal);
+}
+
+// What happens while the program is stopped, or goes on in the background, is Continue's affair.
+// Where nothing can continue a program, the signal does not stop it.
+void Stop(int signal) {
+  const int error = errno;
+  HideScreen();
+  struct sigaction stop {};
+  struct sigaction before {};
+  stop.sa_handler = SIG_DFL;
+  sigaction(signal, &stop, &before);
+  sigset_t one{};
+  sigset_t blocked{};
+  sigemptyset(&one);
+  sigaddset(&one, signal);
+  raise(signal);
+  sigprocmask(SIG_UNBLOCK, &one, &blocked);
+  sigprocmask(SIG_SETMASK, &blocked, nullptr);
+  sigaction(signal, &before, nullptr);
+  if (screen->shown == 0) ShowScreen();
+  errno = error;
+}
+
+void Continue(int /*signal*/) {
+  const int error = errno;
+  screen->shown = 0;  // whatever has been shown there meanwhile
+  ShowScreen();
+  errno = error;
+}
+
+constexpr std::array Stops{SIGTSTP, SIGTTIN, SIGTTOU};
+constexpr std::array Ends{SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGSEGV, SIGBUS,  SIGILL,  SIGFPE,
+                          SIGABRT, SIGSYS,  SIGTRAP, SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU, SIGPIPE};
+
+/// Keeps the handlers of signals that stop the program from running meanwhile.
+class StopsBlocked {
+ public:
+  StopsBlocked() {
+    sigset_t stops{};
+    sigemptyset(&stops);
+    for (const int each : Stops) sigaddset(&stops, each);
+    sigaddset(&stops, SIGCONT);
+    sigprocmask(SIG_BLOCK, &stops, &before_);
+  }
+  StopsBlocked(const StopsBlocked&) = delete;
+  StopsBlocked& operator=(const StopsBlocked&) = delete;
+  ~StopsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+};
+
+// Only where a signal does what it does by itself: what the caller has ignored stays so.
+void Handle(int signal, void (*handler)(int)) {
+  struct sigaction before {};
+  sigaction(signal, nullptr, &before);
+  if (before.sa_handler != SIG_DFL) return;
+  struct sigaction action {};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART | SA_ONSTACK;
+  sigaction(signal, &action, nullptr);
+}
+
 // The second one ends the program: from the first on, those that were caught do again what they do
 // by themselves.
 void NoteInterrupt(int /*signal*/) {
@@ -31,20 +142,11 @@ void NoteInterrupt(int /*signal*/) {
   for (const int each : Interrupts) {
     struct sigaction action {};
     sigaction(each, nullptr, &action);
-    if (action.sa_handler == NoteInterrupt) std::signal(each, SIG_DFL);
+    if (action.sa_handler == NoteInterrupt) std::signal(each, EndBy);
   }
 }
 
 [[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
-
-void WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(file, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return;  // nobody reads any more
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
 
 }  // namespace
 
@@ -64,6 +166,31 @@ TerminalSize OutputSize() {
     return {};
   }
   return {size.ws_col, size.ws_row};
+}
+
+// A handler needs a stack of its own where the program's has overflowed.
+void EnterScreen(std::string_view enter, std::string_view leave) {
+  const StopsBlocked blocked;
+  if (screen == nullptr) screen = new ScreenState;
+  const stack_t handlers{screen->stack.data(), 0, screen->stack.size()};
+  sigaltstack(&handlers, nullptr);
+  screen->enter = enter;
+  screen->leave = leave;
+  screen->guarded = 1;
+  for (const int each : Ends) Handle(each, EndBy);
+  for (const int each : Stops) Handle(each, Stop);
+  Handle(SIGCONT, Continue);
+}
+
+bool ShowPage(std::string page) {
+  const StopsBlocked blocked;
+  screen->page = std::move(page);
+  return ShowScreen();
+}
+
+void LeaveScreen() {
+  if (screen != nullptr) screen->guarded = 0;
+  HideScreen();
 }
 
 void CatchInterrupt() {
@@ -91,7 +218,7 @@ struct Encoding::Self {
   Self(const Self&) = delete;
   Self& operator=(const Self&) = delete;
   ~Self() {
-    for (const iconv_t each : {toUtf8, fromUtf8}) {
+    for (iconv_t each : {toUtf8, fromUtf8}) {
       if (each != None) iconv_close(each);
     }
   }
@@ -111,6 +238,7 @@ struct Encoding::Self {
     return converted;
   }
 
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): what iconv_open answers if it fails
   static inline const auto None = reinterpret_cast<iconv_t>(-1);
   iconv_t toUtf8;
   iconv_t fromUtf8;

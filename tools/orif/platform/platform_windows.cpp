@@ -20,6 +20,7 @@ namespace orif::tool::platform {
 namespace {
 
 std::atomic<bool> interrupted = false;
+std::string_view screenLeave;
 
 BOOL WINAPI NoteInterrupt(DWORD event) {
   if (interrupted.exchange(true)) return FALSE;  // the second one ends the program
@@ -130,6 +131,22 @@ TerminalSize OutputSize() {
   if (GetConsoleScreenBufferInfo(StandardHandle(Stream::Output), &info) == 0) return {};
   const SMALL_RECT& window = info.srWindow;
   return {window.Right - window.Left + 1, window.Bottom - window.Top + 1};
+}
+
+// Nothing stops a program here.
+void EnterScreen(std::string_view enter, std::string_view leave) {
+  screenLeave = leave;
+  std::fwrite(enter.data(), 1, enter.size(), stdout);
+}
+
+bool ShowPage(std::string page) {
+  return std::fwrite(page.data(), 1, page.size(), stdout) == page.size() &&
+         std::fflush(stdout) == 0;
+}
+
+void LeaveScreen() {
+  std::fwrite(screenLeave.data(), 1, screenLeave.size(), stdout);
+  std::fflush(stdout);
 }
 
 void CatchInterrupt() { SetConsoleCtrlHandler(NoteInterrupt, TRUE); }

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
@@ -35,10 +36,11 @@ std::string Marked(const std::string& text, std::string_view mark) {
 Screen::Screen() {
   const char* noColour = std::getenv("NO_COLOR");
   mark_ = noColour == nullptr || *noColour == '\0' ? Inverse : Bold;
-  std::cout << Enter << std::flush;
+  std::cout.flush();
+  platform::EnterScreen(Enter, Leave);
 }
 
-Screen::~Screen() { std::cout << Leave << std::flush; }
+Screen::~Screen() { platform::LeaveScreen(); }
 
 void Screen::Paint(const std::vector<Line>& lines, const std::vector<bool>& marked,
                    const std::string& status) const {
@@ -58,7 +60,7 @@ void Screen::Paint(const std::vector<Line>& lines, const std::vector<bool>& mark
       .append("\x1b[" + std::to_string(size.rows) + ";1H")
       .append(Cut(Printable(status), width))
       .append(EndOfLine);
-  std::cout << page << std::flush;
+  if (!platform::ShowPage(std::move(page))) std::cout.setstate(std::ios::badbit);
 }
 
 }  // namespace orif::tool

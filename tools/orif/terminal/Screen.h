@@ -1,5 +1,5 @@
-// The terminal while `orif watch` shows values: a page of its own, painted in place. The destructor
-// leaves the page and shows the cursor again.
+// The terminal while `orif watch` shows values: a page of its own, painted in place. However
+// the program ends or stops, the page is left and the cursor shown again.
 #pragma once
 
 #include <string>
