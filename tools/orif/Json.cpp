@@ -43,8 +43,9 @@ Json ToJson(const Value& value) {
 }
 
 Json ToJson(const live::Tag& tag) {
-  const auto* text = std::get_if<std::string>(&tag.value);
-  if (tag.field != "config" || text == nullptr) return ToJson(tag.value);
+  const Value& value = GoodValue(tag);
+  const auto* text = std::get_if<std::string>(&value);
+  if (tag.field != "config" || text == nullptr) return ToJson(value);
   Json numbers = Json::array();
   std::istringstream words(*text);
   for (int number = 0; words >> number;) numbers.push_back(number);
@@ -56,7 +57,8 @@ Json FieldsToJson(std::span<const live::Tag> tags) {
   for (const live::Tag& tag : tags) {
     fields[tag.field.empty() ? "value" : tag.field] = ToJson(tag);
     if (tag.field != "state") continue;
-    fields["state_text"] = tag.value.IsEmpty() ? Json() : Json(TaskStateText(tag.value));
+    const Value& state = GoodValue(tag);
+    fields["state_text"] = state.IsEmpty() ? Json() : Json(TaskStateText(state));
   }
   return fields;
 }

@@ -14,7 +14,7 @@ using Json = nlohmann::ordered_json;
 /// A number as a number, a text in UTF-8; null for no value, for infinities and for not-a-number.
 Json ToJson(const Value& value);
 
-/// The value of a tag: a configuration is an array of its numbers.
+/// The value of a tag while it is good, else null: a configuration is an array of its numbers.
 Json ToJson(const live::Tag& tag);
 
 /// The fields of an item, by name; the state of a task in words too, as "state_text".

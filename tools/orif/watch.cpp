@@ -60,7 +60,7 @@ void PrintJson(const Poll& poll, Link link) {
   json["time"] = Iso8601(poll.Wall());
   json["link"] = ToText(link);
   const auto reason =
-      IsLost(link) ? poll.Values().LastReason().ToText() : Joined(RefusedItems(poll.Values()));
+      IsLost(link) ? poll.Values().LastReason().ToText() : Joined(Unread(poll.Values()));
   json["reason"] = reason.empty() ? Json() : ToJson(Value(reason));
   json["values"] = IsLost(link) ? Json() : ToJson(poll.Values());
   std::cout << JsonLine(json) << std::endl;
