@@ -61,6 +61,10 @@ step_soak() { # the hundredth part of the soak adds no memory
   scripts/soak.sh 100
 }
 
+step_trouble() { # half a minute of troubles leaves true recordings
+  scripts/trouble.sh 30
+}
+
 step_package() { # what is installed and packaged works
   scripts/package.sh
 }
