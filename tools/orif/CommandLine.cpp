@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "live/Name.h"
+#include "orif/version.h"
 #include "simulator/served/Address.h"
 #include "tools/orif/Commands.h"
 #include "tools/orif/SimulatedCell.h"
@@ -346,7 +347,7 @@ void CheckCommand(const CLI::App& app, const std::vector<std::string>& arguments
 
 void RunCommandLine(int argc, char** argv) {
   CLI::App app("Reads, writes, watches and records the data of a robot controller.", "orif");
-  app.set_version_flag("--version", "orif " ORIF_VERSION);
+  app.set_version_flag("--version", std::string("orif ") + Version());
   app.allow_windows_style_options(false);  // a file's name may begin with a slash anywhere
   app.require_subcommand(1);
   app.footer(
