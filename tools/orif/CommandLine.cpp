@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -224,6 +225,40 @@ void AddWriteCommand(CLI::App& app) {
   command->callback([options] { Write(*options); });
 }
 
+void AddSaveCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("save", "Save registers, texts, comments and positions");
+  const auto options = std::make_shared<SaveOptions>();
+  command->add_option("FILE", options->file, "The file to write, JSON")
+      ->required()
+      ->option_text("FILE");
+  AddItems(*command, options->items, "ITEM", "What to save, for example R[1-10]")->required();
+  command->add_flag("--comments", options->comments, "Save the comments too");
+  command->add_flag("--force", options->force, "Replace a file that exists");
+  AddConnectionOptions(*command, options->connection);
+  command->footer(
+      "Saves everything that can be read and written, signals and variables included, or nothing "
+      "if "
+      "the controller refuses an item. A position is saved in the form that is valid.\n\n"
+      "Example:\n  orif save cell1.json 'R[1-100]' 'PR[1-20]' --comments --host cell1");
+  command->callback([options] { Save(*options); });
+}
+
+void AddRestoreCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("restore", "Write what was saved");
+  const auto options = std::make_shared<RestoreOptions>();
+  command->add_option("FILE", options->file, "A file that save wrote")
+      ->required()
+      ->option_text("FILE");
+  AddItems(*command, options->items, "ITEM", "A part of the file; all of it without");
+  command->add_flag("--yes", options->yes, "Write without a question");
+  AddConnectionOptions(*command, options->connection);
+  command->footer(
+      "Checks the whole file, shows what differs from the controller, asks, and writes that. Stops "
+      "at the first value that the controller refuses, and says which were written.\n\n"
+      "Example:\n  orif restore cell1.json 'R[1-10]' --host cell1");
+  command->callback([options] { Restore(*options); });
+}
+
 void AddRecordCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("record", "Record items to a CSV file or a database");
   const auto options = std::make_shared<RecordOptions>();
@@ -256,10 +291,10 @@ void AddRecordCommand(CLI::App& app) {
 void AddPlotCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("plot", "Draw a picture of what was recorded");
   const auto options = std::make_shared<PlotOptions>();
-  command->add_option("recording", options->recording, "A file that record wrote")
+  command->add_option("FILE", options->recording, "A file that record wrote")
       ->option_text("FILE")
       ->required();
-  command->add_option("names", options->names, "Columns, or items for all of their columns")
+  command->add_option("COLUMN", options->names, "Columns, or items for all of their columns")
       ->option_text("COLUMN");
   command->add_option("--out", options->picture, "The picture, .svg or .png")->option_text("FILE");
   command->add_flag("--force", options->force, "Replace a file that exists");
@@ -302,6 +337,21 @@ void AddAlarmsCommand(CLI::App& app) {
   command->callback([options] { ShowAlarms(*options); });
 }
 
+void AddClearAlarmsCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("clear-alarms", "Reset the alarms");
+  const auto options = std::make_shared<ClearAlarmsOptions>();
+  command->add_option("--kind", options->kind, "Only alarms of that kind, 1 or more")
+      ->option_text("N")
+      ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()));
+  command->add_flag("--yes", options->yes, "Reset without a question");
+  AddConnectionOptions(*command, options->connection);
+  command->footer(
+      "Shows the active alarms, asks, resets them, and shows what remains. After a reset the robot "
+      "can go on.\n\n"
+      "Example:\n  orif clear-alarms --host cell1");
+  command->callback([options] { ClearAlarms(*options); });
+}
+
 void AddTasksCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("tasks", "List the programs that run");
   const auto options = std::make_shared<TaskOptions>();
@@ -317,21 +367,31 @@ void AddTasksCommand(CLI::App& app) {
   command->callback([options] { ShowTasks(*options); });
 }
 
+void AddInfoCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("info", "Show the component, the connection and how fast a refresh is");
+  const auto options = std::make_shared<InfoOptions>();
+  AddConnectionOptions(*command, options->connection);
+  command->footer("Example:\n  orif info --host cell1");
+  command->callback([options] { ShowInfo(*options); });
+}
+
 void AddCheckCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
       "check", "Check what describes a simulated cell, or a communication component");
   const auto options = std::make_shared<CheckOptions>();
   CLI::Option* file =
-      command->add_option("cell", options->file, "A scenario (.json) or a recording (.csv, .db)");
+      command->add_option("FILE", options->file, "A scenario (.json) or a recording (.csv, .db)");
   file->option_text("[FILE]");
   AddControllerOptions(*command, options->connection);
   for (CLI::Option* option : command->get_options()) {
     if (option->get_group() == ConnectionOptions) option->excludes(file);
   }
   command->footer(
-      "Without a file, the component is checked: every operation that only reads is called as the "
-      "library would call it, and told what each answered, what is missing, what is outside the "
-      "contract, and which commands suffer. Nothing is written to the controller.\n\n"
+      "Without a file, checks the component: calls every operation that only reads as the library "
+      "would, and tells what each answered, what is missing, what is outside the contract, and "
+      "which "
+      "commands suffer. Writes nothing to the controller.\n\n"
       "Examples:\n  orif check cell.json\n"
       "  orif check --component ./libMyCommLib.so --host cell1");
   command->callback([options] { Check(*options); });
@@ -342,7 +402,7 @@ void AddSimulateCommand(CLI::App& app) {
       app.add_subcommand("simulate", "Serve a simulated cell to other programs, with --serve");
   const auto options = std::make_shared<SimulateOptions>();
   command
-      ->add_option("cell", options->file,
+      ->add_option("FILE", options->file,
                    "A scenario (.json) or a recording (.csv, .db); none for the demonstration cell")
       ->option_text("[FILE]");
   command->add_option("--serve", options->serve, "Serve the cell until Ctrl-C; its time passes")
@@ -387,7 +447,7 @@ const CLI::App* FindCommand(const CLI::App& app, const std::string& name) {
 void AddHelpCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("help", "Explain a command, or list all");
   const auto about = std::make_shared<std::string>();
-  command->add_option("command", *about, "The one to explain")->option_text("COMMAND");
+  command->add_option("COMMAND", *about, "The one to explain")->option_text("COMMAND");
   command->footer("Example:\n  orif help write");
   command->callback([&app, about] {
     const CLI::App* explained = about->empty() ? &app : FindCommand(app, *about);
@@ -431,8 +491,9 @@ void RunCommandLine(int argc, char** argv) {
       "Quote them, since brackets and $ are special to the shell.\n\n"
       "Exit codes: 0 done, 1 the controller or you said no, 2 wrong usage, 3 no connection.");
   for (const auto add :
-       {AddReadCommand, AddWatchCommand, AddWriteCommand, AddRecordCommand, AddPlotCommand,
-        AddAlarmsCommand, AddTasksCommand, AddCheckCommand, AddSimulateCommand, AddHelpCommand}) {
+       {AddReadCommand, AddWatchCommand, AddWriteCommand, AddSaveCommand, AddRestoreCommand,
+        AddRecordCommand, AddPlotCommand, AddAlarmsCommand, AddClearAlarmsCommand, AddTasksCommand,
+        AddInfoCommand, AddCheckCommand, AddSimulateCommand, AddHelpCommand}) {
     add(app);
   }
   for (CLI::App* command : app.get_subcommands({})) command->group("Commands");

@@ -54,7 +54,7 @@ std::string TwoColumns(const std::string& name, const std::string& about) {
 std::string HelpFormatter::make_option(const CLI::Option* option, bool isPositional) const {
   const std::string value = Placeholder(*option);
   return TwoColumns(
-      isPositional ? Usage(*option) : Names(*option) + (value.empty() ? "" : " " + value),
+      isPositional ? Usage(*option) : OptionNames(*option) + (value.empty() ? "" : " " + value),
       About(*option));
 }
 

@@ -19,7 +19,7 @@ std::string Usage(const CLI::Option& option) {
   return option.get_required() || text.starts_with('[') ? text : "[" + text + "]";
 }
 
-std::string Names(const CLI::Option& option) {
+std::string OptionNames(const CLI::Option& option) {
   std::string names;
   for (const std::string& name : option.get_snames()) names += "-" + name + ", ";
   return names + "--" + option.get_lnames().front();

@@ -18,7 +18,7 @@ std::vector<std::string> Choices(const CLI::Option& option);
 std::string Usage(const CLI::Option& option);
 
 /// Its names: "-h, --help", "--every".
-std::string Names(const CLI::Option& option);
+std::string OptionNames(const CLI::Option& option);
 
 /// What it is, with its default value, or that it is needed.
 std::string About(const CLI::Option& option);

@@ -49,7 +49,7 @@ std::string ManSynopsis(const CommandList& commands) {
 std::string ManOptions(const std::vector<const CLI::Option*>& options) {
   std::string text;
   for (const CLI::Option* option : options) {
-    text += ".TP\n\\fB" + Roff(Names(*option)) + "\\fR";
+    text += ".TP\n\\fB" + Roff(OptionNames(*option)) + "\\fR";
     if (!Placeholder(*option).empty()) text += " \\fI" + Roff(Placeholder(*option)) + "\\fR";
     text += '\n' + Roff(About(*option)) + ".\n";
   }
@@ -89,15 +89,15 @@ std::string ManConnection(const CommandList& commands) {
 }
 
 /// What can be completed in place of a value.
-enum class Completion { Nothing, Words, Files, Cells, Items, Columns, Commands };
+enum class Completion { Nothing, Words, Files, Cells, Items, Columns, CommandNames };
 
 Completion CompletionOf(const CLI::Option& option) {
   if (!Choices(option).empty()) return Completion::Words;
   static const std::map<std::string, Completion> completions{
-      {"FILE", Completion::Files},       {"PATH", Completion::Files},
-      {"[FILE]", Completion::Cells},     {"ITEM", Completion::Items},
-      {"ITEM=VALUE", Completion::Items}, {"COLUMN", Completion::Columns},
-      {"COMMAND", Completion::Commands}};
+      {"FILE", Completion::Files},          {"PATH", Completion::Files},
+      {"[FILE]", Completion::Cells},        {"ITEM", Completion::Items},
+      {"ITEM=VALUE", Completion::Items},    {"COLUMN", Completion::Columns},
+      {"COMMAND", Completion::CommandNames}};
   const auto found = completions.find(Placeholder(option));
   return found == completions.end() ? Completion::Nothing : found->second;
 }
@@ -108,7 +108,7 @@ std::string BashCompletion(const CLI::Option& option) {
   static const std::map<Completion, std::string> actions{
       {Completion::Nothing, ":nothing"}, {Completion::Files, ":files"},
       {Completion::Cells, ":cells"},     {Completion::Items, ":items"},
-      {Completion::Columns, ":columns"}, {Completion::Commands, ":commands"}};
+      {Completion::Columns, ":columns"}, {Completion::CommandNames, ":commands"}};
   const auto action = actions.find(CompletionOf(option));
   return action == actions.end() ? Spaced(Choices(option)) : action->second;
 }
@@ -144,25 +144,27 @@ std::string BashPositionals(const CommandList& commands) {
     for (const CLI::Option* option : Positionals(*command)) {
       actions.push_back(BashCompletion(*option));
     }
-    text += "    [" + command->get_name() + "]='" + Spaced(actions) + "'\n";
+    text.append("    [").append(command->get_name()).append("]='");
+    text.append(Spaced(actions)).append("'\n");
   }
   return text;
 }
 
 std::string ZshQuoted(std::string text) {
   for (const std::string special : {"\\", "[", "]", ":"}) {
-    text = Replaced(std::move(text), special, "\\" + special);
+    text = Replaced(std::move(text), special, std::string("\\").append(special));
   }
   return Replaced(std::move(text), "'", "'\\''");
 }
 
 std::string ZshAction(const CLI::Option& option) {
-  static const std::map<Completion, std::string> actions{{Completion::Nothing, ""},
-                                                         {Completion::Files, "_files"},
-                                                         {Completion::Cells, "_orif_cells"},
-                                                         {Completion::Items, "_orif_items"},
-                                                         {Completion::Columns, "_orif_columns"},
-                                                         {Completion::Commands, "_orif_commands"}};
+  static const std::map<Completion, std::string> actions{
+      {Completion::Nothing, ""},
+      {Completion::Files, "_files"},
+      {Completion::Cells, "_orif_cells"},
+      {Completion::Items, "_orif_items"},
+      {Completion::Columns, "_orif_columns"},
+      {Completion::CommandNames, "_orif_commands"}};
   const auto action = actions.find(CompletionOf(option));
   return action == actions.end() ? "(" + Spaced(Choices(option)) + ")" : action->second;
 }
