@@ -2,9 +2,9 @@
 #include <iostream>
 
 #include "simulator/served/Server.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/SimulatedCell.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {

@@ -10,9 +10,9 @@
 #include "live/UsageError.h"
 #include "simulator/scenario/Node.h"
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 namespace {
@@ -116,7 +116,7 @@ std::vector<Saved> Selected(const std::vector<Saved>& values, const std::vector<
       if (!Selects(selection, values[i].name)) continue;
       selected[i] = any = true;
     }
-    if (!any) throw Error(Exit::Usage, file + " has no value of " + item);
+    if (!any) throw Error(Exit::Usage, std::string(file).append(" has no value of ").append(item));
   }
   std::vector<Saved> chosen;
   for (std::size_t i = 0; i < values.size(); ++i) {
@@ -134,6 +134,7 @@ std::vector<live::Assignment> Assignments(const std::vector<Saved>& values) {
 // Each one alone, so that a mistake has its line; WriteValues checks them together.
 void CheckValues(const Cell& cell, const std::vector<Saved>& values) {
   std::vector<std::string> tags;
+  tags.reserve(values.size());
   for (const Saved& each : values) tags.push_back(each.assignment.name);
   const live::Controller controller(cell.Settings(tags));
   for (const Saved& each : values) {
@@ -147,9 +148,9 @@ void CheckValues(const Cell& cell, const std::vector<Saved>& values) {
   }
 }
 
-std::string ReadFile(const std::filesystem::path& path) {
+std::string ContentOf(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  std::string text{std::istreambuf_iterator<char>(file), {}};
   if (!file.is_open() || file.bad()) {
     throw Error(Exit::Usage, path.string() + " cannot be read");
   }
@@ -163,7 +164,7 @@ void Restore(const RestoreOptions& options) {
   const std::string file = options.file.string();
   std::vector<live::Assignment> assignments;
   try {
-    const Node document = sim::ParseDocument(ReadFile(options.file));
+    const Node document = sim::ParseDocument(ContentOf(options.file));
     document.CheckKeys(std::to_array<std::string_view>({"host", "time", "values"}));
     std::vector<Saved> values;
     for (const Node& item : document.At("values").Object()) AddItem(item, values);

@@ -6,10 +6,10 @@
 
 #include "tools/orif/Cell.h"
 #include "tools/orif/Clock.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Draft.h"
 #include "tools/orif/Json.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/platform/platform.h"
 
 namespace orif::tool {
@@ -100,7 +100,7 @@ Json ValuesJson(const live::Controller& controller) {
   return values;
 }
 
-void WriteFile(const std::filesystem::path& path, const std::string& text) {
+void PutInto(const std::filesystem::path& path, const std::string& text) {
   const Draft draft(path);
   try {
     platform::AppendedFile(draft.Path().string(), platform::AppendedFile::Begin::Existing)
@@ -129,7 +129,7 @@ void Save(const SaveOptions& options) {
   json["host"] = cell.Host();
   json["time"] = Iso8601(std::chrono::floor<Clock::Milliseconds>(clock.Wall()));
   json["values"] = ValuesJson(controller);
-  WriteFile(options.file, JsonText(json));
+  PutInto(options.file, JsonText(json));
   std::cerr << Counted(std::ssize(controller.Items()), "item") << " in " << options.file.string()
             << '\n';
 }

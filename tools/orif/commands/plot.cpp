@@ -9,10 +9,10 @@
 #include <system_error>
 #include <vector>
 
-#include "tools/orif/Commands.h"
 #include "tools/orif/Draft.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/platform/platform.h"
 #include "tools/orif/plot/Picture.h"
 #include "tools/orif/recording/Recording.h"

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/List.h"
 #include "tools/orif/Question.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 namespace {

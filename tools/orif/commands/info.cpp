@@ -11,8 +11,8 @@
 #include "orif/lowerlayer/orvex_commlib.h"
 #include "orif/version.h"
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 namespace {

@@ -6,11 +6,11 @@
 #include <span>
 
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Question.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/WriteRequest.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 namespace {

@@ -2,10 +2,10 @@
 // answers.
 #include <iostream>
 
-#include "tools/orif/Commands.h"
 #include "tools/orif/ComponentCheck.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/SimulatedCell.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 
