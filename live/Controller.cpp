@@ -690,4 +690,10 @@ std::optional<Milliseconds> Controller::TimeOut() const {
   return Milliseconds(self_->core->TimeOutValue());
 }
 
+std::optional<std::int32_t> Controller::Port() const {
+  if (self_->settings.port) return self_->settings.port;
+  if (self_->core == nullptr) return {};
+  return self_->core->PortNumber();
+}
+
 }  // namespace orif::live

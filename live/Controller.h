@@ -193,6 +193,10 @@ class ORIF_LIVE_EXPORT Controller {
   /// is up.
   std::optional<Milliseconds> TimeOut() const;
 
+  /// The TCP port of the robot controller: the setting, or the component's own while the link is
+  /// up.
+  std::optional<std::int32_t> Port() const;
+
  private:
   struct Self;
   std::unique_ptr<Self> self_;

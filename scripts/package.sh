@@ -124,7 +124,7 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
   "$prefix/bin/orif" read --simulate 'R[1]' >/dev/null
   scenarios=$prefix/share/doc/orif/examples/scenarios
   "$prefix/bin/orif" check "$scenarios/handling_cell.json" >/dev/null
-  for file in share/{man/man1/orif.1,bash-completion/completions/orif,doc/orif/docs/items.md} \
+  for file in share/{man/man1/orif.1,bash-completion/completions/orif,zsh/site-functions/_orif,doc/orif/docs/items.md} \
     "share/doc/orif/examples/scenarios/$(sed -n 's/.*"[$]schema": "\(.*\)".*/\1/p' "$scenarios/handling_cell.json")"; do
     [ -s "$prefix/$file" ] || fail "$prefix lacks $file"
   done

@@ -13,7 +13,7 @@ cd "$work/here" || exit 1
 grep '^\$ ' "$work/page" | while IFS= read -r line; do
   printf '%s\n' "$line"
   case $line in
-    '$ orif write '*) echo y | script -qE never -ec "${line#??}" /dev/null | tr -d '\r' | sed 's|\[y/N\] |&y\n|' ;;
+    '$ orif write '* | '$ orif restore '* | '$ orif clear-alarms '*) echo y | script -qE never -ec "${line#??}" /dev/null | tr -d '\r' | sed 's|\[y/N\] |&y\n|' ;;
     *) bash -c "${line#??}" 2>&1 </dev/null ;;
   esac
 done | grep . >"$work/printed"

@@ -106,7 +106,7 @@ TEST_P(LogFile, StandsBesideTheModuleThatContainsTheLibrary) {
   EXPECT_LE(before, name);
   EXPECT_LE(name, NameNow());
   EXPECT_THAT(Lines(Logs()[0]),
-              ElementsAre("ORVEX Debug Out V" ORIF_VERSION,
+              ElementsAre(std::string("ORVEX Debug Out V") + orif::VersionText,
                           EndsWith("[Core.Class_initialize] ID=1, Err Object variable not set"),
                           EndsWith("[Core.AddUserMessage] ID=1, before"),
                           EndsWith("[Core.AddUserMessage] ID=1, after")));
@@ -157,7 +157,7 @@ TEST_P(LogFile, SettingsStandBelowHomeUnlessAnotherDirectoryIsNamed) {
 // shown once; a later line is cut or dropped.
 TEST_P(LogFile, ALineThatDoesNotFitDisturbsNothing) {
   Settings("DebugOut=True");
-  const std::string header = "ORVEX Debug Out V" ORIF_VERSION "\n";
+  const std::string header = std::string("ORVEX Debug Out V") + orif::VersionText + "\n";
   for (const std::size_t limit :
        {std::size_t{0}, std::size_t{9}, header.size() - 1, header.size(), header.size() + 9}) {
     const bool fits = limit >= header.size();

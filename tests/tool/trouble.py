@@ -130,6 +130,14 @@ def main():
         file.write(CELL)
     cell = Cell()
     recorders = [Recorder("run.csv", cell.host), Recorder("run.db", cell.host)]
+    try:
+        trouble_all(cell, recorders, seconds, chance)
+    finally:
+        for each in [cell, *recorders]:
+            each.process.kill()
+
+
+def trouble_all(cell, recorders, seconds, chance):
     rows = {recorder.out: 0 for recorder in recorders}
     troubles = {"stopped": 0, "frozen": 0, "killed": 0, "full": 0}
     end = time.time() + seconds

@@ -1,5 +1,5 @@
-// The command line: every command with its options, help and example. Only CommandLine.cpp uses the
-// parser, which takes long to compile.
+// The command line: every command with its options, help and example. Only CommandLine.cpp and
+// help/ use the parser, which takes long to compile.
 #pragma once
 
 #include "tools/orif/Error.h"

@@ -1,18 +1,16 @@
-# Completion of orif's commands, options and items for bash.
+# Completion of orif's commands, options and items for bash. A template: the build fills in the lines with an @.
 
 _orif() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
-  local connection='--host --port --time-out --component --simulate --encoding --fast --trail'
   local -A options=(
-    [read]="--comments --format $connection"
-    [watch]="--every --for --count --format $connection"
-    [write]="--yes $connection"
-    [record]="--every --for --count --out --force --append --rotate $connection"
-    [plot]='--out --force --from --to --size --title --columns'
-    [alarms]="--list --count --format $connection"
-    [tasks]="--count --no-macros --no-velto --format $connection"
-    [check]='--host --port --time-out --component'
-    [simulate]='--serve'
+    # @bash-options@
+  )
+  # What can stand in place of a value: words, or what a colon and a word name.
+  local -A values=(
+    # @bash-values@
+  )
+  local -A positionals=(
+    # @bash-positionals@
   )
   COMPREPLY=()
 
@@ -20,26 +18,47 @@ _orif() {
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$current")
     return
   fi
-  case $previous in
-    --format) mapfile -t COMPREPLY < <(compgen -W 'table csv json' -- "$current"); return ;;
-    --encoding) mapfile -t COMPREPLY < <(compgen -W 'utf-8 latin-1 iso-8859-1 iso-8859-2 windows-1250 windows-1252 shift-jis gbk euc-kr big5' -- "$current"); return ;;
-    --list) mapfile -t COMPREPLY < <(compgen -W 'active history password' -- "$current"); return ;;
-    --host | --port | --time-out | --count | --every | --for | --rotate | --from | --to | --size | --title) return ;;
-    --component | --out) _orif_files '*'; return ;;
-    --simulate) _orif_files '*.json' '*.csv' '*.db'; [[ -z $current || ${#COMPREPLY[@]} -gt 0 ]] && return ;;
-  esac
+  local value=${values[$command $previous]-}
+  if [[ -n $value ]]; then
+    _orif_complete "$value"
+    # After an option that may stand alone, anything else may follow.
+    [[ $value == :cells && -n $current && ${#COMPREPLY[@]} -eq 0 ]] || return
+  fi
   if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "${options[$command]} --help" -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W "${options[$command]-}" -- "$current")
     return
   fi
-  case $command in
-    read | watch | write | record)
+
+  # Which of the command's arguments this is: options and their values are none.
+  local -a kinds
+  local word i count=0 first=
+  read -ra kinds <<<"${positionals[$command]-}"
+  for ((i = 2; i < COMP_CWORD; ++i)); do
+    word=${COMP_WORDS[i]}
+    if [[ $word != -* ]]; then
+      [[ $count -gt 0 ]] || first=$word
+      count=$((count + 1))
+    elif [[ -n ${values[$command $word]-} && (${values[$command $word]} != :cells || ${COMP_WORDS[i + 1]} =~ \.(json|csv|db)$) ]]; then
+      i=$((i + 1))
+    fi
+  done
+  [[ ${#kinds[@]} -gt 0 ]] || return
+  _orif_complete "${kinds[count < ${#kinds[@]} ? count : ${#kinds[@]} - 1]}"
+}
+
+_orif_complete() {
+  case $1 in
+    :nothing) ;;
+    :files) _orif_files '*' ;;
+    :cells) _orif_files '*.json' '*.csv' '*.db' ;;
+    :columns) _orif_columns "$first" ;;
+    :commands) mapfile -t COMPREPLY < <(compgen -W "${!options[*]}" -- "$current") ;;
+    :items)
       # More of the item follows its bracket; a quote in front of it is the shell's.
       compopt -o nospace 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -W 'R[ PR[ POS[ SR[ PRG[ ALM[ DI[ DO[ RI[ RO[ UI[ UO[ SI[ SO[ GI[ GO[' -- "${current#[\"\']}")
       ;;
-    check | simulate) _orif_files '*.json' '*.csv' '*.db' ;;
-    plot) if [[ $COMP_CWORD -eq 2 ]]; then _orif_files '*'; else _orif_columns "${COMP_WORDS[2]}"; fi ;;
+    *) mapfile -t COMPREPLY < <(compgen -W "$1" -- "$current") ;;
   esac
 }
 

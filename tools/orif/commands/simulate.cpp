@@ -2,10 +2,10 @@
 #include <iostream>
 
 #include "simulator/served/Server.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/SimulatedCell.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/platform/platform.h"
 #include "tools/orif/terminal/Tell.h"
 

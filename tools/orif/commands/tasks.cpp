@@ -3,8 +3,8 @@
 #include <string>
 
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/List.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 namespace {

@@ -1,5 +1,5 @@
-// The commands of the tool: the options of each, and the function that carries it out, in a file of
-// its own name. The functions throw an Error if they cannot do what was asked.
+// The commands of the tool: the options of each, and the function that carries it out. The
+// functions throw an Error if they cannot do what was asked.
 #pragma once
 
 #include <chrono>
@@ -40,9 +40,30 @@ struct WriteOptions {
 };
 void Write(const WriteOptions& options);
 
+/// Which of several assignments to write.
+enum class Which { All, Different };
+
 /// Shows what the controller has and what it will have, asks unless `yes`, and writes. Throws an
 /// Error that tells what was written.
-void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments, bool yes);
+void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments, bool yes,
+                 Which what);
+
+struct SaveOptions {
+  Connection connection;
+  std::filesystem::path file;
+  std::vector<std::string> items;
+  bool comments = false;
+  bool force = false;
+};
+void Save(const SaveOptions& options);
+
+struct RestoreOptions {
+  Connection connection;
+  std::filesystem::path file;
+  std::vector<std::string> items;  ///< empty for all that is in the file
+  bool yes = false;
+};
+void Restore(const RestoreOptions& options);
 
 struct RecordOptions {
   Connection connection;
@@ -69,6 +90,18 @@ struct AlarmOptions {
   std::string format;
 };
 void ShowAlarms(const AlarmOptions& options);
+
+struct ClearAlarmsOptions {
+  Connection connection;
+  std::int32_t kind = 0;  ///< 0 for all
+  bool yes = false;
+};
+void ClearAlarms(const ClearAlarmsOptions& options);
+
+struct InfoOptions {
+  Connection connection;
+};
+void ShowInfo(const InfoOptions& options);
 
 struct TaskOptions {
   Connection connection;

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "tools/orif/Commands.h"
 #include "tools/orif/Poll.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/recording/Recorder.h"
 #include "tools/orif/terminal/Progress.h"
 #include "tools/orif/terminal/Tell.h"

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Json.h"
 #include "tools/orif/Layout.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {

@@ -5,13 +5,12 @@
 #include <iterator>
 #include <span>
 
-#include "spelling/UpperCase.h"
 #include "tools/orif/Cell.h"
-#include "tools/orif/Commands.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/Question.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/WriteRequest.h"
-#include "tools/orif/platform/platform.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 namespace {
@@ -57,12 +56,15 @@ void Print(const std::vector<Row>& rows, bool withAfter) {
   }
 }
 
-bool Confirmed(const std::string& host, std::size_t count) {
-  std::cout << "Write " << (count == 1 ? "this" : "these") << " to " << Printable(host)
-            << "? [y/N] " << std::flush;
-  std::string answer;
-  std::getline(std::cin, answer);
-  return spelling::UpperCase(answer) == "Y" || spelling::UpperCase(answer) == "YES";
+// Whether a value would change. The joints behind the sixth are 0 wherever a position is written
+// without them, and a group that has none does not take them.
+bool Differs(const live::Tag& tag, const Value& value) {
+  const bool behindSixth = tag.field == "J7" || tag.field == "J8" || tag.field == "J9";
+  if (behindSixth && tag.value.IsEmpty() && value.Number() == 0) return false;
+  // 5 and 5.0 are different to a register, which takes the type with the value, and to nothing
+  // else.
+  if (tag.item.starts_with("R[") || !value.Number()) return !(tag.value == value);
+  return tag.value.Number() != value.Number();
 }
 
 // The names of the assignments that were written, or of those that were not.
@@ -88,12 +90,9 @@ bool AllDone(std::span<const live::Answer> answers) {
 
 }  // namespace
 
-void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments, bool yes) {
-  if (!yes && !platform::IsTerminal(platform::Stream::Input)) {
-    throw Error(Exit::Usage,
-                "nobody to ask: standard input is no terminal; add --yes to write "
-                "without a question");
-  }
+void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments, bool yes,
+                 Which what) {
+  if (!yes) CheckSomebodyAnswers("write");
   std::vector<std::string> tags;
   for (const live::Assignment& each : assignments) tags.push_back(each.name);
   Controller controller(cell.Settings(tags));
@@ -102,13 +101,25 @@ void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments
   if (const auto unread = Unread(controller); !unread.empty()) {
     throw Error(Exit::Refused, "cannot read " + Joined(unread) + "; nothing was written");
   }
+  std::vector<live::Assignment> wanted(assignments.begin(), assignments.end());
+  if (what == Which::Different) {
+    std::erase_if(wanted, [&](const live::Assignment& each) {
+      return !Differs(controller[each.name], each.value);
+    });
+    if (wanted.empty()) {
+      std::cout << "Nothing differs from what " << cell.Host() << " has; nothing was written.\n";
+      return;
+    }
+  }
+  assignments = wanted;
   if (!AllDone(controller.Rehearse(assignments))) {
     Fail(controller.LastReason(), "nothing was written");
   }
 
   const auto rows = Rows(controller, assignments);
   Print(rows, true);
-  if (!yes && !Confirmed(cell.Host(), rows.size())) {
+  const std::string these = rows.size() == 1 ? "this" : "these";
+  if (!yes && !Confirmed("Write " + these + " to " + cell.Host() + "?")) {
     throw Error(Exit::Refused, "nothing was written");
   }
   const auto answers = controller.Write(assignments);
@@ -128,7 +139,7 @@ void Write(const WriteOptions& options) {
   for (const std::string& text : options.requests) {
     std::ranges::move(ParseWriteRequest(text).assignments, std::back_inserter(assignments));
   }
-  WriteValues(Cell(options.connection), assignments, options.yes);
+  WriteValues(Cell(options.connection), assignments, options.yes, Which::All);
 }
 
 }  // namespace orif::tool

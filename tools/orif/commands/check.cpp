@@ -2,11 +2,11 @@
 // answers.
 #include <iostream>
 
-#include "tools/orif/Commands.h"
 #include "tools/orif/ComponentCheck.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/SimulatedCell.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
 

@@ -7,11 +7,11 @@
 #include <system_error>
 #include <vector>
 
-#include "tools/orif/Commands.h"
 #include "tools/orif/Json.h"
 #include "tools/orif/Layout.h"
 #include "tools/orif/Poll.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/commands/Commands.h"
 #include "tools/orif/platform/platform.h"
 #include "tools/orif/recording/RecordingFile.h"
 #include "tools/orif/terminal/Screen.h"
