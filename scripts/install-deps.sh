@@ -15,6 +15,7 @@ declare -A packages=(
   [package]='pkg-config dpkg-dev file'
   [pictures]='gnuplot-nox'
   [site]='doxygen'
+  [trouble]='python3'
   [lint]='git clang-format clang-tidy shellcheck python3-jsonschema'
 )
 

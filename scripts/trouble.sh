@@ -4,7 +4,7 @@
 # in their files is one that the cell had at that time. A second argument repeats the order of a run.
 . "$(dirname "$0")/helpers/common.sh"
 
-scripts/install-deps.sh build tool
+scripts/install-deps.sh build tool trouble
 scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
 cmake --build build/run --target orif_tool
 PATH=$PWD/build/run/tools/orif:$PATH XDG_CONFIG_HOME=$PWD/build/run/no-settings TZ=UTC \
