@@ -20,7 +20,7 @@ cd "$work"
 script -qec "stty cols 80 rows 16; '$orif' watch 'R[1-4]' 'R[10]' 'SR[1-2]' 'POS[0]' 'DO[1-16]' 'PRG[1]' \
   --every 500ms --count 14 --simulate '$cell' --fast" /dev/null >screen
 
-# The last page: lines with their marked parts in inverse, and the status in the row that it is put into.
+# The last page: lines with their marked parts in bold yellow, and the status in the row that it is put into.
 tr -d '\r' <screen | awk -v RS='\033\\[H' -v columns=80 -v rows=16 '
   { page = $0 }
   END {
@@ -37,7 +37,7 @@ tr -d '\r' <screen | awk -v RS='\033\\[H' -v columns=80 -v rows=16 '
       }
       text = lines[i]
       gsub(/&/, "\\&amp;", text); gsub(/</, "\\&lt;", text)
-      gsub(/\033\[7m/, "<tspan fill=\"#f5c542\" font-weight=\"bold\">", text); gsub(/\033\[0m/, "</tspan>", text)
+      gsub(/\033\[1;33m/, "<tspan fill=\"#f5c542\" font-weight=\"bold\">", text); gsub(/\033\[0m/, "</tspan>", text)
       gsub(/\033\[[KJ]/, "", text)
       printf "<text x=\"10\" y=\"%d\">%s</text>\n", row * 18 + 4, text
     }

@@ -38,11 +38,13 @@ void Clock::AdvanceCell(Milliseconds until) {
   cellTime_ += step;
 }
 
-void Clock::SleepUntil(std::chrono::steady_clock::time_point when) {
+void Clock::SleepUntil(std::chrono::steady_clock::time_point when,
+                       const std::function<bool()>& meanwhile) {
   if (fast_) return AdvanceCell(std::chrono::ceil<Milliseconds>(when - start_));
   while (Now() < when && !platform::Interrupted()) {
     platform::Sleep(std::min(std::chrono::ceil<Milliseconds>(when - Now()), LongestSleep));
     AdvanceCell(Passed());
+    if (meanwhile && !meanwhile()) return;
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "live/Clock.h"
@@ -23,8 +24,10 @@ class Clock : public live::Clock {
   /// Date and time in UTC. With --fast it starts at a fixed date, so that two runs are alike.
   std::chrono::system_clock::time_point Wall() const override;
 
-  /// Waits until Now() reaches `when` or the user interrupts.
-  void SleepUntil(std::chrono::steady_clock::time_point when);
+  /// Waits until Now() reaches `when`, the user interrupts, or `meanwhile`, which is called again
+  /// and again, answers false.
+  void SleepUntil(std::chrono::steady_clock::time_point when,
+                  const std::function<bool()>& meanwhile);
 
  private:
   Milliseconds Passed() const;

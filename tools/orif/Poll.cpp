@@ -29,14 +29,17 @@ std::optional<Link> Poll::Next() {
   const auto sinceStart = std::chrono::floor<Pace::Milliseconds>(due - *start_);
   if ((pace_.length && sinceStart >= *pace_.length) || (pace_.count && refreshes_ >= *pace_.count))
     return {};
-  clock_->SleepUntil(due);
-  if (platform::Interrupted()) return {};
+  bool goesOn = true;
+  clock_->SleepUntil(due, [&] { return goesOn = !meanwhile_ || meanwhile_(); });
+  if (platform::Interrupted() || !goesOn) return {};
 
   const auto began = clock_->Now();
   began_ = std::chrono::floor<Pace::Milliseconds>(began - *start_);
   wall_ = std::chrono::floor<Pace::Milliseconds>(clock_->Wall());
   const bool first = refreshes_++ == 0;
+  if (onRefresh_) onRefresh_(true);
   const bool good = controller_.Refresh();
+  if (onRefresh_) onRefresh_(false);
   took_ = std::chrono::floor<Pace::Milliseconds>(clock_->Now() - began);
   if (first && !pace_.wait) {
     if (!good) throw Refusal("the values cannot be read", controller_.LastReason());

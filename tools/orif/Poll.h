@@ -3,9 +3,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/orif/Cell.h"
@@ -29,6 +31,13 @@ class Poll {
   /// Connects and refreshes. Throws an Error if there is no connection, unless the user wants to
   /// wait for one, and as ReadOnce.
   Poll(Cell& cell, const std::vector<std::string>& items, const Pace& pace);
+
+  /// Has `call` called again and again while Next waits for a refresh to be due; Next is empty if it
+  /// answers false.
+  void Meanwhile(std::function<bool()> call) { meanwhile_ = std::move(call); }
+
+  /// Has `call` called when a refresh begins, with true, and when it has ended.
+  void OnRefresh(std::function<void(bool begins)> call) { onRefresh_ = std::move(call); }
 
   /// Waits for the next refresh, which is due a whole number of periods after the first, and makes
   /// it. Refreshes that were missed because one came late are skipped. Empty at the end.
@@ -59,6 +68,8 @@ class Poll {
   Clock::WallTime wall_;
   std::int64_t refreshes_ = 0;
   std::int64_t gaps_ = 0;
+  std::function<bool()> meanwhile_;
+  std::function<void(bool)> onRefresh_;
   bool read_ = false;  // whether there have been values
   bool lost_ = false;
 };

@@ -1,10 +1,16 @@
 // "orif watch": keeps showing items, in place on a terminal, elsewhere or in another format as a
 // line for each refresh.
+#include <chrono>
+#include <condition_variable>
+#include <functional>
 #include <iostream>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <system_error>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "tools/orif/Json.h"
@@ -28,11 +34,11 @@ std::vector<bool> ChangedIn(const live::Controller& controller, bool none) {
 }
 
 std::string Status(const Cell& cell, const Poll& poll, Link link) {
-  std::string text = cell.Host() + "  " + Iso8601(poll.Wall()) + "  ";
-  text += IsLost(link) ? "link lost, trying again"
-                       : "link up  refreshed in " + std::to_string(poll.Took().count()) + " ms";
+  std::string text = IsLost(link) ? "link lost, trying again" : "link up";
+  text += "  " + cell.Host() + "  " + Iso8601(poll.Wall());
+  if (!IsLost(link)) text += "  refreshed in " + std::to_string(poll.Took().count()) + " ms";
   if (poll.Skipped() > 0) text += "  " + std::to_string(poll.Skipped()) + " skipped";
-  return text + "  (Ctrl-C ends)";
+  return text + "  (q ends)";
 }
 
 // A text is quoted as in JSON, so that a line can be taken apart whatever is in it.
@@ -86,6 +92,43 @@ void PrintLines(const WatchOptions& options, Poll& poll) try {
   throw Error(Exit::Usage, "the output cannot be written: " + error.code().message());
 }
 
+/// Tells, each second from the first on, that a refresh is still waiting for its answer.
+class Patience {
+ public:
+  explicit Patience(std::function<void(std::chrono::seconds)> tell)
+      : tell_(std::move(tell)), thread_([this](const std::stop_token& stop) { Run(stop); }) {}
+
+  /// A refresh begins, or has ended; nothing is told any more when this returns.
+  void Wait(bool begins) {
+    const std::lock_guard lock(mutex_);
+    begun_ = begins ? std::optional(std::chrono::steady_clock::now()) : std::nullopt;
+    changed_.notify_all();
+  }
+
+ private:
+  void Run(const std::stop_token& stop) {
+    platform::LeaveSignalsToOthers();
+    std::unique_lock lock(mutex_);
+    while (changed_.wait(lock, stop, [this] { return begun_.has_value(); })) {
+      const auto begun = *begun_;
+      const auto ended = [&] { return begun_ != begun; };
+      for (std::chrono::seconds waited(1); !stop.stop_requested(); ++waited) {
+        if (changed_.wait_until(lock, stop, begun + waited, ended)) break;
+        if (!stop.stop_requested()) tell_(waited);
+      }
+    }
+  }
+
+  std::function<void(std::chrono::seconds)> tell_;
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  std::optional<std::chrono::steady_clock::time_point> begun_;
+  std::jthread thread_;
+};
+
+// With --fast a terminal shows no more pages than an eye can follow.
+constexpr std::chrono::milliseconds FastFrame(50);
+
 }  // namespace
 
 void Watch(const WatchOptions& options) {
@@ -95,12 +138,40 @@ void Watch(const WatchOptions& options) {
     return PrintLines(options, poll);
   }
   std::optional<Screen> screen;
+  std::vector<Line> lines;
+  std::vector<bool> changed;
+  std::string status;
+  const auto paint = [&] { screen->Paint(lines, changed, status); };
+  const auto keys = [&] {
+    while (const auto key = platform::ReadKey()) {
+      if (*key == platform::Key::Quit) return false;
+      screen->Scroll(*key);
+      paint();
+    }
+    return true;
+  };
+  // The values are those of the last refresh; the main thread is in the component.
+  Patience patience([&](std::chrono::seconds waited) {
+    screen->Paint(lines, changed,
+                  "no answer for " + std::to_string(waited.count()) + " s, still waiting  " +
+                      cell.Host() + "  (Ctrl-C twice ends)");
+  });
+  poll.OnRefresh([&](bool begins) {
+    if (screen) patience.Wait(begins);
+  });
+  poll.Meanwhile([&] { return !screen || keys(); });
   while (const std::optional<Link> link = poll.Next()) {
     const bool first = !screen;
     if (first) screen.emplace();
-    const std::vector<bool> changed = ChangedIn(poll.Values(), IsLost(*link) || first);
-    screen->Paint(Layout(poll.Values()), changed, Status(cell, poll, *link));
+    lines = Layout(poll.Values());
+    changed = ChangedIn(poll.Values(), IsLost(*link) || first);
+    status = Status(cell, poll, *link);
+    paint();
     if (!std::cout) throw Error(Exit::Usage, "the output cannot be written");
+    if (options.connection.fast) {
+      platform::Sleep(FastFrame);
+      if (!keys()) break;
+    }
   }
   if (!screen) return;
   // Leave the last values on the terminal.

@@ -40,6 +40,14 @@ bool ShowPage(std::string page);
 /// May be called from a signal handler.
 void LeaveScreen();
 
+/// A key that the user presses while a screen is shown.
+enum class Key { Quit, Up, Down, PageUp, PageDown, Left, Right };
+/// The next one, none if there is none that means anything.
+std::optional<Key> ReadKey();
+
+/// Keeps signals away from the calling thread, so that they reach the one that waits for them.
+void LeaveSignalsToOthers();
+
 /// From now on Ctrl-C, or a request to end, is only noted and does not end the program; the second
 /// one does at once, wherever the program is. What the caller has the program ignore, such as the
 /// end of the terminal with nohup, stays ignored.

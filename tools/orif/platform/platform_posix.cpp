@@ -7,8 +7,10 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -42,6 +44,8 @@ struct ScreenState {
   std::string_view leave;
   std::string page;
   std::array<char, 1 << 16> stack{};
+  bool readsKeys = false;                  // standard input is a terminal
+  termios input{};                         // how it was
   volatile std::sig_atomic_t guarded = 0;  // between EnterScreen and LeaveScreen
   volatile std::sig_atomic_t shown = 0;    // entered and not left meanwhile
 };
@@ -53,9 +57,20 @@ bool InForeground() {
   return group < 0 || group == getpgrp();
 }
 
+// Keys come one by one, without waiting, and are not shown.
+void TakeKeys() {
+  if (!screen->readsKeys) return;
+  termios keys = screen->input;
+  keys.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+  keys.c_cc[VMIN] = 0;
+  keys.c_cc[VTIME] = 0;
+  tcsetattr(STDIN_FILENO, TCSANOW, &keys);
+}
+
 // In the background the terminal belongs to another program.
 bool ShowScreen() {
   if (screen->guarded == 0 || !InForeground()) return true;
+  if (screen->shown == 0) TakeKeys();
   const bool entered = screen->shown != 0 || WriteAll(STDOUT_FILENO, screen->enter);
   screen->shown = 1;
   return WriteAll(STDOUT_FILENO, screen->page) && entered;
@@ -64,6 +79,7 @@ bool ShowScreen() {
 void HideScreen() {
   if (screen == nullptr || screen->shown == 0) return;
   screen->shown = 0;
+  if (screen->readsKeys) tcsetattr(STDIN_FILENO, TCSANOW, &screen->input);
   WriteAll(STDOUT_FILENO, screen->leave);
 }
 
@@ -101,6 +117,25 @@ void Continue(int /*signal*/) {
   ShowScreen();
   errno = error;
 }
+
+// What terminals send for keys.
+constexpr auto Keys = std::to_array<std::pair<std::string_view, Key>>({
+    {"q", Key::Quit},
+    {"Q", Key::Quit},
+    {"\x1b[A", Key::Up},
+    {"\x1bOA", Key::Up},
+    {"k", Key::Up},
+    {"\x1b[B", Key::Down},
+    {"\x1bOB", Key::Down},
+    {"j", Key::Down},
+    {"\x1b[5~", Key::PageUp},
+    {"\x1b[6~", Key::PageDown},
+    {" ", Key::PageDown},
+    {"\x1b[D", Key::Left},
+    {"\x1bOD", Key::Left},
+    {"\x1b[C", Key::Right},
+    {"\x1bOC", Key::Right},
+});
 
 constexpr std::array Stops{SIGTSTP, SIGTTIN, SIGTTOU};
 constexpr std::array Ends{SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGSEGV, SIGBUS,  SIGILL,  SIGFPE,
@@ -176,6 +211,7 @@ void EnterScreen(std::string_view enter, std::string_view leave) {
   sigaltstack(&handlers, nullptr);
   screen->enter = enter;
   screen->leave = leave;
+  screen->readsKeys = tcgetattr(STDIN_FILENO, &screen->input) == 0;
   screen->guarded = 1;
   for (const int each : Ends) Handle(each, EndBy);
   for (const int each : Stops) Handle(each, Stop);
@@ -191,6 +227,31 @@ bool ShowPage(std::string page) {
 void LeaveScreen() {
   if (screen != nullptr) screen->guarded = 0;
   HideScreen();
+}
+
+std::optional<Key> ReadKey() {
+  static std::string typed;
+  if (screen == nullptr || screen->shown == 0 || !screen->readsKeys || !InForeground()) return {};
+  std::array<char, 64> bytes{};
+  const ssize_t size = read(STDIN_FILENO, bytes.data(), bytes.size());
+  if (size > 0) typed.append(bytes.data(), static_cast<std::size_t>(size));
+  while (!typed.empty()) {
+    const auto known =
+        std::ranges::find_if(Keys, [](const auto& key) { return typed.starts_with(key.first); });
+    if (known == Keys.end()) {
+      typed.erase(0, 1);
+      continue;
+    }
+    typed.erase(0, known->first.size());
+    return known->second;
+  }
+  return {};
+}
+
+void LeaveSignalsToOthers() {
+  sigset_t all{};
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, nullptr);
 }
 
 void CatchInterrupt() {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 // windows.h must come before these.
+#include <conio.h>
 #include <fcntl.h>
 #include <io.h>
 #include <timeapi.h>
@@ -148,6 +149,34 @@ void LeaveScreen() {
   std::fwrite(screenLeave.data(), 1, screenLeave.size(), stdout);
   std::fflush(stdout);
 }
+
+std::optional<Key> ReadKey() {
+  while (_kbhit() != 0) {
+    const int first = _getch();
+    if (first == 'q' || first == 'Q') return Key::Quit;
+    if (first == ' ') return Key::PageDown;
+    if (first != 0 && first != 0xE0) continue;
+    switch (_getch()) {
+      case 0x48:
+        return Key::Up;
+      case 0x50:
+        return Key::Down;
+      case 0x49:
+        return Key::PageUp;
+      case 0x51:
+        return Key::PageDown;
+      case 0x4B:
+        return Key::Left;
+      case 0x4D:
+        return Key::Right;
+      default:
+        break;
+    }
+  }
+  return {};
+}
+
+void LeaveSignalsToOthers() {}
 
 void CatchInterrupt() { SetConsoleCtrlHandler(NoteInterrupt, TRUE); }
 
