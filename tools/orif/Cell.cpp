@@ -7,6 +7,7 @@
 
 #include "simulator/served/Address.h"
 #include "simulator/served/RemoteCore.h"
+#include "spelling/UpperCase.h"
 #include "tools/orif/Encoding.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/platform/platform.h"
@@ -89,7 +90,12 @@ std::vector<std::string> Unread(const live::Controller& controller) {
   std::vector<std::string> texts;
   for (const live::Tag& tag : controller.Tags()) {
     if (tag.quality == live::Quality::Good) continue;
-    const std::string text = tag.reason->ToText();
+    std::string text = tag.reason->ToText();
+    // Controllers refuse a variable of another type in words of their own, if in any.
+    const bool unknown = spelling::UpperCase(text).find("UNKNOWN") != std::string::npos;
+    if (tag.item.starts_with('$') && tag.quality == live::Quality::Refused && !unknown) {
+      text += ", which may be since the variable is of another type";
+    }
     if (std::ranges::find(texts, text) == texts.end()) texts.push_back(text);
   }
   return texts;
