@@ -14,6 +14,9 @@ namespace orif::live {
 /// Milliseconds, in which periods and time-outs are counted.
 using Milliseconds = std::chrono::milliseconds;
 
+/// The longest wait and the longest period.
+inline constexpr Milliseconds LongestWait = std::chrono::days(1);
+
 /// The computer's clocks. A program that simulates time gives a controller one of its own.
 class ORIF_LIVE_HEADER_TYPE Clock {
  public:
@@ -33,8 +36,8 @@ class ORIF_LIVE_HEADER_TYPE Clock {
   }
 };
 
-/// A steady pace: turns are due a whole number of periods after the first one. Turns that were
-/// missed because one came late are left out.
+/// A steady pace: turns are due a whole number of periods after the first one. If one came late,
+/// the last one that was missed is made up for at once, and those before it are left out.
 class Turns {
  public:
   /// A time that never goes back.

@@ -31,8 +31,16 @@ std::string_view ToText(Link link) {
 }
 
 bool TellsLostLink(const Reason& reason) {
-  const std::string text = spelling::UpperCase(reason.text);
-  const auto says = [&](std::string_view words) { return text.find(words) != std::string::npos; };
+  // Whole words: a variable may be named $LINK_DOWN.
+  std::string text = " ";
+  for (const char c : spelling::UpperCase(reason.text)) {
+    const bool isPart = (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$';
+    if (isPart || text.back() != ' ') text += isPart ? c : ' ';
+  }
+  text += ' ';
+  const auto says = [&](std::string_view words) {
+    return text.find(" " + std::string(words) + " ") != std::string::npos;
+  };
   if (says("NOT CONNECTED") || says("NO CONNECTION") || says("DISCONNECTED")) return true;
   if (!says("CONNECTION") && !says("LINK")) return false;
   constexpr auto Ends = std::to_array<std::string_view>(
@@ -74,11 +82,17 @@ std::optional<Reason> Controller::Self::Open() {
   } catch (const std::exception& fault) {
     return Reason{
         settings.host, {}, {}, std::string("no communication component: ") + fault.what()};
+  } catch (...) {
+    return Reason{settings.host, {}, {}, "no communication component"};
   }
   core = std::make_unique<Core>([this] { return reasons; });
   if (settings.debugLog) core->DebugLog(true);
   if (settings.port) core->PortNumber(*settings.port);
   if (settings.timeOut) core->TimeOutValue(static_cast<std::int32_t>(settings.timeOut->count()));
+  // With another port it may be another controller.
+  for (const DispId setting : {DispId::PortNumber, DispId::TimeOutValue}) {
+    if (const auto fault = reasons->Last(setting)) return LastOf(settings.host);
+  }
   reasons->Forget();
   if (!core->Connect(settings.host)) return LastOf(settings.host);
   table = core->DataTable();
@@ -100,9 +114,7 @@ std::optional<Reason> Controller::Self::RegisterAll() {
     refused.emplace_back(source.get(), LastOf(source->name.Canonical()));
     if (settings.tellsLostLink(refused.back().second)) return refused.back().second;
   }
-  // Where items were accepted before, it is not the items that are refused.
-  if (registered.empty() && everRegistered && !refused.empty()) return refused.back().second;
-  if (!registered.empty()) everRegistered = true;
+  if (!refused.empty()) lastRefusal = refused.back().second;
   for (const auto& [source, reason] : refused) {
     const auto shared = Shared(reason);
     for (const Slot& slot : source->slots) sink->Refused(*slot.tag, shared);
@@ -130,10 +142,14 @@ std::optional<Reason> Controller::Self::ReadAll() {
     const auto unread = [&](std::span<const Slot> slots) {
       const auto reason = Shared(LastOf(slots.front().tag->item));
       for (const Slot& slot : slots) sink->Stale(*slot.tag, reason);
+      reasons->Forget();  // the next item has its own
     };
     for (Source* source : registered) source->Decode(*sink, unread);
   }
-  return signals.Read(*core, *reasons, *clock, settings.tellsLostLink, *sink);
+  const auto reason = signals.Read(*core, *reasons, *clock, settings.tellsLostLink, *sink);
+  if (reason || !registered.empty() || signals.AnyRead() || tags.empty()) return reason;
+  // Nothing shows that there is anybody.
+  return signals.LastRefusal() ? signals.LastRefusal() : lastRefusal;
 }
 
 void Controller::Self::Drop() {

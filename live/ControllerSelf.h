@@ -86,7 +86,7 @@ struct Controller::Self {
   std::shared_ptr<DataTable> table;
   std::vector<Source*> registered;
   SignalRuns signals;
-  bool everRegistered = false;
+  Reason lastRefusal;  // of a registration
   int failures = 0;
   Backoff backoff;
   std::chrono::steady_clock::time_point retryAt;

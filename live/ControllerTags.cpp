@@ -37,10 +37,15 @@ void Controller::Self::CheckSettings() const {
                            settings.timeOut->count() > std::numeric_limits<std::int32_t>::max())) {
     throw UsageError("a time-out is 100 ms or more");
   }
-  if (settings.retry.first.count() <= 0 || settings.retry.most < settings.retry.first) {
+  if (settings.port && (*settings.port < 1 || *settings.port > 65535)) {
+    throw UsageError("a port is a number from 1 to 65535");
+  }
+  const Retry& retry = settings.retry;
+  if (retry.first.count() <= 0 || retry.most < retry.first || retry.most > LongestWait ||
+      !(retry.shortened >= 0 && retry.shortened <= 1)) {
     throw UsageError(
-        "the first wait before a lost link is tried again is more than 0 ms, and the "
-        "longest no shorter");
+        "the first wait before a lost link is tried again is more than 0 ms, the longest no "
+        "shorter and at most a day, and each is shortened by a part from 0 to 1");
   }
   if (!settings.component.empty() && settings.factory) {
     throw UsageError("a component and a factory exclude each other");

@@ -84,6 +84,9 @@ void CheckValue(const Tag& tag, const Name& name, std::size_t field, const Value
       if (std::holds_alternative<bool>(value)) return;
       return CheckInteger(tag, value, 0, 1, "on, off, 1 or 0");
     case Kind::Group:
+      if (name.symbol->name == "GO" && tag.item.size() > std::string_view("GO[9999]").size()) {
+        Refuse(tag, "numbers from 10001 on are written as 4001 and up; name those");
+      }
       return CheckWhole<std::int32_t>(tag, value, "a whole number from 0 on");
     default:
       Refuse(tag, std::string(name.symbol->name) + " is read only");
@@ -197,12 +200,16 @@ std::vector<Answer> Controller::Self::Write(std::span<const Assignment> given, b
   std::vector<Answer> answers(assignments.size());
   const std::vector<Sending> sendings = Group(assignments);
   const std::span all(sendings);
-  const auto position =
-      std::ranges::find_if(sendings, [&](const Sending& each) { return IsPositionPart(each.tag); });
+  const auto position = std::ranges::find_if(sendings, [&](const Sending& each) {
+    return IsPositionPart(each.tag) && places[each.tag].source->accepted;
+  });
   if (link == Link::Up && position != sendings.end()) {
     reasons->Forget();
     if (!table->Refresh()) {
-      return Stop(answers, all, *position, LastOf(tags[position->tag].item));
+      const Reason reason = LastOf(tags[position->tag].item);
+      sink->Begin();
+      sink->AllStale(Shared(reason));
+      return Stop(answers, all, *position, reason);
     }
   }
   for (const Sending& sending : sendings) {

@@ -1,6 +1,7 @@
 #include "live/Monitor.h"
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -9,6 +10,8 @@
 
 #include "live/StayLoaded.h"
 #include "live/UsageError.h"
+#include "orif/base/Fault.h"
+#include "orif/lowerlayer/Component.h"
 
 namespace orif::live {
 namespace {
@@ -16,9 +19,26 @@ namespace {
 /// How long a component that has told no time-out may hang.
 constexpr Milliseconds UsualTimeOut{5000};
 
-Reason Ended(const Controller& controller) {
-  return {controller.Settings().host, {}, {}, "the monitor has ended"};
-}
+constexpr const char* Ended = "the monitor has ended";
+
+/// A lower core object that does nothing any more, but for closing the connection, once its monitor
+/// has abandoned its thread: what hung may return, and nothing more is to reach the robot.
+class UntilAbandoned final : public Dispatch {
+ public:
+  UntilAbandoned(std::shared_ptr<Dispatch> core, std::shared_ptr<const std::atomic<bool>> abandoned)
+      : core_(std::move(core)), abandoned_(std::move(abandoned)) {}
+
+  OrvexValue Invoke(std::int32_t id, OrvexCall call,
+                    std::span<const OrvexValue> arguments) override {
+    if (*abandoned_ && id != static_cast<std::int32_t>(DispId::Disconnect)) throw Fault(Ended);
+    return core_->Invoke(id, call, arguments);
+  }
+  std::int32_t Lookup(std::string_view name) override { return core_->Lookup(name); }
+
+ private:
+  std::shared_ptr<Dispatch> core_;
+  std::shared_ptr<const std::atomic<bool>> abandoned_;
+};
 
 }  // namespace
 
@@ -34,44 +54,72 @@ struct Monitor::Self {
     virtual ~Request() = default;
 
     virtual void CarryOut(Controller& controller) = 0;
-    virtual void GiveUp() = 0;
+    /// `begun`: whether the thread is at it.
+    virtual void GiveUp(bool begun) = 0;
   };
 
   Self(Settings&& settings, Milliseconds period, MonitorEvents&& given)
       : events(std::move(given)),
-        controller(std::make_unique<Controller>(WithLinkEvent(std::move(settings)))),
+        controller(std::make_unique<Controller>(Guarded(std::move(settings)))),
         clock(controller->Settings().clock ? controller->Settings().clock
                                            : std::make_shared<Clock>()),
         every(period),
         turns(std::max(period, Milliseconds(1))) {
-    if (every.count() <= 0) throw UsageError("a period is 1 ms or more");
+    if (every.count() <= 0 || every > LongestWait) {
+      throw UsageError("a period is 1 ms or more, and at most a day");
+    }
     timeOut = controller->Settings().timeOut.value_or(UsualTimeOut);
     Publish();
   }
 
-  Settings WithLinkEvent(Settings settings) {
+  // Nothing of the program's is called once the thread has been abandoned.
+  Settings Guarded(Settings settings) {
+    if (settings.factory && !settings.component.empty()) return settings;  // which is refused
     settings.onLink = [this, own = std::move(settings.onLink)](Link to, const Reason& reason) {
       Publish(to);
       if (own) Call(own, to, reason);
       if (events.onLink) Call(events.onLink, to, reason);
     };
+    settings.tellsLostLink = [this, own = std::move(settings.tellsLostLink)](const Reason& reason) {
+      return !*abandoned && (own ? own(reason) : TellsLostLink(reason));
+    };
+    if (settings.fromController) {
+      settings.fromController = [this,
+                                 own = std::move(settings.fromController)](std::string_view text) {
+        return *abandoned ? std::string(text) : own(text);
+      };
+    }
+    settings.factory = [this, own = std::move(settings.factory),
+                        component = std::exchange(settings.component, {})] {
+      if (*abandoned) throw Fault(Ended);
+      auto core = own                 ? own()
+                  : component.empty() ? CreateComponentCore()
+                                      : CreateComponentCore(component);
+      if (core != nullptr) core = std::make_shared<UntilAbandoned>(std::move(core), abandoned);
+      return core;
+    };
     return settings;
   }
 
-  // Calls back, unless the thread has been abandoned.
+  // Calls back, unless the thread has been abandoned. Stop waits for a call-back that runs.
   template <class Function, class... Arguments>
   void Call(const Function& function, const Arguments&... arguments) {
     {
       const std::lock_guard lock(mutex);
-      if (abandoned) return;
+      if (*abandoned) return;
+      calling = true;
     }
     function(arguments...);
+    const std::lock_guard lock(mutex);
+    calling = false;
+    changed.notify_all();
   }
 
   void Run() {
     due = turns.Next(clock->Now());
     while (WaitForTurn()) {
-      // A request that comes before the first turn finds the link up.
+      // A request that comes before the first turn finds the link up, and requests without end
+      // leave the turns alone.
       if (clock->Now() >= due) TakeTurn();
       CarryOutRequests();
     }
@@ -90,13 +138,17 @@ struct Monitor::Self {
     const bool up = controller->State() == Link::Up;
     if (up && !wasUp) NoteTimeOut();
     Publish();
+    Tell(good, after - before);
+    // A lost link comes back between turns, too.
+    due = up ? turns.Next(clock->Now(), wasUp) : controller->RetryAt();
+  }
+
+  void Tell(bool good, std::chrono::steady_clock::duration time) {
     if (events.onRefresh) {
-      const auto took = std::chrono::duration_cast<Milliseconds>(after - before);
+      const auto took = std::chrono::duration_cast<Milliseconds>(time);
       Call(events.onRefresh,
            Refreshed{*controller, controller->Changed(), good, took, turns.Skipped()});
     }
-    // A lost link comes back between turns, too.
-    due = up ? turns.Next(clock->Now(), wasUp) : controller->RetryAt();
   }
 
   // False at the end.
@@ -112,7 +164,7 @@ struct Monitor::Self {
   }
 
   void CarryOutRequests() {
-    while (true) {
+    while (clock->Now() < due) {
       std::shared_ptr<Request> request;
       {
         const std::lock_guard lock(mutex);
@@ -121,9 +173,16 @@ struct Monitor::Self {
         request = running = std::move(requests.front());
         requests.pop_front();
       }
+      const bool wasUp = controller->State() == Link::Up;
+      const auto before = clock->Now();
       request->CarryOut(*controller);
       Publish();
+      if (!wasUp || controller->State() == Link::Up) continue;
+      Tell(false, clock->Now() - before);  // what has become stale
+      due = controller->RetryAt();
     }
+    const std::lock_guard lock(mutex);
+    running = nullptr;
   }
 
   void NoteTimeOut() {
@@ -147,7 +206,7 @@ struct Monitor::Self {
     std::unique_lock lock(mutex);
     if (ending) {
       lock.unlock();
-      request->GiveUp();
+      request->GiveUp(false);
       return;
     }
     requests.push_back(std::move(request));
@@ -176,20 +235,33 @@ struct Monitor::Self {
   std::shared_ptr<Request> running;
   bool ending = false;
   bool finished = false;
-  bool abandoned = false;
+  bool calling = false;  // a call-back runs
+  const std::shared_ptr<std::atomic<bool>> abandoned = std::make_shared<std::atomic<bool>>(false);
 };
 
 /// A request whose answer is a Result.
 template <class Result>
 class Monitor::Self::Asked final : public Request {
  public:
-  Asked(std::function<Result(Controller&)> what, Result otherwise)
+  using Otherwise = std::function<Result(const char* why)>;
+
+  Asked(std::function<Result(Controller&)> what, Otherwise otherwise)
       : what_(std::move(what)), otherwise_(std::move(otherwise)) {}
 
   std::future<Result> Answer() { return promise_.get_future(); }
 
-  void CarryOut(Controller& robot) override { Give(what_(robot)); }
-  void GiveUp() override { Give(std::move(otherwise_)); }
+  void CarryOut(Controller& robot) override {
+    try {
+      Give(what_(robot));
+    } catch (...) {
+      const std::lock_guard lock(mutex_);
+      if (!std::exchange(given_, true)) promise_.set_exception(std::current_exception());
+    }
+  }
+  void GiveUp(bool begun) override {
+    Give(otherwise_(begun ? "the monitor ended before the answer came; it may have been done"
+                          : Ended));
+  }
 
  private:
   void Give(Result result) {
@@ -198,7 +270,7 @@ class Monitor::Self::Asked final : public Request {
   }
 
   std::function<Result(Controller&)> what_;
-  Result otherwise_;
+  Otherwise otherwise_;
   std::promise<Result> promise_;
   std::mutex mutex_;
   bool given_ = false;
@@ -211,37 +283,53 @@ Monitor::Monitor(Settings settings, Milliseconds every, MonitorEvents events)
   self_->threadId = self_->thread.get_id();
 }
 
-Monitor::~Monitor() { Stop(); }
+Monitor::~Monitor() {
+  Stop();
+  const std::lock_guard lock(self_->mutex);
+  if (!self_->thread.joinable()) return;
+  // The end comes from a call-back, which returns to a thread that nobody can wait for.
+  *self_->abandoned = true;
+  StayLoaded();
+  self_->thread.detach();
+}
 
 bool Monitor::Stop() {
   Self& self = *self_;
   std::deque<std::shared_ptr<Self::Request>> left;
+  std::shared_ptr<Self::Request> running;
   std::thread thread;  // of the first Stop; others find none
   bool finished = false;
-  bool own = false;
   {
     std::unique_lock lock(self.mutex);
     self.ending = true;
     self.changed.notify_all();
     left.swap(self.requests);
-    thread = std::move(self.thread);
-    own = self.threadId == std::this_thread::get_id();
-    if (!own) {
-      finished = self.changed.wait_for(lock, self.timeOut, [&] { return self.finished; });
-      self.abandoned = !finished;
-      if (!finished && self.running != nullptr) left.push_back(self.running);
+    if (self.threadId != std::this_thread::get_id()) {
+      if (!*self.abandoned) {
+        self.changed.wait_for(lock, self.timeOut, [&] { return self.finished; });
+      }
+      finished = self.finished;
+      if (!finished) {
+        *self.abandoned = true;
+        running = self.running;
+        self.changed.wait(lock, [&] { return !self.calling; });
+      }
+      thread = std::move(self.thread);
+    } else {
+      finished = true;  // as soon as the call-back returns
     }
   }
-  for (const auto& request : left) request->GiveUp();
+  for (const auto& request : left) request->GiveUp(false);
+  if (running != nullptr) running->GiveUp(true);
   if (thread.joinable()) {
     if (finished) {
       thread.join();
     } else {
-      if (!own) StayLoaded();
+      StayLoaded();
       thread.detach();
     }
   }
-  return finished || own;
+  return finished;
 }
 
 Link Monitor::State() const {
@@ -269,12 +357,13 @@ std::vector<Reading> Monitor::ReadAll() const {
 
 std::future<std::vector<Answer>> Monitor::Write(std::vector<Assignment> assignments) {
   self_->controller->Check(assignments);
-  std::vector<Answer> otherwise(assignments.size(), {false, Ended(*self_->controller)});
+  const Answer none{false, {self_->controller->Settings().host, {}, {}, {}}};
   auto request = std::make_shared<Self::Asked<std::vector<Answer>>>(
-      [assignments = std::move(assignments)](Controller& controller) {
-        return controller.Write(assignments);
-      },
-      std::move(otherwise));
+      [assignments](Controller& controller) { return controller.Write(assignments); },
+      [answers = std::vector<Answer>(assignments.size(), none)](const char* why) mutable {
+        for (Answer& answer : answers) answer.reason.text = why;
+        return answers;
+      });
   auto answer = request->Answer();
   self_->Add(std::move(request));
   return answer;
@@ -283,7 +372,9 @@ std::future<std::vector<Answer>> Monitor::Write(std::vector<Assignment> assignme
 std::future<Answer> Monitor::ClearAlarms(std::int32_t type) {
   auto request = std::make_shared<Self::Asked<Answer>>(
       [type](Controller& controller) { return controller.ClearAlarms(type); },
-      Answer{false, Ended(*self_->controller)});
+      [host = self_->controller->Settings().host](const char* why) {
+        return Answer{false, {host, {}, {}, why}};
+      });
   auto answer = request->Answer();
   self_->Add(std::move(request));
   return answer;

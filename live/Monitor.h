@@ -50,13 +50,15 @@ class ORIF_LIVE_EXPORT Monitor {
   Monitor(const Monitor&) = delete;
   Monitor& operator=(const Monitor&) = delete;
 
-  /// Stops, as Stop does.
+  /// Stops, as Stop does. A call-back may destroy its Monitor: nobody is called after it.
   ~Monitor();
 
   /// Ends the thread and closes the link. If the component hangs, Stop waits for it at most as long
   /// as the time-out (the setting, else the component's own, else 5 s), and then abandons the
-  /// thread: it owns all that it still touches, calls nobody back and ends when the component
-  /// returns. Returns whether the thread has ended; true too from a call-back, after which it ends.
+  /// thread: it owns all that it still touches, asks nothing more of the component but to close the
+  /// connection, calls nobody back, and ends when the component returns. Stop waits for a call-back
+  /// that runs. Returns whether the thread has ended. From a call-back it waits for nothing and
+  /// answers true: the link is closed, and onLink told, after the call-back has returned.
   bool Stop();
 
   /// The state of the link.

@@ -172,8 +172,12 @@ OrvexValue ReasonKeeper::Invoke(std::int32_t id, OrvexCall call,
   const auto remember = [&](std::optional<std::int32_t> status, std::string_view text) {
     // The reason is an extra: if it cannot be kept, the answer is still the answer.
     try {
-      const std::string words = memory_->words ? memory_->words(text) : std::string(text);
-      memory_->Remember(id, {{}, std::string(memory_->Find(id).name), status, words});
+      std::string words(text);
+      try {
+        if (memory_->words) words = memory_->words(text);
+      } catch (...) {  // NOLINT(bugprone-empty-catch): they stay as they are
+      }
+      memory_->Remember(id, {{}, std::string(memory_->Find(id).name), status, std::move(words)});
     } catch (...) {  // NOLINT(bugprone-empty-catch)
     }
   };

@@ -57,6 +57,7 @@ void SignalRuns::Prepare() {
   };
   std::ranges::sort(signals_, {}, key);
   runs_.clear();
+  lastRefusal_.reset();
   for (std::size_t i = 0; i < signals_.size(); ++i) {
     const auto [symbol, number] = key(signals_[i]);
     const bool follows = i > 0 && key(signals_[i - 1]) == std::make_pair(symbol, number - 1) &&
@@ -141,6 +142,7 @@ std::optional<Reason> SignalRuns::Read(Core& core, ReasonKeeper& reasons, const 
       --i;
       continue;
     }
+    lastRefusal_ = reason;
     const auto shared = std::make_shared<const Reason>(reason);
     for (const Signal& signal : Of(runs_[i])) sink.Refused(*signal.tag, shared);
   }

@@ -1,6 +1,7 @@
 // Signals, read one call for each kind and run of consecutive numbers. Internal.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -26,6 +27,12 @@ class SignalRuns {
 
   /// Forms the runs anew, as for a new connection.
   void Prepare();
+
+  /// Whether any run has been read on this connection.
+  bool AnyRead() const { return std::ranges::any_of(runs_, &Run::wasRead); }
+
+  /// The last refusal of a run on this connection.
+  const std::optional<Reason>& LastRefusal() const { return lastRefusal_; }
 
   /// Reads all runs. A run that the controller refuses from the start is its own affair: it is read
   /// name by name then, and the tags of a name that is still refused are refused. If one that was
@@ -59,6 +66,7 @@ class SignalRuns {
 
   std::vector<Signal> signals_;
   std::vector<Run> runs_;
+  std::optional<Reason> lastRefusal_;
   std::vector<std::int16_t> bits_;
   std::vector<std::int32_t> groups_;
 };

@@ -39,11 +39,14 @@ class Sink {
   void Put(Tag& tag, float value) { PutNumber(tag, value); }
 
   void Put(Tag& tag, const std::string& bytes) {
-    if (texts_) {
-      PutText(tag, texts_(bytes));
-    } else {
-      PutText(tag, bytes);
+    if (!texts_) return PutText(tag, bytes);
+    std::string text;
+    try {
+      text = texts_(bytes);
+    } catch (...) {
+      text = bytes;  // what cannot be converted stays as it is
     }
+    PutText(tag, text);
   }
 
   void PutNothing(Tag& tag) {

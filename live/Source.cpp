@@ -123,6 +123,7 @@ class Texts final : public ItemSource<std::shared_ptr<DataString>> {
   }
 
   bool Write(std::int32_t index, std::span<const FieldValue> values) override {
+    item_->Reset();  // what is left of a write that was refused
     return item_->SetValue(index, std::get<std::string>(*values.front().value)) && item_->Update();
   }
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <concepts>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,9 +30,11 @@ class ORIF_LIVE_EXPORT Value
   /// A bit.
   Value(std::same_as<bool> auto value) : variant(value) {}
 
-  /// An integer.
+  /// An integer; one beyond 64 bits with sign becomes the greatest.
   template <std::integral T>
-  requires(!std::same_as<T, bool>) Value(T value) : variant(static_cast<std::int64_t>(value)) {}
+  requires(!std::same_as<T, bool>) Value(T value)
+      : variant(std::in_range<std::int64_t>(value) ? static_cast<std::int64_t>(value)
+                                                   : std::numeric_limits<std::int64_t>::max()) {}
 
   /// A real; a 64-bit one is rounded to 32 bits.
   Value(std::floating_point auto value) : variant(static_cast<float>(value)) {}

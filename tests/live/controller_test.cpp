@@ -217,14 +217,32 @@ TEST_F(Live, AReconnectRegistersTheSameAgainAndItemsMayBeRefusedThen) {
   EXPECT_EQ(pieces, first);
 }
 
-TEST_F(Live, RefusingEveryItemThatItAcceptedBeforeIsALostLink) {
+TEST_F(Live, AConnectionOverWhichNothingCanBeReadIsLost) {
+  robot.FaultInjection().FailNext("SetRAssignment", {-9, "Try later"}, 2);
   Make({"R[1]"});
+  RUN(cell->Refresh());
+  RUN(After(1s));
+  RUN(After(2s));
+  RUN(After(1s));
+  RUN(After(4s));
+  Say("One that brings signals is not.");
+  Make({"$NOPE:int", "DO[3]"});
   RUN(cell->Refresh());
   robot.FaultInjection().LoseConnections();
   RUN(After(1s));
-  robot.FaultInjection().FailNext("SetRAssignment", {-9, "Try later"});
   RUN(After(1s));
-  RUN(After(2s));
+}
+
+TEST_F(Live, ARefusedTextIsNotSentWithALaterOne) {
+  for (int i = 1; i <= 9; ++i) robot.StringRegister(i) = "text " + std::to_string(i);
+  Make({"SR[1-9]"});
+  cell->Refresh();
+  robot.FaultInjection().FailNext("WriteR", {-20, "Protected"});
+  robot.FaultInjection().FailNext("WriteRShort", {-20, "Protected"});
+  RUN(cell->Write("SR[2]", "refused"));
+  RUN(cell->Write("SR[9]", "nine"));
+  RUN(After(1s));
+  EXPECT_EQ(robot.StringRegister(2), "text 2");
 }
 
 TEST_F(Live, ValuesAreWrittenAndRefused) {
@@ -313,6 +331,17 @@ TEST_F(Live, AFaultHasItsOwnText) {
   RUN(After(1s));
   RUN(cell->Write("R[1]", 1));
   RUN(After(1s));
+}
+
+TEST(Reasons, TellALostLinkInWholeWords) {
+  for (const char* lost : {"Not connected", "The connection was lost.", "LINK DOWN", "disconnected",
+                           "link to the controller is down"}) {
+    EXPECT_TRUE(TellsLostLink({.text = lost})) << lost;
+  }
+  for (const char* other : {"$LINK_DOWN is unknown", "blink failed", "Busy", "",
+                            "No connections left", "Download of the link list"}) {
+    EXPECT_FALSE(TellsLostLink({.text = other})) << other;
+  }
 }
 
 TEST(Reasons, OfAPlainCore) {

@@ -2,6 +2,7 @@
 // hangs.
 #include "live/Monitor.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -152,7 +153,7 @@ TEST_F(Monitoring, EndsFromItsOwnCallBack) {
 }
 
 TEST_F(Monitoring, LeavesAComponentThatHangsBehind) {
-  bool hangs = false;
+  std::atomic<bool> hangs = false;
   bool hanging = false;
   int calls = 0;
   auto settings = Of({"R[1]", "DO[1]"});
@@ -185,6 +186,69 @@ TEST_F(Monitoring, LeavesAComponentThatHangsBehind) {
   // The component returns after all; the thread ends and tells nobody.
   happening.Note([&] { hangs = false; });
   EXPECT_FALSE(happening.Wait([&] { return closed || calls > soFar; }, 100ms));
+}
+
+TEST_F(Monitoring, SendsNothingMoreOnceAbandoned) {
+  std::atomic<bool> hangs = true;
+  bool hanging = false;
+  bool returned = false;
+  auto settings = Of({"R[1-2]:int"});
+  settings.factory = Between::Factory(network.Factory(), [&](auto id, auto, auto, Dispatch&) {
+    const auto operation = static_cast<DispId>(id);
+    if (operation == DispId::WriteRLong && hangs) {
+      happening.Note([&] { hanging = true; });
+      EXPECT_TRUE(happening.Wait([&] { return !hangs; }));
+    }
+    if (operation == DispId::Disconnect) happening.Note([&] { returned = true; });
+    return std::optional<OrvexValue>();
+  });
+  auto monitor = std::make_unique<Monitor>(settings, 1ms);
+  auto answers = monitor->Write({{"R[1]", 70}, {"R[2]", 70}});
+  EXPECT_TRUE(happening.Wait([&] { return hanging; }));
+  EXPECT_FALSE(monitor->Stop());
+  monitor = nullptr;
+  EXPECT_EQ(answers.get().back().reason.text,
+            "the monitor ended before the answer came; it may have been done");
+  happening.Note([&] { hangs = false; });
+  EXPECT_TRUE(happening.Wait([&] { return returned; }));
+  const auto lock = network.Lock();
+  EXPECT_NE(robot.NumericRegister(2), sim::NumericValue(70));
+}
+
+TEST_F(Monitoring, TellsWhatAWriteMakesStale) {
+  bool good = false;
+  std::string stale;
+  Monitor monitor(Of({"R[1]:int"}), 10s, {.onRefresh = [&](const Refreshed& now) {
+                    happening.Note([&] {
+                      good = now.good;
+                      for (const std::size_t i : now.changed) {
+                        const Tag& tag = now.controller.Tags()[i];
+                        if (tag.quality == Quality::Stale) stale = tag.name;
+                      }
+                    });
+                  }});
+  EXPECT_TRUE(happening.Wait([&] { return good; }));
+  {
+    const auto lock = network.Lock();
+    robot.FaultInjection().LoseConnections();
+  }
+  EXPECT_FALSE(monitor.Write({{"R[1]", 1}}).get().front());
+  EXPECT_TRUE(happening.Wait([&] { return stale == "R[1]"; }));
+  EXPECT_TRUE(happening.Wait([&] { return good; }));  // long before the next turn
+}
+
+TEST_F(Monitoring, WaitsForACallBackThatRuns) {
+  std::atomic<bool> inside = false;
+  std::atomic<bool> through = false;
+  Monitor monitor(Of({"R[1]"}), 1ms, {.onRefresh = [&](const Refreshed&) {
+                    if (through) return;
+                    happening.Note([&] { inside = true; });
+                    std::this_thread::sleep_for(500ms);  // longer than the time-out
+                    through = true;
+                  }});
+  EXPECT_TRUE(happening.Wait([&] { return inside.load(); }));
+  monitor.Stop();
+  EXPECT_TRUE(through);
 }
 
 }  // namespace

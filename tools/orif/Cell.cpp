@@ -101,16 +101,22 @@ std::vector<std::string> Unread(const live::Controller& controller) {
   return texts;
 }
 
-void RefuseIfNoneIsGood(const live::Controller& controller) {
-  const bool all = std::ranges::all_of(
-      controller.Tags(), [](const live::Tag& tag) { return tag.quality != live::Quality::Good; });
-  if (all) throw Error(Exit::Refused, "cannot read " + Joined(Unread(controller)));
+void CheckFirstRefresh(const live::Controller& controller, bool good) {
+  const auto has = [&](live::Quality quality) {
+    return std::ranges::find(controller.Tags(), quality, &live::Tag::quality) !=
+           controller.Tags().end();
+  };
+  if (!good && !has(live::Quality::Refused)) {
+    throw Refusal("the values cannot be read", controller.LastReason());
+  }
+  if (!has(live::Quality::Good)) {
+    throw Error(Exit::Refused, "cannot read " + Joined(Unread(controller)));
+  }
 }
 
 void ReadOnce(live::Controller& controller) {
   if (!controller.Connect()) throw NoConnection(controller);
-  if (!controller.Refresh()) throw Refusal("the values cannot be read", controller.LastReason());
-  RefuseIfNoneIsGood(controller);
+  CheckFirstRefresh(controller, controller.Refresh());
 }
 
 }  // namespace orif::tool

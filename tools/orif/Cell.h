@@ -61,8 +61,9 @@ Error NoConnection(const live::Controller& controller);
 /// An Error, Exit::Refused: `what`, then the reason.
 Error Refusal(const std::string& what, const live::Reason& reason);
 
-/// Throws an Error, Exit::Refused, if nothing could be read.
-void RefuseIfNoneIsGood(const live::Controller& controller);
+/// Throws an Error, Exit::Refused, with the reasons, if nothing could be read; `good` is what the
+/// first Refresh has answered.
+void CheckFirstRefresh(const live::Controller& controller, bool good);
 
 /// Connects and refreshes once. Throws an Error if there is no connection, if the controller
 /// refuses, and if nothing could be read.

@@ -41,10 +41,7 @@ std::optional<Link> Poll::Next() {
   const bool good = controller_.Refresh();
   if (onRefresh_) onRefresh_(false);
   took_ = std::chrono::floor<Pace::Milliseconds>(clock_->Now() - began);
-  if (first && !pace_.wait) {
-    if (!good) throw Refusal("the values cannot be read", controller_.LastReason());
-    RefuseIfNoneIsGood(controller_);
-  }
+  if (first && !pace_.wait) CheckFirstRefresh(controller_, good);
   const bool wasLost = std::exchange(lost_, !good);
   if (!good) {
     if (!wasLost && read_) ++gaps_;

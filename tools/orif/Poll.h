@@ -32,8 +32,8 @@ class Poll {
   /// wait for one, and as ReadOnce.
   Poll(Cell& cell, const std::vector<std::string>& items, const Pace& pace);
 
-  /// Has `call` called again and again while Next waits for a refresh to be due; Next is empty if it
-  /// answers false.
+  /// Has `call` called again and again while Next waits for a refresh to be due; Next is empty if
+  /// it answers false.
   void Meanwhile(std::function<bool()> call) { meanwhile_ = std::move(call); }
 
   /// Has `call` called when a refresh begins, with true, and when it has ended.
