@@ -114,13 +114,14 @@ class ORIF_LIVE_EXPORT Controller {
 
   /// Reads all tags: one bulk read of everything that lies in the data area, then the signals, one
   /// call for each kind and run of consecutive numbers. The first one connects. Returns whether it
-  /// succeeded; items that the controller refuses are no failure.
+  /// succeeded; names that the controller refuses are no failure while anything else can be read,
+  /// and neither are items whose words cannot be decoded, which are stale.
   ///
   /// A bulk read that fails makes all tags stale, a run of signals that fails although it was read
-  /// before makes the rest of the signals stale; both count as a failure of the refresh. The second
-  /// failure in a row makes the link lost, and the first one does if its reason tells so. While the
-  /// link is lost, Refresh returns false at once until the next attempt is due, and then connects
-  /// again before it reads.
+  /// before makes the rest of the signals stale; both count as a failure of the refresh, and so
+  /// does it if nothing at all can be read. The second failure in a row makes the link lost, and
+  /// the first one does if its reason tells so. While the link is lost, Refresh returns false at
+  /// once until the next attempt is due, and then connects again before it reads.
   bool Refresh();
 
   /// Closes the link. All good tags are stale. Connect or Refresh open it again.
