@@ -146,7 +146,7 @@ std::optional<Reason> Controller::Self::ReadAll() {
     };
     for (Source* source : registered) source->Decode(*sink, unread);
   }
-  const auto reason = signals.Read(*core, *reasons, *clock, settings.tellsLostLink, *sink);
+  auto reason = signals.Read(*core, *reasons, *clock, settings.tellsLostLink, *sink);
   if (reason || !registered.empty() || signals.AnyRead() || tags.empty()) return reason;
   // Nothing shows that there is anybody.
   return signals.LastRefusal() ? signals.LastRefusal() : lastRefusal;
