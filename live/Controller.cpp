@@ -48,6 +48,12 @@ bool TellsLostLink(const Reason& reason) {
   return std::ranges::any_of(Ends, says);
 }
 
+std::shared_ptr<Dispatch> MakeLowerCore(const DispatchFactory& factory,
+                                        const std::string& component) {
+  if (factory) return factory();
+  return component.empty() ? CreateComponentCore() : CreateComponentCore(component);
+}
+
 void Controller::Self::SetLink(Link to, const Reason& reason) {
   if (link == to) return;
   link = to;
@@ -74,9 +80,7 @@ bool Controller::Self::Connect() {
 // Why there is no connection, if there is none.
 std::optional<Reason> Controller::Self::Open() {
   try {
-    auto lower = settings.factory             ? settings.factory()
-                 : settings.component.empty() ? CreateComponentCore()
-                                              : CreateComponentCore(settings.component);
+    auto lower = MakeLowerCore(settings.factory, settings.component);
     if (lower == nullptr) throw Fault(Fault::ObjectNotSet);
     reasons = std::make_shared<ReasonKeeper>(std::move(lower), settings.fromController);
   } catch (const std::exception& fault) {
@@ -138,7 +142,7 @@ std::optional<Reason> Controller::Self::ReadAll() {
       sink->AllStale(Shared(reason));
       return reason;
     }
-    sink->At(clock->Wall());
+    sink->At(settings.clock->Wall());
     const auto unread = [&](std::span<const Slot> slots) {
       const auto reason = Shared(LastOf(slots.front().tag->item));
       for (const Slot& slot : slots) sink->Stale(*slot.tag, reason);
@@ -146,7 +150,7 @@ std::optional<Reason> Controller::Self::ReadAll() {
     };
     for (Source* source : registered) source->Decode(*sink, unread);
   }
-  auto reason = signals.Read(*core, *reasons, *clock, settings.tellsLostLink, *sink);
+  auto reason = signals.Read(*core, *reasons, *settings.clock, settings.tellsLostLink, *sink);
   if (reason || !registered.empty() || signals.AnyRead() || tags.empty()) return reason;
   // Nothing shows that there is anybody.
   return signals.LastRefusal() ? signals.LastRefusal() : lastRefusal;
@@ -167,7 +171,7 @@ void Controller::Self::Lose(const Reason& reason) {
   Drop();
   lastReason = reason;
   sink->AllStale(Shared(reason));
-  retryAt = clock->Now() + backoff.Next();
+  retryAt = settings.clock->Now() + backoff.Next();
   SetLink(Link::Lost, lastReason);
 }
 
@@ -185,7 +189,7 @@ bool Controller::Refresh() {
   Self& self = *self_;
   self.sink->Begin();
   if (self.link != Link::Up) {
-    if (self.link == Link::Lost && self.clock->Now() < self.retryAt) return false;
+    if (self.link == Link::Lost && self.settings.clock->Now() < self.retryAt) return false;
     if (!self.Connect()) return false;
   }
   const auto reason = self.ReadAll();

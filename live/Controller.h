@@ -137,7 +137,7 @@ class ORIF_LIVE_EXPORT Controller {
   /// not clear it.
   const Reason& LastReason() const;
 
-  /// What the controller was made of.
+  /// What the controller was made of; a clock and what tells a lost link are never empty.
   const live::Settings& Settings() const;
 
   /// The parsed names of Settings::tags.

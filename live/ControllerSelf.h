@@ -29,6 +29,11 @@ inline std::shared_ptr<const Reason> Shared(Reason reason) {
   return std::make_shared<const Reason>(std::move(reason));
 }
 
+/// The lower core object that the settings `factory` and `component` mean. Throws what keeps it
+/// from being made.
+std::shared_ptr<Dispatch> MakeLowerCore(const DispatchFactory& factory,
+                                        const std::string& component);
+
 /// Throws a UsageError unless the value can be written to the tag, a field of what `name` names.
 void CheckValue(const Tag& tag, const Name& name, std::size_t field, const Value& value);
 
@@ -59,7 +64,6 @@ struct Controller::Self {
   }
 
   live::Settings settings;
-  std::shared_ptr<Clock> clock;
   std::vector<Name> names;
   std::vector<Tag> tags;
   std::vector<Place> places;  // of the tags

@@ -21,11 +21,9 @@ void CheckWords(std::int64_t words) {
 
 }  // namespace
 
-Controller::Self::Self(live::Settings given)
-    : settings(std::move(given)),
-      clock(settings.clock ? settings.clock : std::make_shared<Clock>()),
-      backoff(settings.retry) {
+Controller::Self::Self(live::Settings given) : settings(std::move(given)), backoff(settings.retry) {
   CheckSettings();
+  if (!settings.clock) settings.clock = std::make_shared<Clock>();
   if (!settings.tellsLostLink) settings.tellsLostLink = TellsLostLink;
   for (const std::string& text : settings.tags) names.push_back(ParseName(text));
   MakeTags();

@@ -8,10 +8,10 @@
 #include <thread>
 #include <utility>
 
+#include "live/ControllerSelf.h"
 #include "live/StayLoaded.h"
 #include "live/UsageError.h"
 #include "orif/base/Fault.h"
-#include "orif/lowerlayer/Component.h"
 
 namespace orif::live {
 namespace {
@@ -61,11 +61,9 @@ struct Monitor::Self {
   Self(Settings&& settings, Milliseconds period, MonitorEvents&& given)
       : events(std::move(given)),
         controller(std::make_unique<Controller>(Guarded(std::move(settings)))),
-        clock(controller->Settings().clock ? controller->Settings().clock
-                                           : std::make_shared<Clock>()),
-        every(period),
+        clock(controller->Settings().clock),
         turns(std::max(period, Milliseconds(1))) {
-    if (every.count() <= 0 || every > LongestWait) {
+    if (period.count() <= 0 || period > LongestWait) {
       throw UsageError("a period is 1 ms or more, and at most a day");
     }
     timeOut = controller->Settings().timeOut.value_or(UsualTimeOut);
@@ -92,9 +90,7 @@ struct Monitor::Self {
     settings.factory = [this, own = std::move(settings.factory),
                         component = std::exchange(settings.component, {})] {
       if (*abandoned) throw Fault(Ended);
-      auto core = own                 ? own()
-                  : component.empty() ? CreateComponentCore()
-                                      : CreateComponentCore(component);
+      auto core = MakeLowerCore(own, component);
       if (core != nullptr) core = std::make_shared<UntilAbandoned>(std::move(core), abandoned);
       return core;
     };
@@ -163,26 +159,29 @@ struct Monitor::Self {
     return !ending;
   }
 
+  // At least one of them, also where refreshes take longer than their period.
   void CarryOutRequests() {
-    while (clock->Now() < due) {
-      std::shared_ptr<Request> request;
-      {
-        const std::lock_guard lock(mutex);
-        running = nullptr;
-        if (requests.empty() || ending) return;
-        request = running = std::move(requests.front());
-        requests.pop_front();
-      }
+    while (const auto request = NextRequest()) {
       const bool wasUp = controller->State() == Link::Up;
       const auto before = clock->Now();
       request->CarryOut(*controller);
       Publish();
-      if (!wasUp || controller->State() == Link::Up) continue;
-      Tell(false, clock->Now() - before);  // what has become stale
-      due = controller->RetryAt();
+      if (wasUp && controller->State() != Link::Up) {
+        Tell(false, clock->Now() - before);  // what has become stale
+        due = controller->RetryAt();
+      }
+      if (clock->Now() >= due) break;
     }
     const std::lock_guard lock(mutex);
     running = nullptr;
+  }
+
+  std::shared_ptr<Request> NextRequest() {
+    const std::lock_guard lock(mutex);
+    if (requests.empty() || ending) return nullptr;
+    running = std::move(requests.front());
+    requests.pop_front();
+    return running;
   }
 
   void NoteTimeOut() {
@@ -219,7 +218,6 @@ struct Monitor::Self {
   MonitorEvents events;
   std::unique_ptr<Controller> controller;  // used by the thread; what never changes by all
   std::shared_ptr<Clock> clock;
-  Milliseconds every;
   Turns turns;
   Turns::Time due{};
 

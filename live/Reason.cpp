@@ -22,62 +22,53 @@ enum class Success {
 };
 
 struct Operation {
-  std::string_view name;
-  Success success = Success::Always;
-};
-
-struct NumberedOperation {
   DispId id;
-  Operation operation;
+  std::string_view name;
+  Success success;
 };
 
-// The operations with a status. The others answer with a value, or are ignored.
-constexpr auto Operations = std::to_array<NumberedOperation>({
-    {DispId::SendCommand, {"SendCommand", Success::Zero}},
-    {DispId::Disconnect, {"Disconnect", Success::Zero}},
-    {DispId::Connect, {"Connect", Success::Zero}},
-    {DispId::SetRAssignment, {"SetRAssignment", Success::Zero}},
-    {DispId::WriteR, {"WriteR", Success::NotNegative}},
-    {DispId::WriteRLong, {"WriteRLong", Success::NotNegative}},
-    {DispId::WriteRShort, {"WriteRShort", Success::NotNegative}},
-    {DispId::WriteRFloat, {"WriteRFloat", Success::NotNegative}},
-    {DispId::WriteRJoint, {"WriteRJoint", Success::NotNegative}},
-    {DispId::WriteRXyzwpr, {"WriteRXyzwpr", Success::NotNegative}},
-    {DispId::WriteRXyzwprConfig, {"WriteRXyzwprConfig", Success::NotNegative}},
-    {DispId::ReadSDO, {"ReadSDO", Success::Zero}},
-    {DispId::WriteSDO, {"WriteSDO", Success::NotNegative}},
-    {DispId::ReadSDI, {"ReadSDI", Success::Zero}},
-    {DispId::WriteSDI, {"WriteSDI", Success::NotNegative}},
-    {DispId::ReadRDI, {"ReadRDI", Success::Zero}},
-    {DispId::WriteRDI, {"WriteRDI", Success::NotNegative}},
-    {DispId::ReadUI, {"ReadUI", Success::Zero}},
-    {DispId::ReadUO, {"ReadUO", Success::Zero}},
-    {DispId::WriteUO, {"WriteUO", Success::NotNegative}},
-    {DispId::ReadSI, {"ReadSI", Success::Zero}},
-    {DispId::ReadSO, {"ReadSO", Success::Zero}},
-    {DispId::WriteSO, {"WriteSO", Success::NotNegative}},
-    {DispId::ReadGI, {"ReadGI", Success::Zero}},
-    {DispId::WriteGI, {"WriteGI", Success::NotNegative}},
-    {DispId::ReadGO, {"ReadGO", Success::Zero}},
-    {DispId::WriteGO, {"WriteGO", Success::NotNegative}},
-    {DispId::ReadRDO, {"ReadRDO", Success::Zero}},
-    {DispId::WriteRDO, {"WriteRDO", Success::NotNegative}},
-    {DispId::ReadSDOEx, {"ReadSDOEx", Success::Zero}},
-    {DispId::WriteSDOEx, {"WriteSDOEx", Success::NotNegative}},
-    {DispId::ReadRShort, {"ReadRShort", Success::Positive}},
-});
-
-// The other operations, for the name of one that faults.
-constexpr auto OtherNames = std::to_array<std::pair<DispId, std::string_view>>({
-    {DispId::HostName, "HostName"},
-    {DispId::TimeOutValue, "TimeOutValue"},
-    {DispId::PortNumber, "PortNumber"},
-    {DispId::ClearRAssignment, "ClearRAssignment"},
-    {DispId::ShortToLong, "ShortToLong"},
-    {DispId::ShortToFloat, "ShortToFloat"},
-    {DispId::SetClientID, "SetClientID"},
-    {DispId::LastErrorText, "LastErrorText"},
-    {DispId::Reset, "Reset"},
+constexpr auto Operations = std::to_array<Operation>({
+    {DispId::HostName, "HostName", Success::Always},
+    {DispId::TimeOutValue, "TimeOutValue", Success::Always},
+    {DispId::PortNumber, "PortNumber", Success::Always},
+    {DispId::SendCommand, "SendCommand", Success::Zero},
+    {DispId::Disconnect, "Disconnect", Success::Zero},
+    {DispId::Connect, "Connect", Success::Zero},
+    {DispId::ClearRAssignment, "ClearRAssignment", Success::Always},
+    {DispId::SetRAssignment, "SetRAssignment", Success::Zero},
+    {DispId::WriteR, "WriteR", Success::NotNegative},
+    {DispId::WriteRLong, "WriteRLong", Success::NotNegative},
+    {DispId::WriteRShort, "WriteRShort", Success::NotNegative},
+    {DispId::WriteRFloat, "WriteRFloat", Success::NotNegative},
+    {DispId::WriteRJoint, "WriteRJoint", Success::NotNegative},
+    {DispId::WriteRXyzwpr, "WriteRXyzwpr", Success::NotNegative},
+    {DispId::ReadSDO, "ReadSDO", Success::Zero},
+    {DispId::WriteSDO, "WriteSDO", Success::NotNegative},
+    {DispId::ReadSDI, "ReadSDI", Success::Zero},
+    {DispId::WriteSDI, "WriteSDI", Success::NotNegative},
+    {DispId::ReadRDI, "ReadRDI", Success::Zero},
+    {DispId::WriteRDI, "WriteRDI", Success::NotNegative},
+    {DispId::ReadUI, "ReadUI", Success::Zero},
+    {DispId::ReadUO, "ReadUO", Success::Zero},
+    {DispId::WriteUO, "WriteUO", Success::NotNegative},
+    {DispId::ReadSI, "ReadSI", Success::Zero},
+    {DispId::ReadSO, "ReadSO", Success::Zero},
+    {DispId::WriteSO, "WriteSO", Success::NotNegative},
+    {DispId::ReadGI, "ReadGI", Success::Zero},
+    {DispId::WriteGI, "WriteGI", Success::NotNegative},
+    {DispId::ReadGO, "ReadGO", Success::Zero},
+    {DispId::WriteGO, "WriteGO", Success::NotNegative},
+    {DispId::ReadRDO, "ReadRDO", Success::Zero},
+    {DispId::WriteRDO, "WriteRDO", Success::NotNegative},
+    {DispId::ReadRShort, "ReadRShort", Success::Positive},
+    {DispId::ShortToLong, "ShortToLong", Success::Always},
+    {DispId::ShortToFloat, "ShortToFloat", Success::Always},
+    {DispId::ReadSDOEx, "ReadSDOEx", Success::Zero},
+    {DispId::WriteSDOEx, "WriteSDOEx", Success::NotNegative},
+    {DispId::SetClientID, "SetClientID", Success::Always},
+    {DispId::WriteRXyzwprConfig, "WriteRXyzwprConfig", Success::NotNegative},
+    {DispId::LastErrorText, "LastErrorText", Success::Always},
+    {DispId::Reset, "Reset", Success::Always},
 });
 
 bool IsConversion(std::int32_t id) {
@@ -143,15 +134,11 @@ struct ReasonKeeper::Memory {
   std::map<std::int32_t, std::string> named;  // operations whose number was looked up
 
   Operation Find(std::int32_t id) const {
-    const auto known =
-        std::ranges::find(Operations, static_cast<DispId>(id), &NumberedOperation::id);
-    if (known != Operations.end()) return known->operation;
-    if (const auto name = named.find(id); name != named.end()) {
-      return {name->second, Success::NotNegative};
-    }
-    const auto other = std::ranges::find(OtherNames, static_cast<DispId>(id),
-                                         &std::pair<DispId, std::string_view>::first);
-    return {other == OtherNames.end() ? "" : other->second, Success::Always};
+    const auto known = std::ranges::find(Operations, static_cast<DispId>(id), &Operation::id);
+    if (known != Operations.end()) return *known;
+    const auto name = named.find(id);
+    if (name == named.end()) return {static_cast<DispId>(id), "", Success::Always};
+    return {static_cast<DispId>(id), name->second, Success::NotNegative};
   }
 
   void Remember(std::int32_t id, Reason reason) {

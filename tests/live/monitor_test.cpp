@@ -237,6 +237,20 @@ TEST_F(Monitoring, TellsWhatAWriteMakesStale) {
   EXPECT_TRUE(happening.Wait([&] { return good; }));  // long before the next turn
 }
 
+TEST_F(Monitoring, CarriesOutRequestsBesideRefreshesThatTakeTooLong) {
+  auto settings = Of({"R[1]:int"});
+  settings.factory = Between::Factory(network.Factory(), [&](auto id, auto, auto, Dispatch&) {
+    if (static_cast<DispId>(id) == DispId::ReadRShort) std::this_thread::sleep_for(5ms);
+    return std::optional<OrvexValue>();
+  });
+  Monitor monitor(settings, 1ms);
+  for (int i = 0; i < 5; ++i) {
+    auto answer = monitor.Write({{"R[1]", i}});
+    ASSERT_EQ(answer.wait_for(10s), std::future_status::ready);
+    EXPECT_TRUE(answer.get().front());
+  }
+}
+
 TEST_F(Monitoring, WaitsForACallBackThatRuns) {
   std::atomic<bool> inside = false;
   std::atomic<bool> through = false;

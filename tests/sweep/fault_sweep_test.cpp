@@ -1,58 +1,14 @@
 // Every call into the lower layer fails once, in every way, and every member answers by its own
 // rules.
-#include <set>
-
+#include "tests/support/AnswerRules.h"
 #include "tests/support/FullPass.h"
 #include "tests/support/RecordingDispatch.h"
 
 namespace orif::test {
 namespace {
 
-enum class Way { Negative, Zero, Positive, Thrown, WrongType, Empty, HalfFill, NoFill };
 constexpr std::array Ways{Way::Negative,  Way::Zero,  Way::Positive, Way::Thrown,
                           Way::WrongType, Way::Empty, Way::HalfFill, Way::NoFill};
-
-// What the library makes of an answer, in the documentation's words.
-enum class Rule { ZeroIsSuccess, NotNegativeIsSuccess, PositiveIsSuccess, Value, Ignored };
-
-Rule RuleOf(std::int32_t id, OrvexCall call) {
-  static const std::set<DispId> Writes{DispId::WriteR,
-                                       DispId::WriteRLong,
-                                       DispId::WriteRShort,
-                                       DispId::WriteRFloat,
-                                       DispId::WriteRJoint,
-                                       DispId::WriteRXyzwpr,
-                                       DispId::WriteRXyzwprConfig,
-                                       DispId::WriteSDO,
-                                       DispId::WriteSDI,
-                                       DispId::WriteRDO,
-                                       DispId::WriteRDI,
-                                       DispId::WriteSO,
-                                       DispId::WriteUO,
-                                       DispId::WriteGO,
-                                       DispId::WriteGI,
-                                       DispId::WriteSDOEx};
-  static const std::set<DispId> IgnoredResults{DispId::Reset, DispId::SetClientID,
-                                               DispId::ClearRAssignment};
-  const auto operation = static_cast<DispId>(id);
-  if (call == ORVEX_PUT || IgnoredResults.contains(operation)) return Rule::Ignored;
-  if (call == ORVEX_GET || operation == DispId::ShortToLong || operation == DispId::ShortToFloat) {
-    return Rule::Value;
-  }
-  if (operation == DispId::ReadRShort) return Rule::PositiveIsSuccess;
-  if (Writes.contains(operation) || id > 65) return Rule::NotNegativeIsSuccess;  // by name
-  return Rule::ZeroIsSuccess;
-}
-
-bool Succeeds(Rule rule, Way way) {
-  if (way == Way::Thrown) return false;
-  if (rule == Rule::Ignored) return true;
-  if (way == Way::WrongType) return false;
-  if (rule == Rule::Value) return true;
-  const int status = way == Way::Negative ? -1 : way == Way::Zero || way == Way::Empty ? 0 : 1;
-  if (rule == Rule::ZeroIsSuccess) return status == 0;
-  return rule == Rule::PositiveIsSuccess ? status > 0 : status >= 0;
-}
 
 struct Plan {
   std::size_t target = 0;  // the call that fails, from 1 on; 0: none
@@ -87,16 +43,7 @@ class Failing : public Dispatch {
           arguments[1].as.i2Ref[i] = -1;
       }
     }
-    switch (plan_.way) {
-      case Way::Thrown:
-        throw Fault("broken");
-      case Way::WrongType:
-        return Text("no number");
-      case Way::Empty:
-        return {};
-      default:
-        return Long(plan_.way == Way::Negative ? -1 : plan_.way == Way::Zero ? 0 : 1);
-    }
+    return WrongAnswer(plan_.way);
   }
 
  private:
