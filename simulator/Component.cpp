@@ -10,6 +10,7 @@
 #include "orif/base/Fault.h"
 #include "orif/lowerlayer/Dispatch.h"
 #include "simulator/Demo.h"
+#include "simulator/Operation.h"
 #include "simulator/served/RemoteCore.h"
 
 #if defined(_WIN32)
@@ -26,14 +27,6 @@ struct Object {
   std::string fault;  // what the last failed call answered
 };
 
-OrvexValue TextValue(std::string_view text) {
-  OrvexValue value{};
-  value.kind = ORVEX_TEXT;
-  value.count = static_cast<std::int32_t>(text.size());
-  value.as.text = text.data();
-  return value;
-}
-
 // Runs `action`. If it throws, `result` is the error's text, which is stored in `fault`.
 template <class Action>
 std::int32_t Guarded(std::string& fault, OrvexValue* result, Action action) noexcept {
@@ -44,7 +37,7 @@ std::int32_t Guarded(std::string& fault, OrvexValue* result, Action action) noex
     } catch (const std::exception& error) {
       fault = error.what();
     }
-    if (result != nullptr) *result = TextValue(fault);
+    if (result != nullptr) *result = MakeValue(fault);
   } catch (...) {
     if (result != nullptr) *result = OrvexValue{};
   }
@@ -57,7 +50,7 @@ void* Create(OrvexValue* fault) {
     static const DispatchFactory& factory = *new DispatchFactory(RemoteFactory(DemoNetwork()));
     return new Object{factory(), {}};
   } catch (const std::exception&) {  // no memory: nothing else fails here
-    if (fault != nullptr) *fault = TextValue(Fault::OutOfMemory);
+    if (fault != nullptr) *fault = MakeValue(Fault::OutOfMemory);
     return nullptr;
   }
 }

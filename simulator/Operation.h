@@ -51,7 +51,7 @@ inline OrvexValue MakeValue(float value) {
 }
 
 /// Refers to `text`, which must not change before the next call.
-inline OrvexValue MakeValue(const std::string& text) {
+inline OrvexValue MakeValue(std::string_view text) {
   OrvexValue result{};
   result.kind = ORVEX_TEXT;
   result.count = static_cast<std::int32_t>(text.size());

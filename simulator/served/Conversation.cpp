@@ -3,20 +3,13 @@
 #include <limits>
 
 #include "orif/lowerlayer/DispId.h"
+#include "simulator/Operation.h"
 #include "simulator/Operations.h"
 
 namespace orif::sim::served {
 namespace {
 
 constexpr std::int32_t Number(DispId id) { return static_cast<std::int32_t>(id); }
-
-OrvexValue TextArgument(std::string_view text) {
-  OrvexValue value{};
-  value.kind = ORVEX_TEXT;
-  value.count = static_cast<std::int32_t>(text.size());
-  value.as.text = text.data();
-  return value;
-}
 
 }  // namespace
 
@@ -26,9 +19,7 @@ void Conversation::Answer(std::span<const std::uint8_t> request, Bytes& answer) 
   const auto timeOut = fields.Get<std::int32_t>();
   const auto operation = fields.Get<std::int32_t>();
   try {
-    OrvexValue value{};
-    value.kind = ORVEX_I4;
-    value.as.i4 = timeOut;
+    const OrvexValue value = MakeValue(timeOut);
     core_.Answer(Failure{});  // the text that it has afterwards is this call's
     core_.Invoke(Number(DispId::TimeOutValue), ORVEX_PUT, std::span(&value, 1));
     const std::int32_t status = CarryOut(operation, fields).as.i4;
@@ -61,7 +52,7 @@ OrvexValue Conversation::CarryOut(std::int32_t operation, Unpacker& request) {
 }
 
 OrvexValue Conversation::Connect(std::string_view controller) {
-  const OrvexValue host = TextArgument(controller.empty() ? first_ : controller);
+  const OrvexValue host = MakeValue(controller.empty() ? first_ : controller);
   core_.Invoke(Number(DispId::HostName), ORVEX_PUT, std::span(&host, 1));
   return core_.Invoke(Number(DispId::Connect), ORVEX_METHOD, {});
 }
