@@ -64,6 +64,7 @@ void CheckPositionField(const Tag& tag, std::size_t field, const Value& value) {
 }  // namespace
 
 void CheckValue(const Tag& tag, const Name& name, std::size_t field, const Value& value) {
+  if (name.IsReadOnly()) Refuse(tag, std::string(name.symbol->name) + " is read only");
   if (tag.field == CommentField) return CheckText(tag, value);
   switch (name.Is()) {
     case Kind::NumReg:
@@ -88,8 +89,10 @@ void CheckValue(const Tag& tag, const Name& name, std::size_t field, const Value
         Refuse(tag, "numbers from 10001 on are written as 4001 and up; name those");
       }
       return CheckWhole<std::int32_t>(tag, value, "a whole number from 0 on");
-    default:
-      Refuse(tag, std::string(name.symbol->name) + " is read only");
+    case Kind::CurPos:
+    case Kind::Task:
+    case Kind::Alarm:
+      break;
   }
 }
 

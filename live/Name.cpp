@@ -304,6 +304,10 @@ bool Name::IsPosition() const {
   return Is() == Kind::PosReg || Is() == Kind::CurPos || type == SYSVAR_POS;
 }
 
+bool Name::IsReadOnly() const {
+  return Is() == Kind::CurPos || Is() == Kind::Task || Is() == Kind::Alarm;
+}
+
 std::span<const Field> Name::Fields() const {
   if (IsPosition()) return PositionFields;
   if (Is() == Kind::Task) return TaskFields;

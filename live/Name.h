@@ -70,6 +70,9 @@ struct ORIF_LIVE_EXPORT Name {
   /// Whether each item is a position with its fields.
   bool IsPosition() const;
 
+  /// Whether the controller alone writes it: current positions, tasks and alarms.
+  bool IsReadOnly() const;
+
   /// Whether it names the comments alone.
   bool IsComment() const { return field == CommentField; }
 

@@ -339,8 +339,10 @@ const SimulatedCore::Operation* SimulatedCore::Find(std::int32_t id, OrvexCall c
 std::optional<CallForm> FindCallForm(std::int32_t id, OrvexCall call) {
   const auto* found = SimulatedCore::Find(id, call);
   if (found == nullptr) return {};
-  const bool local = found->place == SimulatedCore::Operation::Place::Local;
-  return CallForm{found->name, local, found->parameters};
+  // The assignment is the server's, although clearing it needs no controller.
+  const bool remote = found->place != SimulatedCore::Operation::Place::Local ||
+                      id == static_cast<std::int32_t>(DispId::ClearRAssignment);
+  return CallForm{found->name, remote, found->name.starts_with("Read"), found->parameters};
 }
 
 bool ReachesController(std::string_view operation) {

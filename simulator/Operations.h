@@ -14,7 +14,9 @@ namespace orif::sim {
 /// How an operation is called.
 struct CallForm {
   std::string_view name;
-  bool local = false;  ///< the core object answers by itself
+  bool remote = false;  ///< a served cell carries it out; else the core object by itself
+  /// What it refers to is filled: a request has only how many elements, the answer has them.
+  bool fills = false;
   std::span<const Parameter> parameters;
 };
 

@@ -16,12 +16,12 @@ Failure FailureOf(Status status) {
 
 OrvexValue SimulatedCore::Invoke(std::int32_t id, OrvexCall call,
                                  std::span<const OrvexValue> arguments) {
+  lateness_ = 0;
   const Operation* operation = Find(id, call);
   if (operation == nullptr) throw Fault("Unknown operation");
   const Arguments checked(operation->parameters, arguments);
   if (operation->place == Operation::Place::Local) return operation->handler(*this, checked);
   const auto lock = network_.Lock();
-  lateness_ = 0;
   if (operation->place == Operation::Place::Connection) {
     if (const auto obstacle = Reach(operation->name)) return Answer(*obstacle);
   }
@@ -36,8 +36,10 @@ std::int32_t SimulatedCore::Lookup(std::string_view name) {
 
 std::optional<Failure> SimulatedCore::Obstacle(std::string_view operation, Controller& controller) {
   if (auto failure = controller.FaultInjection().Take(operation)) return failure;
-  lateness_ = controller.FaultInjection().Delay();
-  if (lateness_ > 0 && lateness_ > timeOut_) return FailureOf(Status::TimedOut);
+  const std::int32_t delay = controller.FaultInjection().Delay();
+  const bool tooLate = delay > 0 && delay > timeOut_;
+  lateness_ = tooLate ? std::max(timeOut_, 0) : delay;  // nobody waits any longer
+  if (tooLate) return FailureOf(Status::TimedOut);
   return std::nullopt;
 }
 

@@ -23,7 +23,7 @@ void Conversation::Answer(std::span<const std::uint8_t> request, Bytes& answer) 
     core_.Answer(Failure{});  // the text that it has afterwards is this call's
     core_.Invoke(Number(DispId::TimeOutValue), ORVEX_PUT, std::span(&value, 1));
     const std::int32_t status = CarryOut(operation, fields).as.i4;
-    const bool filled = status >= 0 && Fills(form_.name);
+    const bool filled = status >= 0 && form_.fills;
     PackAnswer(answer, number, Outcome::Status, status, core_.LastError(),
                filled ? std::span<const std::byte>(filled_) : std::span<const std::byte>());
   } catch (const Malformed&) {
@@ -42,7 +42,7 @@ OrvexValue Conversation::CarryOut(std::int32_t operation, Unpacker& request) {
     return Connect(controller);
   }
   const auto form = FindCallForm(operation, ORVEX_METHOD);
-  if (!form || (form->local && operation != Number(DispId::ClearRAssignment))) throw Malformed();
+  if (!form || !form->remote) throw Malformed();
   form_ = *form;
   for (std::size_t i = 0; i < form_.parameters.size(); ++i) {
     arguments_.push_back(Take(request, form_.parameters[i], i));
@@ -66,12 +66,12 @@ OrvexValue Conversation::Take(Unpacker& request, const Parameter& parameter, std
     value.as.i4 = request.Get<std::int32_t>();
   } else {
     constexpr std::size_t Most = std::numeric_limits<std::int16_t>::max();
-    const bool filled = Fills(form_.name);
+    const bool filled = form_.fills;
     const std::size_t size = SizeOf(parameter.kind);
     const std::size_t count = filled ? request.GetCount() : request.GetCount(size);
     if (filled && count > Most) throw Malformed();
     auto& elements = filled ? filled_ : referred_[index];
-    elements.resize(count * size);
+    elements.assign(count * size, std::byte{});  // nothing of an earlier call
     if (!filled) request.GetRun(std::span(elements));
     value.count = static_cast<std::int32_t>(count);
     value.as.text = reinterpret_cast<const char*>(elements.data());

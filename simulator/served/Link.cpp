@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
-#include <asio/read.hpp>
-#include <asio/write.hpp>
 #include <optional>
 
 namespace orif::sim::served {
@@ -27,16 +25,19 @@ class Link::Socket {
   void Send(std::span<const std::uint8_t> bytes, const Deadline& deadline) {
     const auto all = asio::buffer(bytes.data(), bytes.size());
     asio::error_code error;
-    const std::size_t sent = socket_.write_some(all, error);
+    std::size_t sent = socket_.write_some(all, error);
     if (error && error != asio::error::would_block) throw asio::system_error(error);
-    if (sent == bytes.size()) return;
-    Wait(deadline, [&](auto handler) { asio::async_write(socket_, all + sent, handler); });
+    while (sent < bytes.size()) {
+      sent += Wait(deadline, [&](auto handler) { socket_.async_write_some(all + sent, handler); });
+    }
   }
 
   // Answers come so soon that being put to sleep and woken takes longer than the rest of a call:
   // for a moment it looks again and again.
   std::size_t Receive(std::span<std::uint8_t> room, const Deadline& deadline) {
-    const auto end = std::chrono::steady_clock::now() + Eagerness;
+    const auto begin = std::chrono::steady_clock::now();
+    if (begin >= deadline.time) FailTimedOut(deadline);  // also while bytes keep coming
+    const auto end = std::min(begin + Eagerness, deadline.time);
     do {
       asio::error_code error;
       const std::size_t got = socket_.read_some(asio::buffer(room.data(), room.size()), error);
@@ -49,6 +50,11 @@ class Link::Socket {
   }
 
  private:
+  [[noreturn]] void FailTimedOut(const Deadline& deadline) const {
+    throw NoAnswer(Status::TimedOut, "no answer from " + ToText(to_) + " within " +
+                                         std::to_string(deadline.milliseconds) + " ms");
+  }
+
   // Waits for the operation that `start` starts with a handler. It has ended in any case.
   template <class Start>
   std::size_t Wait(const Deadline& deadline, const Start& start) {
@@ -65,10 +71,7 @@ class Link::Socket {
       context_.restart();
       context_.run();
     }
-    if (result == asio::error::operation_aborted) {
-      throw NoAnswer(Status::TimedOut, "no answer from " + ToText(to_) + " within " +
-                                           std::to_string(deadline.milliseconds) + " ms");
-    }
+    if (result == asio::error::operation_aborted) FailTimedOut(deadline);
     if (*result) throw asio::system_error(*result);
     return bytes;
   }

@@ -44,10 +44,6 @@ inline constexpr std::chrono::microseconds Eagerness{50};
 /// The number of an answer that no request asked for.
 inline constexpr std::uint32_t Unasked = 0;
 
-/// The elements behind a reference that an operation fills are not in the request, only how many.
-/// They come with the answer.
-inline bool Fills(std::string_view operation) { return operation.starts_with("Read"); }
-
 /// The size of an element, or of a value, of this kind.
 constexpr std::size_t SizeOf(std::uint16_t kind) {
   const int plain = kind & ~ORVEX_BYREF;

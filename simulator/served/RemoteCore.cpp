@@ -14,7 +14,6 @@ namespace orif::sim {
 namespace {
 
 using served::Deadline;
-using served::Fills;
 using served::Link;
 using served::LinkLost;
 using served::Malformed;
@@ -41,7 +40,7 @@ class RemoteCore final : public Dispatch {
           lost_.clear();
           return answer;
         }
-        case DispId::ShortToLong:
+        case DispId::ShortToLong:  // one for each value: not even looked up
         case DispId::ShortToFloat:
           break;
         default:
@@ -87,18 +86,17 @@ class RemoteCore final : public Dispatch {
 
   OrvexValue Remote(std::int32_t id, std::span<const OrvexValue> arguments) {
     const auto form = FindCallForm(id, ORVEX_METHOD);
-    const bool clears = static_cast<DispId>(id) == DispId::ClearRAssignment;
-    if (!form || (form->local && !clears)) return local_.Invoke(id, ORVEX_METHOD, arguments);
+    if (!form || !form->remote) return local_.Invoke(id, ORVEX_METHOD, arguments);
     const Arguments checked(form->parameters, arguments);
     if (!lost_.empty()) return Refuse(Status::ConnectionLost, lost_);
     const Deadline deadline(local_.TimeOut());
     try {
       Packer request = link_->Begin(id, deadline);
       for (std::size_t i = 0; i < arguments.size(); ++i) {
-        Pack(request, arguments[i], checked.Used(form->parameters[i].extent, i), Fills(form->name));
+        Pack(request, arguments[i], checked.Used(form->parameters[i].extent, i), form->fills);
       }
       return Ask(deadline, [&](Unpacker& answer) {
-        for (std::size_t i = 0; Fills(form->name) && i < arguments.size(); ++i) {
+        for (std::size_t i = 0; form->fills && i < arguments.size(); ++i) {
           Fill(answer, arguments[i], checked.Used(form->parameters[i].extent, i));
         }
       });

@@ -156,8 +156,11 @@ struct Server::Listener {
   void Accept() {
     acceptor.async_accept([this](asio::error_code error, tcp::socket socket) {
       if (error) return AcceptLater();
-      std::make_shared<ServedClient>(std::move(socket), network, first, clients)->Greet();
       Accept();
+      try {
+        std::make_shared<ServedClient>(std::move(socket), network, first, clients)->Greet();
+      } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): this client only
+      }
     });
   }
 
@@ -192,7 +195,6 @@ struct Server::Listener {
       if (context.poll() > 0) continue;
       if (SteadyClock::now() - clients->lastRequest > served::Eagerness) context.run_one();
     }
-    tick.cancel();
   }
 
   Network network;

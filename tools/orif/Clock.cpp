@@ -40,11 +40,16 @@ void Clock::AdvanceCell(Milliseconds until) {
 
 void Clock::SleepUntil(std::chrono::steady_clock::time_point when,
                        const std::function<bool()>& meanwhile) {
-  if (fast_) return AdvanceCell(std::chrono::ceil<Milliseconds>(when - start_));
-  while (Now() < when && !platform::Interrupted()) {
-    platform::Sleep(std::min(std::chrono::ceil<Milliseconds>(when - Now()), LongestSleep));
+  if (fast_) {
+    AdvanceCell(std::chrono::ceil<Milliseconds>(when - start_));
+    if (meanwhile) meanwhile();
+    return;
+  }
+  // At least one look, also where turns are always late.
+  while (true) {
     AdvanceCell(Passed());
-    if (meanwhile && !meanwhile()) return;
+    if ((meanwhile && !meanwhile()) || platform::Interrupted() || Now() >= when) return;
+    platform::Sleep(std::min(std::chrono::ceil<Milliseconds>(when - Now()), LongestSleep));
   }
 }
 

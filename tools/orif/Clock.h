@@ -24,8 +24,8 @@ class Clock : public live::Clock {
   /// Date and time in UTC. With --fast it starts at a fixed date, so that two runs are alike.
   std::chrono::system_clock::time_point Wall() const override;
 
-  /// Waits until Now() reaches `when`, the user interrupts, or `meanwhile`, which is called again
-  /// and again, answers false.
+  /// Waits until Now() reaches `when`, the user interrupts, or `meanwhile` answers false; it is
+  /// called again and again, and at least once.
   void SleepUntil(std::chrono::steady_clock::time_point when,
                   const std::function<bool()>& meanwhile);
 

@@ -6,8 +6,13 @@
 
 namespace orif::tool {
 
+bool MayExist(const std::filesystem::path& file) {
+  std::error_code ignored;
+  return symlink_status(file, ignored).type() != std::filesystem::file_type::not_found;
+}
+
 void RefuseIfThere(const std::filesystem::path& file) {
-  if (!exists(symlink_status(file))) return;
+  if (!MayExist(file)) return;
   throw Error(Exit::Usage,
               file.string() + " exists; name another file, or replace it with --force");
 }

@@ -6,6 +6,9 @@
 
 namespace orif::tool {
 
+/// Whether there may be a file of that name, or a link: where that cannot be found out, there may.
+bool MayExist(const std::filesystem::path& file);
+
 /// Throws an Error, Exit::Usage, if there is a file of that name, or a link.
 void RefuseIfThere(const std::filesystem::path& file);
 

@@ -7,13 +7,6 @@
 namespace orif::tool {
 namespace {
 
-template <class... Functions>
-struct Overloaded : Functions... {
-  using Functions::operator()...;
-};
-template <class... Functions>
-Overloaded(Functions...) -> Overloaded<Functions...>;
-
 struct Character {
   char32_t code;
   std::size_t length;  // in bytes
@@ -130,11 +123,7 @@ std::string Shortened(const std::string& text) {
   return Printable(text.substr(0, end)) + "...";
 }
 
-std::string RealText(float value) {
-  std::array<char, 64> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-  return {text.data(), end};
-}
+std::string RealText(float value) { return Value(value).Text(); }
 
 double Widened(float value) {
   const std::string text = RealText(value);
@@ -143,18 +132,14 @@ double Widened(float value) {
   return wide;
 }
 
-std::string TableText(const Value& value) {
-  return std::visit(Overloaded{[](std::monostate) { return std::string("-"); },
-                               [](bool on) { return std::string(on ? "on" : "off"); },
-                               [](std::int64_t number) { return std::to_string(number); },
-                               [](float real) { return RealText(real); },
-                               [](const std::string& text) { return Printable(text); }},
-                    value);
-}
+std::string TableText(const Value& value) { return Printable(value.Text()); }
 
-std::string Joined(std::span<const std::string> texts) {
+std::string Joined(std::span<const std::string> texts, std::string_view between) {
   std::string joined;
-  for (const std::string& text : texts) joined += (joined.empty() ? "" : "; ") + text;
+  for (const std::string& text : texts) {
+    if (!joined.empty()) joined += between;
+    joined += text;
+  }
   return joined;
 }
 
@@ -187,10 +172,9 @@ std::string TaskStateText(const Value& value) {
 }
 
 std::string CsvText(const Value& value) {
-  if (std::holds_alternative<std::monostate>(value)) return {};
+  if (value.IsEmpty()) return {};
   if (const bool* on = std::get_if<bool>(&value)) return *on ? "1" : "0";
-  if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  return TableText(value);
+  return value.Text();
 }
 
 std::string CsvLine(std::span<const std::string> fields) {

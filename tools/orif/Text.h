@@ -1,7 +1,9 @@
 // Values as text, for tables and CSV files. What is shown is UTF-8 without control characters.
 #pragma once
 
+#include <charconv>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -52,8 +54,18 @@ std::string RealText(float value);
 /// The 64-bit real that RealText parses to: 0.1, not 0.100000001490116.
 double Widened(float value);
 
-/// The texts with "; " between them.
-std::string Joined(std::span<const std::string> texts);
+/// The texts with `between` between them.
+std::string Joined(std::span<const std::string> texts, std::string_view between = "; ");
+
+/// The number that the whole text is, if it is one of that type.
+template <class T>
+std::optional<T> ParsedNumber(std::string_view text) {
+  T number{};
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end) return {};
+  return number;
+}
 
 /// "1 row", "2 rows".
 std::string Counted(std::int64_t count, std::string_view word);

@@ -1,18 +1,15 @@
 #include "tools/orif/WriteRequest.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <map>
-#include <optional>
 #include <set>
 #include <sstream>
-#include <type_traits>
 
-#include "orif/items/PositionRecord.h"
 #include "spelling/UpperCase.h"
 #include "tools/orif/Column.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/Text.h"
 
 namespace orif::tool {
 namespace {
@@ -24,23 +21,23 @@ class Parser {
  public:
   explicit Parser(const std::string& text) : text_(text) {}
 
-  WriteRequest Parse() {
+  std::vector<live::Assignment> Parse() {
     const auto equals = text_.find('=');
     name_ = live::ParseName(text_.substr(0, equals));
     if (equals == std::string::npos) Refuse("an assignment has a value: " + text_ + "=5");
+    if (name_.IsReadOnly()) Refuse(std::string(name_.symbol->name) + " is read only");
     const std::string value = text_.substr(equals + 1);
     if (name_.IsPosition() && name_.field.empty()) {
       ParsePosition(value);
     } else if (name_.Is() == live::Kind::Bit && !name_.IsComment() && IsRow(value)) {
-      for (std::size_t i = 0; i < value.size(); ++i) AddAt(i, "", value[i] == '1');
-    } else {
-      const Value parsed = name_.IsPosition() && !name_.IsComment() ? PartValue(name_.field, value)
-                                                                    : PlainValue(value);
-      for (std::int64_t i = 0; i < name_.Count(); ++i) {
-        AddAt(static_cast<std::size_t>(i), name_.field, parsed);
+      for (std::size_t i = 0; i < value.size(); ++i) {
+        Add(OneOf(name_, name_.first + static_cast<std::int32_t>(i)), value[i] == '1');
       }
+    } else {
+      AddAll(name_, name_.IsPosition() && !name_.IsComment() ? PartValue(name_.field, value)
+                                                             : PlainValue(value));
     }
-    return {text_, std::move(assignments_)};
+    return std::move(assignments_);
   }
 
  private:
@@ -57,29 +54,29 @@ class Parser {
            std::to_string(name_.Count()) + " signals");
   }
 
-  void AddAt(std::size_t offset, const std::string& field, Value value) {
-    live::Name one = name_;
-    one.first = one.last = name_.first + static_cast<std::int32_t>(offset);
-    one.field = field;
-    if (one.Is() == live::Kind::NumReg) one.type = {};  // the value has the type
+  void Add(const live::Name& one, Value value) {
     assignments_.push_back({one.Canonical(), std::move(value)});
+  }
+
+  void AddAll(const live::Name& range, const Value& value) {
+    for (std::int64_t i = range.first; i <= range.last; ++i) {
+      Add(OneOf(range, static_cast<std::int32_t>(i)), value);
+    }
   }
 
   // The number that the whole text is, if it fits.
   template <class T>
   T NumberIn(const std::string& text, const std::string& wanted) const {
-    T number{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    bool fits = error == std::errc() && stop == end;
-    if constexpr (std::is_floating_point_v<T>) fits = fits && std::isfinite(number);
-    if (!fits) Refuse("'" + text + "' is not " + wanted);
-    return number;
+    const auto number = ParsedNumber<T>(text);
+    if (!number || !std::isfinite(static_cast<double>(*number))) {
+      Refuse("'" + text + "' is not " + wanted);
+    }
+    return *number;
   }
 
   // The written value decides the type of a register, unless the user names one.
   Value RegisterValue(const std::string& text) const {
-    const bool digits = text.find_first_not_of("+-0123456789") == std::string::npos;
+    const bool digits = text.find_first_not_of("-0123456789") == std::string::npos;
     if (name_.type ? name_.type == NUMREG_REAL : !digits) return NumberIn<float>(text, RealNumber);
     return NumberIn<std::int32_t>(text, WholeNumber);
   }
@@ -92,12 +89,6 @@ class Parser {
     return word->second;
   }
 
-  Value GroupValue(const std::string& text) const {
-    const auto number = NumberIn<std::int32_t>(text, WholeNumber);
-    if (number < 0) Refuse("a group signal has no negative values");
-    return number;
-  }
-
   Value PlainValue(const std::string& text) const {
     if (name_.IsComment()) return text;
     switch (name_.Is()) {
@@ -107,31 +98,20 @@ class Parser {
         return text;
       case live::Kind::Bit:
         return BitValue(text);
-      case live::Kind::Group:
-        return GroupValue(text);
       case live::Kind::SysVar:
         if (name_.type == SYSVAR_STRING) return text;
         if (name_.type == SYSVAR_REAL) return NumberIn<float>(text, RealNumber);
-        return NumberIn<std::int32_t>(text, WholeNumber);
+        [[fallthrough]];
       default:
-        Refuse(std::string(name_.symbol->name) + " is read only");
+        return NumberIn<std::int32_t>(text, WholeNumber);
     }
   }
 
   // A part of a position by the name of its field.
   Value PartValue(const std::string& field, const std::string& text) const {
-    if (name_.Is() == live::Kind::CurPos) Refuse("POS is read only");
-    if (field == "UF" || field == "UT") return NumberIn<std::int16_t>(text, "a frame's number");
-    if (field != "config") return NumberIn<float>(text, RealNumber);
-    std::istringstream words(text);
-    int count = 0;
-    for (std::string word; words >> word; ++count) {
-      NumberIn<std::int16_t>(word, "a configuration number");
-    }
-    if (count != PositionRecord::ConfigCount) {
-      Refuse("a configuration has seven numbers: config:1 0 1 0 0 0 0");
-    }
-    return text;
+    if (field == "config") return text;
+    if (field != "UF" && field != "UT") return NumberIn<float>(text, RealNumber);
+    return NumberIn<std::int32_t>(text, "a frame's number");
   }
 
   void ParsePosition(const std::string& text) {
@@ -150,12 +130,10 @@ class Parser {
             "a position has the parts x y z w p r e1 e2 e3 config, or j1 to j9, and uf ut; not '" +
             part + "'");
       }
-      const std::string found(field->name);
-      if (!named.insert(found).second) Refuse(found + " is named twice");
-      const Value parsed = PartValue(found, value);
-      for (std::int64_t i = 0; i < name_.Count(); ++i) {
-        AddAt(static_cast<std::size_t>(i), found, parsed);
-      }
+      live::Name parted = name_;
+      parted.field = field->name;
+      if (!named.insert(parted.field).second) Refuse(parted.field + " is named twice");
+      AddAll(parted, PartValue(parted.field, value));
     }
     if (named.empty()) Refuse("name the parts of the position: x:400,y:0 or j1:10");
   }
@@ -167,6 +145,15 @@ class Parser {
 
 }  // namespace
 
-WriteRequest ParseWriteRequest(const std::string& text) { return Parser(text).Parse(); }
+std::vector<live::Assignment> ParseWriteRequest(const std::string& text) {
+  return Parser(text).Parse();
+}
+
+live::Name OneOf(const live::Name& range, std::int32_t index) {
+  live::Name one = range;
+  one.first = one.last = index;
+  if (one.Is() == live::Kind::NumReg) one.type = {};  // the value has the type
+  return one;
+}
 
 }  // namespace orif::tool

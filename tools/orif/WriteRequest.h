@@ -2,6 +2,7 @@
 // here, and checked as far as possible without the controller; orif::live does the rest.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,14 +10,12 @@
 
 namespace orif::tool {
 
-struct WriteRequest {
-  std::string text;  ///< as the user wrote it
-  /// The values by tag. A numeric register becomes an integer or a real as its value is.
-  std::vector<live::Assignment> assignments;
-};
+/// The values by tag. A numeric register becomes an integer or a real as its value is. Throws an
+/// Error, Exit::Usage, or a live::UsageError, if the text is no request. Whether the values can be
+/// written, live::Controller::Check says.
+std::vector<live::Assignment> ParseWriteRequest(const std::string& text);
 
-/// Throws an Error, Exit::Usage, or a live::UsageError, if the text is no request, the item is read
-/// only, or the value does not fit.
-WriteRequest ParseWriteRequest(const std::string& text);
+/// Item `index` of a range, as a tag is named.
+live::Name OneOf(const live::Name& range, std::int32_t index);
 
 }  // namespace orif::tool

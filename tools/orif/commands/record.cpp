@@ -16,12 +16,6 @@
 namespace orif::tool {
 namespace {
 
-std::string Words(const std::vector<std::string>& words) {
-  std::string text;
-  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-  return text;
-}
-
 std::optional<double> Fraction(const Pace& pace, Pace::Milliseconds time, std::int64_t rows) {
   if (pace.count) return static_cast<double>(rows) / static_cast<double>(*pace.count);
   if (pace.length)
@@ -64,7 +58,7 @@ void Record(const RecordOptions& options) {
   Cell cell(options.connection);
   Poll poll(cell, options.items, options.pace);
   Recorder recorder(options.target, ColumnsOf(poll.Values()),
-                    {cell.Host(), Words(options.items), options.pace.every});
+                    {cell.Host(), Joined(options.items, " "), options.pace.every});
   std::vector<Value> values;
   {
     Progress progress;

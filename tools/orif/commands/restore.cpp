@@ -12,6 +12,7 @@
 #include "tools/orif/Cell.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/Text.h"
+#include "tools/orif/WriteRequest.h"
 #include "tools/orif/commands/Commands.h"
 
 namespace orif::tool {
@@ -51,7 +52,7 @@ std::string ParseConfig(const Node& node) {
   return text;
 }
 
-Value ParseValue(const Node& node) {
+Value ParseValue(const live::Name& name, const Node& node) {
   const nlohmann::json& value = node.value;
   if (value.is_boolean()) return value.get<bool>();
   if (value.is_number_float()) return value.get<double>();
@@ -60,7 +61,7 @@ Value ParseValue(const Node& node) {
     node.Fail("must be a whole number of 32 bits, or have a decimal point");
   }
   if (value.is_number_integer()) return value.get<std::int64_t>();
-  if (value.is_array()) return ParseConfig(node);
+  if (value.is_array() && name.field == "config") return ParseConfig(node);
   if (!value.is_object()) return node.Text();
   node.CheckKeys(std::to_array<std::string_view>({"hex"}));
   return ParseHex(node.At("hex"));
@@ -69,11 +70,9 @@ Value ParseValue(const Node& node) {
 // Null stands for what had no value when it was saved.
 void AddValue(const live::Name& name, const Node& node, std::vector<Saved>& values) {
   if (node.value.is_null()) return;
-  const Value value = ParseValue(node);
+  const Value value = ParseValue(name, node);
   for (std::int64_t i = name.first; i <= name.last; ++i) {
-    live::Name one = name;
-    one.first = one.last = static_cast<std::int32_t>(i);
-    if (one.Is() == live::Kind::NumReg) one.type = {};  // the value has the type
+    const live::Name one = OneOf(name, static_cast<std::int32_t>(i));
     values.push_back({one, {one.Canonical(), value}, &node});
   }
 }

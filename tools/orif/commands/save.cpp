@@ -17,19 +17,10 @@ namespace {
 
 void CheckWritable(std::span<const live::Name> names) {
   for (const live::Name& name : names) {
-    const live::Kind kind = name.Is();
-    if (kind == live::Kind::CurPos || kind == live::Kind::Task || kind == live::Kind::Alarm) {
+    if (name.IsReadOnly()) {
       throw Error(Exit::Usage, "'" + name.text + "': " + std::string(name.symbol->name) +
                                    " is read only and could not be restored");
     }
-  }
-}
-
-bool IsUtf8(const std::string& text) {
-  try {
-    return !Json(text).dump().empty();
-  } catch (const Json::type_error&) {
-    return false;
   }
 }
 
@@ -51,7 +42,7 @@ Json ValueJson(const live::Tag& tag) {
                 tag.name + " is " + RealText(*real) + ", which cannot be saved; nothing was saved");
   }
   const auto* text = std::get_if<std::string>(&tag.value);
-  return text != nullptr && !IsUtf8(*text) ? BytesJson(*text) : ToJson(tag);
+  return text != nullptr && Utf8(*text) != *text ? BytesJson(*text) : ToJson(tag);
 }
 
 // The name of an item as write takes it. A register's value has its type.

@@ -55,7 +55,7 @@ void PrintLine(const Poll& poll, Link link, const std::vector<bool>& changed) {
   for (std::size_t i = 0; i < changed.size(); ++i) {
     if (!changed[i]) continue;
     const live::Tag& tag = poll.Values().Tags()[i];
-    std::cout << ' ' << tag.name << '=' << LineText(tag.value);
+    std::cout << ' ' << tag.name << '=' << LineText(GoodValue(tag));
   }
   std::cout << std::endl;
 }
@@ -168,10 +168,7 @@ void Watch(const WatchOptions& options) {
     status = Status(cell, poll, *link);
     paint();
     if (!std::cout) throw Error(Exit::Usage, "the output cannot be written");
-    if (options.connection.fast) {
-      platform::Sleep(FastFrame);
-      if (!keys()) break;
-    }
+    if (options.connection.fast) platform::Sleep(FastFrame);
   }
   if (!screen) return;
   // Leave the last values on the terminal.

@@ -74,9 +74,7 @@ std::string Names(std::span<const live::Assignment> assignments,
   for (std::size_t i = 0; i < answers.size(); ++i) {
     if (answers[i].done == written) names.push_back(assignments[i].name);
   }
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-  return text.empty() ? "nothing" : text;
+  return names.empty() ? "nothing" : Joined(names, ", ");
 }
 
 [[noreturn]] void Fail(const live::Reason& reason, const std::string& what) {
@@ -137,7 +135,7 @@ void WriteValues(const Cell& cell, std::span<const live::Assignment> assignments
 void Write(const WriteOptions& options) {
   std::vector<live::Assignment> assignments;
   for (const std::string& text : options.requests) {
-    std::ranges::move(ParseWriteRequest(text).assignments, std::back_inserter(assignments));
+    std::ranges::move(ParseWriteRequest(text), std::back_inserter(assignments));
   }
   WriteValues(Cell(options.connection), assignments, options.yes, Which::All);
 }

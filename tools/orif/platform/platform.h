@@ -97,7 +97,7 @@ std::optional<int> RunProgram(const std::vector<std::string>& command, std::stri
 
 /// Another program has the file open as an AppendedFile.
 struct FileInUse : std::runtime_error {
-  FileInUse() : std::runtime_error("another program is recording to it") {}
+  FileInUse() : std::runtime_error("another program is writing to it") {}
 };
 
 /// A file that is only appended to, by one program at a time; anybody may read it meanwhile. Each

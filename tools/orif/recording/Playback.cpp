@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <set>
@@ -37,25 +37,16 @@ struct Unfit : std::runtime_error {
 };
 
 template <class T>
-std::optional<T> Parsed(const std::string& text) {
-  T value{};
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end) return {};
-  return value;
-}
-
-template <class T>
 T Whole(const std::string& text, T least = std::numeric_limits<T>::min(),
         T most = std::numeric_limits<T>::max()) {
-  const auto value = Parsed<T>(text);
+  const auto value = ParsedNumber<T>(text);
   if (value && *value >= least && *value <= most) return *value;
   throw Unfit("'" + text + "' is no whole number from " + std::to_string(least) + " to " +
               std::to_string(most));
 }
 
 float Real(const std::string& text) {
-  const auto value = Parsed<float>(text);
+  const auto value = ParsedNumber<float>(text);
   if (value && std::isfinite(*value)) return *value;
   throw Unfit("'" + text + "' is no number that fits into 32 bits");
 }
@@ -98,10 +89,14 @@ struct PlayedItem {
         steps, [&](const Step& step) { return step.values[0].empty() || kind(step.values[0]); });
   }
   bool AllAreIntegers() const {
-    return AllAre([](const std::string& text) { return Parsed<std::int32_t>(text).has_value(); });
+    return AllAre(
+        [](const std::string& text) { return ParsedNumber<std::int32_t>(text).has_value(); });
   }
   bool AllAreNumbers() const {
-    return AllAre([](const std::string& text) { return Parsed<float>(text).has_value(); });
+    return AllAre([](const std::string& text) {
+      const auto number = ParsedNumber<float>(text);
+      return number && std::isfinite(*number);
+    });
   }
 };
 
@@ -297,14 +292,14 @@ class Player {
     double start = 0;
     while (rows.Next(cells)) {
       const std::size_t row = times_.size() + 1;
-      const auto seconds = Parsed<double>(cells.size() > 1 ? cells[1] : "");
-      if (cells.size() != columns || !seconds) {
+      const auto seconds = ParsedNumber<double>(cells.size() > 1 ? cells[1] : "");
+      if (cells.size() != columns || !seconds || !std::isfinite(*seconds)) {
         throw std::runtime_error("row " + std::to_string(row) + " is not whole");
       }
       if (times_.empty()) start = *seconds;
       const Time at(std::llround((*seconds - start) * 1000));
-      if (!times_.empty() && at <= times_.back()) {
-        throw std::runtime_error("row " + std::to_string(row) + " is no later than the one before");
+      if (!times_.empty() && at < times_.back()) {
+        throw std::runtime_error("row " + std::to_string(row) + " is earlier than the one before");
       }
       times_.push_back(at);
       const bool lost = cells[2] == ToText(Link::Lost);
@@ -356,7 +351,8 @@ class Player {
     const std::int32_t index = what.first;
     switch (what.Is()) {
       case live::Kind::NumReg:
-        item.put = PutRegister(item, Room(capacity_.numericRegisters, index));
+        Room(capacity_.numericRegisters, index);
+        item.put = PutRegister(item, index);
         break;
       case live::Kind::StringReg:
         Room(capacity_.stringRegisters, index);
@@ -374,7 +370,7 @@ class Player {
         if (!frames_.insert(what.group).second) {
           throw Unfit("the robot's position is recorded in more than one user frame");
         }
-        capacity_.userFrames = std::max(capacity_.userFrames, static_cast<std::size_t>(index));
+        Room(capacity_.userFrames, index);
         item.put = [fields = item.fields, group = what.group](Controller& robot, Fields values) {
           robot.CurrentPosition(group) = PositionOf(fields, values);
         };
@@ -400,12 +396,11 @@ class Player {
     }
   }
 
-  // Makes room for the register.
-  static std::int32_t Room(std::size_t& registers, std::int32_t index) {
+  // Makes room for the register, or the frame.
+  static void Room(std::size_t& numbers, std::int32_t index) {
     constexpr std::int32_t Most = 32767;
-    if (index > Most) throw Unfit("registers end at " + std::to_string(Most));
-    registers = std::max(registers, static_cast<std::size_t>(index));
-    return index;
+    if (index > Most) throw Unfit("numbers end at " + std::to_string(Most));
+    numbers = std::max(numbers, static_cast<std::size_t>(index));
   }
 
   static void OneList(std::optional<std::string>& taken, const std::string& list) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tools/orif/Clock.h"
+#include "tools/orif/Draft.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/NameBeside.h"
 #include "tools/orif/Text.h"
@@ -25,12 +26,6 @@ constexpr const char* StandardOutput = "-";
 
 /// How many columns a database table can have.
 constexpr std::size_t MostDatabaseColumns = 2000 - RowColumns.size();
-
-bool Exists(const std::filesystem::path& path) {
-  std::error_code ignored;
-  return std::filesystem::symlink_status(path, ignored).type() !=
-         std::filesystem::file_type::not_found;
-}
 
 /// "run-2026-01-01T00-00-00.000Z.csv": colons are no part of a file's name everywhere.
 std::filesystem::path Dated(const std::filesystem::path& path, const RecordedRow& row) {
@@ -101,7 +96,7 @@ void CheckRecordingTarget(const RecordingTarget& target) {
         ": the name has to end in .csv for a CSV file or in .db for an SQLite database, or be - "
         "for standard output");
   if (IsDatabase(target.out)) RequireDatabases(target.out);
-  if (!target.replace && !target.append && !target.Rotates() && Exists(target.out))
+  if (!target.replace && !target.append && !target.Rotates() && MayExist(target.out))
     RefuseExisting(target.out);
 }
 
@@ -152,7 +147,7 @@ void Recorder::Begin(RecordedRow& row) {
     if (first && target_.Rotates()) TakeUpLast();
     if (path_ == StandardOutput) {
       file_ = CsvToOutput(columns_);
-    } else if (!Exists(path_)) {
+    } else if (!MayExist(path_)) {
       Open(path_, platform::AppendedFile::Begin::New);
     } else if (target_.append) {
       Open(path_, platform::AppendedFile::Begin::Existing);

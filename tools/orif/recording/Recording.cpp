@@ -106,17 +106,8 @@ class Columns {
   std::unordered_map<std::string, std::vector<std::size_t>> byItem_;
 };
 
-/// The number that the whole text is.
-std::optional<double> NumberIn(const std::string& text) {
-  double number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end) return {};
-  return number;
-}
-
 void AddValue(Series& series, const std::string& cell) {
-  const std::optional<double> value = NumberIn(cell);
+  const std::optional<double> value = ParsedNumber<double>(cell);
   series.values.push_back(value.value_or(std::numeric_limits<double>::quiet_NaN()));
   series.isText = series.isText || (!value && !cell.empty());
 }
@@ -163,7 +154,7 @@ class Reader {
     const std::string row = "row " + std::to_string(recording.seconds.size() + 1);
     if (cells_.size() != columns) throw std::runtime_error(row + " has too few or many values");
     const std::string& text = cells_[SecondsColumn];
-    const double seconds = NumberIn(text).value_or(-1);
+    const double seconds = ParsedNumber<double>(text).value_or(-1);
     if (!(seconds >= 0 && seconds <= Most))
       throw std::runtime_error(row + " has no time in seconds but '" + Shortened(text) + "'");
     const bool first = recording.seconds.empty();
