@@ -11,6 +11,7 @@
 
 #include "orif/base/Checked.h"
 #include "orif/base/Fault.h"
+#include "orif/lowerlayer/AutomationObject.h"
 #include "orif/platform/WindowsText.h"
 
 namespace orif {
@@ -145,6 +146,8 @@ class AutomationCore final : public Dispatch {
     return Value(result);
   }
 
+  IDispatch& Adapted() const { return *object_; }
+
   std::int32_t Lookup(std::string_view name) override {
     const AutomationText wide = platform::Wide(name);
     LPOLESTR text = wide.get();
@@ -194,6 +197,14 @@ class AutomationCore final : public Dispatch {
 
 std::shared_ptr<Dispatch> AdaptAutomation(IDispatch& object) {
   return std::make_shared<AutomationCore>(object);
+}
+
+IDispatch* OfferAutomation(std::shared_ptr<Dispatch> core) {
+  if (core == nullptr) return nullptr;
+  const auto* const adapter = dynamic_cast<const AutomationCore*>(core.get());
+  if (adapter == nullptr) return MakeAutomationObject(std::move(core));
+  adapter->Adapted().AddRef();
+  return &adapter->Adapted();
 }
 
 std::shared_ptr<Dispatch> CreateAutomationCore(const std::string& name) {

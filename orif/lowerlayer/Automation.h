@@ -20,4 +20,8 @@ std::shared_ptr<Dispatch> CreateAutomationCore(const std::string& name);
 /// own. The object is called and released on the calling thread, to whose apartment it must belong.
 ORIF_EXPORT std::shared_ptr<Dispatch> AdaptAutomation(IDispatch& object);
 
+/// The way back: a lower core object for a host that wants an automation object. It is the object
+/// that was adapted, or one around `core`. The caller gets a reference; null for an empty `core`.
+ORIF_EXPORT IDispatch* OfferAutomation(std::shared_ptr<Dispatch> core);
+
 }  // namespace orif

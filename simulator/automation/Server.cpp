@@ -13,7 +13,7 @@
 #include <string>
 
 #include "simulator/Demo.h"
-#include "simulator/automation/AutomationObject.h"
+#include "orif/lowerlayer/AutomationObject.h"
 #include "simulator/served/RemoteCore.h"
 
 namespace orif::sim {

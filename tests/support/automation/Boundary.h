@@ -8,12 +8,12 @@
 #include <regex>
 
 #include "orif/lowerlayer/Automation.h"
-#include "simulator/automation/AutomationObject.h"
+#include "orif/lowerlayer/AutomationObject.h"
 
 namespace orif::test {
 
 inline std::shared_ptr<Dispatch> Boundary(std::shared_ptr<Dispatch> lower) {
-  IDispatch* object = sim::MakeAutomationObject(std::move(lower));
+  IDispatch* object = MakeAutomationObject(std::move(lower));
   auto core = AdaptAutomation(*object);
   object->Release();
   return core;

@@ -1,5 +1,5 @@
 // A lower core object as an automation object: the far side of the boundary that the library
-// crosses on Windows. Made by the component's class factory, and by tests for their own objects.
+// crosses on Windows. It needs nothing of the library, so that components can contain it too.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 
 struct IDispatch;
 
-namespace orif::sim {
+namespace orif {
 
 /// Makes an automation object around `core`; the caller owns the only reference. Operations can be
 /// called by number and by name. What the core throws becomes the exception of the call.
@@ -17,4 +17,4 @@ namespace orif::sim {
 /// enough for any call. The core has to trust the count in the call.
 IDispatch* MakeAutomationObject(std::shared_ptr<Dispatch> core);
 
-}  // namespace orif::sim
+}  // namespace orif

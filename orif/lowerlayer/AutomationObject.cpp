@@ -1,4 +1,4 @@
-#include "simulator/automation/AutomationObject.h"
+#include "orif/lowerlayer/AutomationObject.h"
 
 #include <windows.h>
 
@@ -12,15 +12,15 @@
 
 #include "orif/platform/WindowsText.h"
 
-namespace orif::sim {
+namespace orif {
 namespace {
 
 constexpr std::int32_t AnyExtent = std::numeric_limits<std::int32_t>::max();
 
 // The arguments of one call in order, texts converted to narrow characters.
-class Arguments {
+class GivenArguments {
  public:
-  explicit Arguments(const DISPPARAMS& parameters)
+  explicit GivenArguments(const DISPPARAMS& parameters)
       : values_(parameters.cArgs), texts_(parameters.cArgs) {
     for (std::size_t i = 0; i < values_.size(); ++i) {
       values_[i] = Convert(parameters.rgvarg[values_.size() - 1 - i], texts_[i]);
@@ -66,7 +66,7 @@ void Store(const OrvexValue& value, VARIANT& result) {
 
 // Runs `action`; what it throws becomes the exception of the call.
 template <class Action>
-HRESULT Guarded(EXCEPINFO* told, const Action& action) noexcept {
+HRESULT ToldInFull(EXCEPINFO* told, const Action& action) noexcept {
   try {
     try {
       action();
@@ -113,7 +113,7 @@ class AutomationObject final : public IDispatch {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                           DISPID* ids) override {
     for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;  // parameters have no names
-    const HRESULT found = Guarded(nullptr, [&] {
+    const HRESULT found = ToldInFull(nullptr, [&] {
       const auto length = static_cast<UINT>(std::wcslen(names[0]));
       ids[0] = core_->Lookup(platform::Narrow(names[0], length));
     });
@@ -122,8 +122,8 @@ class AutomationObject final : public IDispatch {
 
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override {
-    return Guarded(exception, [&] {
-      const Arguments arguments(*parameters);
+    return ToldInFull(exception, [&] {
+      const GivenArguments arguments(*parameters);
       const OrvexValue value = Carry(id, flags, arguments.Values());
       if (result != nullptr) Store(value, *result);
     });
@@ -154,4 +154,4 @@ IDispatch* MakeAutomationObject(std::shared_ptr<Dispatch> core) {
   return new AutomationObject(std::move(core));
 }
 
-}  // namespace orif::sim
+}  // namespace orif

@@ -1,0 +1,105 @@
+// What the system calls: the class factory of Core, and the registration of this module. Tables and
+// items come from their Core alone.
+#include <windows.h>
+
+#include <olectl.h>
+
+#include <string_view>
+
+#include "automation/Object.h"
+#include "automation/Registration.h"
+
+extern "C" {
+extern const CLSID CLSID_OrifCore;
+}
+
+namespace orif::automation {
+namespace {
+
+class CoreFactory final : public IClassFactory {
+ public:
+  CoreFactory() = default;
+  CoreFactory(const CoreFactory&) = delete;
+  CoreFactory& operator=(const CoreFactory&) = delete;
+  virtual ~CoreFactory() = default;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
+    const bool known = wanted == IID_IUnknown || wanted == IID_IClassFactory;
+    *object = known ? this : nullptr;
+    if (!known) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID wanted, void** object) override {
+    *object = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    HRESULT found = E_OUTOFMEMORY;
+    const HRESULT made = Answered([&] {
+      const auto core = std::make_shared<Core>();
+      Object* const its = std::make_shared<Unit>(core)->ObjectFor(core);
+      found = its->Interface()->QueryInterface(wanted, object);
+      its->Release();
+    });
+    return FAILED(made) ? made : found;
+  }
+
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+    if (lock != FALSE)
+      ModuleUse::Add();
+    else
+      ModuleUse::Remove();
+    return S_OK;
+  }
+
+ private:
+  std::atomic<ULONG> references_ = 1;  // of any apartment
+  ModuleUse use_;
+};
+
+bool IsForMachine(LPCWSTR how) { return how != nullptr && std::wstring_view(how) == L"machine"; }
+
+HRESULT SetRegistration(HKEY root, bool registered) {
+  return Answered([&] {
+    if (registered)
+      Register(root);
+    else
+      Unregister(root);
+  });
+}
+
+}  // namespace
+}  // namespace orif::automation
+
+STDAPI DllGetClassObject(REFCLSID identifier, REFIID wanted, LPVOID* object) {
+  using namespace orif::automation;
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (identifier != CLSID_OrifCore) return CLASS_E_CLASSNOTAVAILABLE;
+  HRESULT found = E_OUTOFMEMORY;
+  const HRESULT made = Answered([&] {
+    auto* const factory = new CoreFactory;
+    found = factory->QueryInterface(wanted, object);
+    factory->Release();
+  });
+  return FAILED(made) ? made : found;
+}
+
+STDAPI DllCanUnloadNow() { return orif::automation::ModuleUse::IsOver() ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() { return orif::automation::SetRegistration(HKEY_CURRENT_USER, true); }
+
+STDAPI DllUnregisterServer() { return orif::automation::SetRegistration(HKEY_CURRENT_USER, false); }
+
+// regsvr32 /n /i:machine registers for all users, which needs administrator's rights.
+STDAPI DllInstall(BOOL install, LPCWSTR how) {
+  using namespace orif::automation;
+  return SetRegistration(IsForMachine(how) ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
+                         install != FALSE);
+}

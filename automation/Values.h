@@ -1,0 +1,121 @@
+// Values on their way between a host and the object model: the host's variants, its variables, and
+// the values that members take and give. What cannot be converted ends the call with a Refusal
+// before the member runs.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "orif/base/Variant.h"
+
+namespace orif::automation {
+
+/// What automation itself refuses, with its usual code: the caller gets it as the result of the
+/// call, with the argument's number, counted from 0.
+struct Refusal {
+  HRESULT code;
+  std::size_t argument = 0;
+};
+
+/// Throws a Refusal with `code` if that says that something failed.
+inline void Demand(HRESULT code) {
+  if (FAILED(code)) throw Refusal{code};
+}
+
+/// A variant that owns what is in it.
+struct Value : VARIANT {
+  Value() : VARIANT{} {}
+  Value(const Value&) = delete;
+  Value& operator=(const Value&) = delete;
+  Value(Value&& other) noexcept : VARIANT(other.Detach()) {}
+  Value& operator=(Value&& other) noexcept {
+    std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
+    return *this;
+  }
+  ~Value() { VariantClear(this); }
+
+  /// Gives the content away.
+  VARIANT Detach() noexcept { return std::exchange(static_cast<VARIANT&>(*this), VARIANT{}); }
+};
+
+/// The code of an element, a variable or a result of type `T`.
+template <class T>
+constexpr VARTYPE TypeOf = VT_EMPTY;
+template <>
+inline constexpr VARTYPE TypeOf<bool> = VT_BOOL;
+template <>
+inline constexpr VARTYPE TypeOf<std::int16_t> = VT_I2;
+template <>
+inline constexpr VARTYPE TypeOf<std::int32_t> = VT_I4;
+template <>
+inline constexpr VARTYPE TypeOf<float> = VT_R4;
+
+/// The variant at the end of a chain of variants that refer to variants.
+VARIANT& Follow(VARIANT& given);
+
+/// The value as a `T`, by automation's rules: bool, 16 or 32 bits, or a 32-bit real. Texts are read
+/// in the same way on every machine.
+template <class T>
+T To(VARIANT& given);
+
+/// The value as a text in the code page of the system.
+std::string ToText(VARIANT& given);
+
+/// The value as it is. What no Variant can hold becomes one that no member can use, so that the
+/// member tells.
+Variant ToVariant(VARIANT& given);
+
+Value From(bool value);
+Value From(std::int16_t value);
+Value From(std::int32_t value);
+Value From(float value);
+Value From(const std::string& text);
+Value From(const Variant& value);
+inline Value From(Value value) { return value; }
+
+/// An array of variants with lower bound 0, which any script can read.
+Value FromElements(std::vector<Value> elements);
+
+template <class T, std::size_t N>
+Value From(const std::array<T, N>& values) {
+  std::vector<Value> elements;
+  for (const T& value : values) elements.push_back(From(value));
+  return FromElements(std::move(elements));
+}
+
+/// A variable of the host that a member fills: a variant, or a variable of a type of its own. What
+/// the host gave by value is no variable, and what would be put there is dropped.
+class Variable {
+ public:
+  /// Refuses variables of types that no value converts to.
+  explicit Variable(VARIANT& given);
+
+  /// The variable itself, if it is exactly a `T`; else null.
+  template <class T>
+  T* Exactly() const {
+    return target_.vt == (VT_BYREF | TypeOf<T>) ? static_cast<T*>(target_.byref) : nullptr;
+  }
+
+  /// What is in it.
+  VARIANT& Content() const { return target_; }
+
+  /// Puts the value there, converted if the variable has another type.
+  void Put(Value value) const;
+
+ private:
+  VARIANT& target_;
+  bool isVariant_;
+};
+
+/// The elements of a script's array that is an object, read through `length` and its numbers.
+std::vector<Value> ObjectElements(IDispatch& object);
+
+}  // namespace orif::automation
