@@ -146,46 +146,6 @@ class Argument<std::string&> {
   std::string text_{Untouched};
 };
 
-/// A host's array while it cannot be resized or freed.
-class LockedArray {
- public:
-  explicit LockedArray(SAFEARRAY* array) : array_(array) {
-    if (array == nullptr) return;  // without elements
-    if (SafeArrayGetDim(array) != 1) throw Refusal{DISP_E_TYPEMISMATCH};
-    LONG lower = 0;
-    LONG upper = 0;
-    Demand(SafeArrayGetLBound(array, 1, &lower));
-    Demand(SafeArrayGetUBound(array, 1, &upper));
-    Demand(SafeArrayAccessData(array, &data_));
-    lower_ = lower;
-    upper_ = upper;
-  }
-  LockedArray(const LockedArray&) = delete;
-  LockedArray& operator=(const LockedArray&) = delete;
-  ~LockedArray() {
-    if (array_ != nullptr) SafeArrayUnaccessData(array_);
-  }
-
-  std::int32_t Lower() const { return lower_; }
-  std::int32_t Upper() const { return upper_; }
-  std::size_t Count() const { return static_cast<std::size_t>(std::int64_t{upper_} - lower_ + 1); }
-  void* Data() const { return data_; }
-
-  /// Element `i`, counted from 0, of an array of elements of `type`, as a variable.
-  VARIANT Element(VARTYPE type, std::size_t i) const {
-    VARIANT element{};
-    element.vt = static_cast<VARTYPE>(VT_BYREF | type);
-    element.byref = static_cast<std::byte*>(data_) + i * SafeArrayGetElemsize(array_);
-    return element;
-  }
-
- private:
-  SAFEARRAY* array_;
-  std::int32_t lower_ = 0;
-  std::int32_t upper_ = -1;
-  void* data_ = nullptr;
-};
-
 /// The elements that a host gives as an array, converted to `T`: of an array of another type, of an
 /// array of variants, or of a script's object.
 template <class T>
@@ -193,11 +153,10 @@ class Elements {
  public:
   /// An array with elements of another type. `mayFail` says that elements which do not convert are
   /// 0, since the member only writes them.
-  Elements(const LockedArray& array, VARTYPE type, bool mayFail)
-      : array_(&array), type_(type), lower_(array.Lower()) {
+  Elements(const LockedArray& array, bool mayFail) : array_(&array), lower_(array.Lower()) {
     values_.reserve(array.Count());
     for (std::size_t i = 0; i < array.Count(); ++i) {
-      VARIANT element = array.Element(type, i);
+      VARIANT element = array.Element(i);
       if (mayFail) [[maybe_unused]]
         const Variable writable(element);
       Add(element, mayFail);
@@ -226,7 +185,7 @@ class Elements {
       const bool written =
           outcome.count ? place < *outcome.count : place + lower_ >= 0 && place + lower_ < Fields;
       if ((outcome.success && written) || std::memcmp(&values_[i], &before_[i], sizeof(T)) != 0) {
-        VARIANT element = array_->Element(type_, i);
+        VARIANT element = array_->Element(i);
         Variable(element).Put(From(values_[i]));
       }
     }
@@ -247,19 +206,10 @@ class Elements {
   }
 
   const LockedArray* array_ = nullptr;
-  VARTYPE type_ = VT_EMPTY;
   std::int32_t lower_ = 0;
   std::vector<T> values_;
   std::vector<T> before_;
 };
-
-inline SAFEARRAY* ArrayIn(const VARIANT& value) {
-  return (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
-}
-inline IDispatch* ObjectIn(const VARIANT& value) {
-  if ((value.vt & ~VT_BYREF) != VT_DISPATCH) return nullptr;
-  return (value.vt & VT_BYREF) != 0 ? *value.ppdispVal : value.pdispVal;
-}
 
 /// An array with bounds of its own. One with elements of exactly the type is used in place.
 template <class E>
@@ -270,14 +220,12 @@ class Argument<ArrayView<E>> {
  public:
   Argument(VARIANT& given, std::size_t /*place*/, bool mayBeSingle = false) {
     VARIANT& value = Follow(given);
-    if ((value.vt & VT_BYREF) != 0 && value.byref == nullptr) throw Refusal{E_POINTER};
     if ((value.vt & VT_ARRAY) != 0) {
-      const LockedArray& array = array_.emplace(ArrayIn(value));
-      const auto type = static_cast<VARTYPE>(value.vt & VT_TYPEMASK);
-      if (type == TypeOf<T>)
+      const LockedArray& array = array_.emplace(value);
+      if (array.Type() == TypeOf<T>)
         view_ = {static_cast<T*>(array.Data()), array.Lower(), array.Upper()};
       else
-        view_ = elements_.emplace(array, type, IsWritten).View();
+        view_ = elements_.emplace(array, IsWritten).View();
     } else if (IDispatch* const object = ObjectIn(value)) {
       view_ = elements_.emplace(*object, IsWritten).View();
     } else if (mayBeSingle) {
@@ -319,8 +267,8 @@ Variant HostValue::ForArrayOf() const {
     std::optional<LockedArray> array;
     std::optional<Elements<T>> elements;
     if ((value.vt & (VT_ARRAY | VT_TYPEMASK)) == (VT_ARRAY | VT_VARIANT)) {
-      array.emplace(ArrayIn(value));
-      elements.emplace(*array, VT_VARIANT, false);
+      array.emplace(value);
+      elements.emplace(*array, false);
     } else if (IDispatch* const object = ObjectIn(value)) {
       elements.emplace(*object, false);
     } else if ((value.vt & VT_ARRAY) != 0 && (value.vt & VT_TYPEMASK) != TypeOf<T>) {

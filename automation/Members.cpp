@@ -46,6 +46,7 @@ Value States(Core& core, std::int32_t Index, std::int32_t Count) {
   std::vector<T> states(Count > 0 && Count <= MostSignals ? static_cast<std::size_t>(Count) : 0);
   if (!(core.*Read)(Index, states, Count)) return {};
   std::vector<Value> elements;
+  elements.reserve(states.size());
   for (const T state : states) elements.push_back(From(state));
   return FromElements(std::move(elements));
 }

@@ -47,6 +47,7 @@ class Given {
   }
   Given(const Given&) = delete;
   Given& operator=(const Given&) = delete;
+  ~Given() = default;
 
   std::span<VARIANT* const> Arguments(const Member& member) const {
     return std::span(places_).first(member.parameters);

@@ -63,7 +63,20 @@ class CoreFactory final : public IClassFactory {
   ModuleUse use_;
 };
 
-bool IsForMachine(LPCWSTR how) { return how != nullptr && std::wstring_view(how) == L"machine"; }
+HRESULT MakeFactory(REFIID wanted, void** object) {
+  HRESULT found = E_OUTOFMEMORY;
+  const HRESULT made = Answered([&] {
+    auto* const factory = new CoreFactory;
+    found = factory->QueryInterface(wanted, object);
+    factory->Release();
+  });
+  return FAILED(made) ? made : found;
+}
+
+HKEY RootOf(LPCWSTR how) {
+  const bool forMachine = how != nullptr && std::wstring_view(how) == L"machine";
+  return forMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+}
 
 HRESULT SetRegistration(HKEY root, bool registered) {
   return Answered([&] {
@@ -78,17 +91,10 @@ HRESULT SetRegistration(HKEY root, bool registered) {
 }  // namespace orif::automation
 
 STDAPI DllGetClassObject(REFCLSID identifier, REFIID wanted, LPVOID* object) {
-  using namespace orif::automation;
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   if (identifier != CLSID_OrifCore) return CLASS_E_CLASSNOTAVAILABLE;
-  HRESULT found = E_OUTOFMEMORY;
-  const HRESULT made = Answered([&] {
-    auto* const factory = new CoreFactory;
-    found = factory->QueryInterface(wanted, object);
-    factory->Release();
-  });
-  return FAILED(made) ? made : found;
+  return orif::automation::MakeFactory(wanted, object);
 }
 
 STDAPI DllCanUnloadNow() { return orif::automation::ModuleUse::IsOver() ? S_OK : S_FALSE; }
@@ -99,7 +105,5 @@ STDAPI DllUnregisterServer() { return orif::automation::SetRegistration(HKEY_CUR
 
 // regsvr32 /n /i:machine registers for all users, which needs administrator's rights.
 STDAPI DllInstall(BOOL install, LPCWSTR how) {
-  using namespace orif::automation;
-  return SetRegistration(IsForMachine(how) ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
-                         install != FALSE);
+  return orif::automation::SetRegistration(orif::automation::RootOf(how), install != FALSE);
 }

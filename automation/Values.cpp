@@ -1,8 +1,7 @@
 #include "automation/Values.h"
 
 #include <cstring>
-#include <span>
-#include <string_view>
+#include <new>
 
 #include "orif/platform/WindowsText.h"
 
@@ -46,7 +45,6 @@ std::size_t Size(VARTYPE type) {
 
 Value Convert(VARIANT& given, VARTYPE type) {
   VARIANT& value = Follow(given);
-  if ((value.vt & VT_BYREF) != 0 && value.byref == nullptr) throw Refusal{E_POINTER};
   if (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND) {
     throw Refusal{DISP_E_PARAMNOTOPTIONAL};
   }
@@ -80,27 +78,18 @@ Variant Unusable() { return std::vector<std::int32_t>(); }
 
 template <class T>
 Variant ArrayOf(const VARIANT& value) {
-  SAFEARRAY* const array = (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
-  if (array == nullptr) return std::vector<T>();
-  LONG lower = 0;
-  LONG upper = -1;
-  void* data = nullptr;
-  if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetLBound(array, 1, &lower)) ||
-      FAILED(SafeArrayGetUBound(array, 1, &upper)) || FAILED(SafeArrayAccessData(array, &data))) {
-    return Unusable();
-  }
-  const T* const first = static_cast<const T*>(data);
-  std::vector<T> elements(first, first + (std::int64_t{upper} - lower + 1));
-  SafeArrayUnaccessData(array);
-  return {std::move(elements), static_cast<std::int32_t>(lower)};
+  const LockedArray array(value);
+  const T* const first = static_cast<const T*>(array.Data());
+  return {std::vector<T>(first, first + array.Count()), array.Lower()};
 }
 
 }  // namespace
 
 VARIANT& Follow(VARIANT& given) {
   VARIANT* value = &given;
-  for (int links = 0; value->vt == (VT_BYREF | VT_VARIANT); ++links) {
-    if (value->pvarVal == nullptr) throw Refusal{E_POINTER};
+  for (int links = 0; (value->vt & VT_BYREF) != 0; ++links) {
+    if (value->byref == nullptr) throw Refusal{E_POINTER};
+    if (value->vt != (VT_BYREF | VT_VARIANT)) break;
     if (links == 16) throw Refusal{DISP_E_TYPEMISMATCH};  // a circle
     value = value->pvarVal;
   }
@@ -128,7 +117,6 @@ std::string ToText(VARIANT& given) {
 
 Variant ToVariant(VARIANT& given) {
   VARIANT& value = Follow(given);
-  if ((value.vt & VT_BYREF) != 0 && value.byref == nullptr) throw Refusal{E_POINTER};
   if ((value.vt & VT_ARRAY) != 0) {
     switch (value.vt & VT_TYPEMASK) {
       case VT_I4:
@@ -222,9 +210,37 @@ Value FromElements(std::vector<Value> elements) {
   return variant;
 }
 
+LockedArray::LockedArray(const VARIANT& value)
+    : type_(static_cast<VARTYPE>(value.vt & VT_TYPEMASK)),
+      array_((value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray) {
+  if (array_ == nullptr) return;  // without elements
+  const std::size_t size = type_ == VT_VARIANT ? sizeof(VARIANT) : Size(type_);
+  LONG lower = 0;
+  LONG upper = 0;
+  if (SafeArrayGetDim(array_) != 1 || SafeArrayGetElemsize(array_) != size ||
+      FAILED(SafeArrayGetLBound(array_, 1, &lower)) ||
+      FAILED(SafeArrayGetUBound(array_, 1, &upper)) ||
+      FAILED(SafeArrayAccessData(array_, &data_))) {
+    array_ = nullptr;
+    throw Refusal{DISP_E_TYPEMISMATCH};
+  }
+  lower_ = lower;
+  upper_ = upper;
+}
+
+LockedArray::~LockedArray() {
+  if (array_ != nullptr) SafeArrayUnaccessData(array_);
+}
+
+VARIANT LockedArray::Element(std::size_t i) const {
+  VARIANT element{};
+  element.vt = static_cast<VARTYPE>(VT_BYREF | type_);
+  element.byref = static_cast<std::byte*>(data_) + i * SafeArrayGetElemsize(array_);
+  return element;
+}
+
 Variable::Variable(VARIANT& given) : target_(Follow(given)), isVariant_(&target_ != &given) {
   if ((target_.vt & VT_BYREF) == 0) return;
-  if (target_.byref == nullptr) throw Refusal{E_POINTER};
   if (Size(static_cast<VARTYPE>(target_.vt & ~VT_BYREF)) == 0) throw Refusal{DISP_E_TYPEMISMATCH};
 }
 

@@ -58,7 +58,7 @@ inline constexpr VARTYPE TypeOf<std::int32_t> = VT_I4;
 template <>
 inline constexpr VARTYPE TypeOf<float> = VT_R4;
 
-/// The variant at the end of a chain of variants that refer to variants.
+/// The variant at the end of a chain of variants that refer to variants. What it refers to exists.
 VARIANT& Follow(VARIANT& given);
 
 /// The value as a `T`, by automation's rules: bool, 16 or 32 bits, or a 32-bit real. Texts are read
@@ -87,6 +87,7 @@ Value FromElements(std::vector<Value> elements);
 template <class T, std::size_t N>
 Value From(const std::array<T, N>& values) {
   std::vector<Value> elements;
+  elements.reserve(N);
   for (const T& value : values) elements.push_back(From(value));
   return FromElements(std::move(elements));
 }
@@ -114,6 +115,39 @@ class Variable {
   VARIANT& target_;
   bool isVariant_;
 };
+
+/// A host's one-dimensional array while it cannot be resized or freed. One that does not exist yet
+/// has no elements.
+class LockedArray {
+ public:
+  explicit LockedArray(const VARIANT& value);
+  LockedArray(const LockedArray&) = delete;
+  LockedArray& operator=(const LockedArray&) = delete;
+  ~LockedArray();
+
+  /// The type of the elements.
+  VARTYPE Type() const { return type_; }
+  std::int32_t Lower() const { return lower_; }
+  std::int32_t Upper() const { return upper_; }
+  std::size_t Count() const { return static_cast<std::size_t>(std::int64_t{upper_} - lower_ + 1); }
+  void* Data() const { return data_; }
+
+  /// Element `i`, counted from 0, as a variable.
+  VARIANT Element(std::size_t i) const;
+
+ private:
+  VARTYPE type_;
+  SAFEARRAY* array_;
+  std::int32_t lower_ = 0;
+  std::int32_t upper_ = -1;
+  void* data_ = nullptr;
+};
+
+/// The object in a value; null if there is none.
+inline IDispatch* ObjectIn(const VARIANT& value) {
+  if ((value.vt & ~VT_BYREF) != VT_DISPATCH) return nullptr;
+  return (value.vt & VT_BYREF) != 0 ? *value.ppdispVal : value.pdispVal;
+}
 
 /// The elements of a script's array that is an object, read through `length` and its numbers.
 std::vector<Value> ObjectElements(IDispatch& object);
