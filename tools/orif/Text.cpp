@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdio>
 
 namespace orif::tool {
 namespace {
@@ -169,6 +170,20 @@ std::string TaskStateText(const Value& value) {
     return "state " + TableText(value);
   }
   return States[static_cast<std::size_t>(*state)];
+}
+
+std::string Iso8601(std::chrono::sys_time<std::chrono::milliseconds> time) {
+  const auto day = std::chrono::floor<std::chrono::days>(time);
+  const std::chrono::year_month_day date{day};
+  const std::chrono::hh_mm_ss clock{time - day};
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()),
+                static_cast<int>(clock.subseconds().count()));
+  return text.data();
 }
 
 std::string CsvText(const Value& value) {
