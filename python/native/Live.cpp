@@ -1,0 +1,7 @@
+#include "python/native/Bindings.h"
+
+namespace orif::python {
+
+void BindLive(py::module_& /*module*/) {}
+
+}  // namespace orif::python
