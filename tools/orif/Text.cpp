@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 
 namespace orif::tool {
@@ -127,6 +128,15 @@ std::string Shortened(const std::string& text) {
 std::string RealText(float value) { return Value(value).Text(); }
 
 double Widened(float value) {
+  // Most values have few decimals. The rounded one is right if it gives the same real; a greater
+  // number of digits is beyond what 32 bits tell apart.
+  constexpr double MostDigits = 1 << 22;
+  constexpr double Rounding = 0x1.8p52;  // adding it leaves no bits behind the point
+  for (const double decimals : {1.0, 10.0, 100.0, 1000.0}) {
+    const double digits = (value * decimals + Rounding) - Rounding;
+    if (!(std::abs(digits) < MostDigits)) break;
+    if (static_cast<float>(digits / decimals) == value) return digits / decimals;
+  }
   const std::string text = RealText(value);
   double wide = 0;
   std::from_chars(text.data(), text.data() + text.size(), wide);
