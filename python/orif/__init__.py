@@ -1,5 +1,4 @@
 """Robot controllers: their registers, positions, texts, variables, tasks, alarms and signals."""
 
+from ._native import *
 from ._native import __version__
-
-__all__ = ["__version__"]
