@@ -118,9 +118,9 @@ PyObject* NewObject(const Variant& value) {
   Py_RETURN_NONE;
 }
 
-bool Buffer::Open(PyObject* object) {
+bool Buffer::Open(PyObject* object, Shape shape) {
   if (PyObject_GetBuffer(object, &view_, PyBUF_FORMAT | PyBUF_STRIDES) != 0) return false;
-  if (view_.ndim == 1) return true;
+  if (view_.ndim == 1 || (view_.ndim == 0 && shape == MayBeSingle)) return true;
   const int dimensions = view_.ndim;
   Close();
   return Refuse(PyExc_TypeError, "must have one dimension, not %d", dimensions);
@@ -131,7 +131,8 @@ void Buffer::Close() {
 }
 
 std::byte* Buffer::At(std::size_t place) const {
-  return static_cast<std::byte*>(view_.buf) + static_cast<Py_ssize_t>(place) * view_.strides[0];
+  auto* const first = static_cast<std::byte*>(view_.buf);
+  return place == 0 ? first : first + static_cast<Py_ssize_t>(place) * view_.strides[0];
 }
 
 bool Buffer::HoldsElements(bool real, std::size_t size) const {

@@ -61,12 +61,16 @@ class Buffer {
   Buffer& operator=(const Buffer&) = delete;
   ~Buffer() { Close(); }
 
-  /// False with an exception set if the object has none, or not one with a single dimension.
-  bool Open(PyObject* object);
+  /// Whether a single element without a dimension will do as well as a row of them.
+  enum Shape : bool { IsRow, MayBeSingle };
+
+  /// False with an exception set if the object has none, or one of another shape.
+  bool Open(PyObject* object, Shape shape = IsRow);
   void Close();
 
   bool IsOpen() const { return view_.obj != nullptr; }
   bool IsReadOnly() const { return view_.readonly != 0; }
+  bool IsSingle() const { return view_.ndim == 0; }
   std::size_t Count() const { return static_cast<std::size_t>(view_.shape[0]); }
   std::byte* At(std::size_t place) const;
 

@@ -160,6 +160,7 @@ const MemberRow CoreMembers[] = {
     OfCore::Property<Getter(&Core::TimeOutValue), Putter(&Core::TimeOutValue)>("TimeOutValue"),
     OfCore::Property<Getter(&Core::PortNumber), Putter(&Core::PortNumber)>("PortNumber"),
     OfCore::Property<Getter(&Core::ClientID), Putter(&Core::ClientID)>("ClientID"),
+    OfCore::Quick<&Core::GetLib>("GetLib"),
     OfCore::MayWait<&Core::ReadSDO>("ReadSDO"),
     OfCore::MayWait<&Core::WriteSDO>("WriteSDO"),
     OfCore::MayWait<&Core::ReadSDI>("ReadSDI"),
@@ -349,6 +350,7 @@ std::span<const ClassRow> Classes() {
       {"SinglePosition", "DataItem", SinglePositionMembers, &Represent<DataItem>},
       {"DataCurPos", "SinglePosition", DataCurPosMembers, &Represent<DataCurPos>},
       {"DataSysVarPos", "SinglePosition", DataSysVarPosMembers, &Represent<DataSysVarPos>},
+      LowerCoreClass(),
   };
   return classes;
 }

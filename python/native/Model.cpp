@@ -47,12 +47,14 @@ PyTypeObject* TypeNamed(std::string_view name) {
   throw std::logic_error("No class " + std::string(name));
 }
 
-PyObject* NewObject(PyTypeObject* type, std::shared_ptr<Unit> unit, std::shared_ptr<void> object) {
+template <class T>
+PyObject* NewObject(PyTypeObject* type, std::shared_ptr<Unit> unit, std::shared_ptr<T> object) {
   PyObject* const made = type->tp_alloc(type, 0);
   if (made == nullptr) return nullptr;
   auto& fields = *reinterpret_cast<Object*>(made);
   new (&fields.unit) std::shared_ptr<Unit>(std::move(unit));
   new (&fields.object) std::shared_ptr<void>(std::move(object));
+  fields.holdsConnection = std::is_same_v<T, Core> || std::is_same_v<T, Dispatch>;
   fields.unit->Remember(fields.object.get(), made);
   return made;
 }
@@ -62,7 +64,7 @@ void Dealloc(PyObject* self) {
   PyTypeObject* const type = Py_TYPE(self);
   if (fields.weakReferences != nullptr) PyObject_ClearWeakRefs(self);
   fields.unit->Forget(fields.object.get());
-  fields.unit->Release(std::move(fields.object), PyType_IsSubtype(type, TypeNamed("Core")) != 0);
+  fields.unit->Release(std::move(fields.object), fields.holdsConnection);
   fields.object.~shared_ptr();
   fields.unit.~shared_ptr();
   type->tp_free(self);
@@ -223,6 +225,11 @@ PyObject* NewObject(PyObject* self, const std::shared_ptr<DataItem>& item) {
 PyObject* NewObject(PyObject* self, const std::shared_ptr<DataTable>& table) {
   if (table == nullptr) Py_RETURN_NONE;
   return StandingFor(self, table, "DataTable");
+}
+
+PyObject* NewObject(PyObject* self, const std::shared_ptr<Dispatch>& lower) {
+  if (lower == nullptr) Py_RETURN_NONE;
+  return StandingFor(self, lower, "LowerCore");
 }
 
 void BindModel(py::module_& module) {

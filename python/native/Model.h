@@ -15,6 +15,9 @@ struct ClassRow {
   reprfunc repr;
 };
 
+/// The class of lower core objects.
+ClassRow LowerCoreClass();
+
 /// The classes, each behind its base class.
 std::span<const ClassRow> Classes();
 

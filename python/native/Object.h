@@ -20,6 +20,7 @@ struct Object {
       PyObject* weakReferences;
   std::shared_ptr<Unit> unit;
   std::shared_ptr<void> object;  // of the class of ItsPointer
+  bool holdsConnection;          // the end of the object may wait for the controller
 };
 
 /// As what an Object keeps a pointer to a `T`.
@@ -38,6 +39,7 @@ inline Unit& UnitOf(PyObject* self) { return *reinterpret_cast<Object*>(self)->u
 /// it. None for an empty pointer. A new reference, or null with an exception set.
 PyObject* NewObject(PyObject* self, const std::shared_ptr<DataItem>& item);
 PyObject* NewObject(PyObject* self, const std::shared_ptr<DataTable>& table);
+PyObject* NewObject(PyObject* self, const std::shared_ptr<Dispatch>& lower);
 PyObject* NewObject(ORIF_DATA_TYPE kind);
 
 /// "NUMREG_INT"; the number of a kind that has no name.

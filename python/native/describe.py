@@ -124,6 +124,42 @@ ADDED = {
 }
 
 
+# A class that has no header of its own in the object model.
+LOWER_CORE = Class(
+    "LowerCore",
+    "",
+    "The lower core object of a Core, from Core.GetLib: an operation of the lower communication layer "
+    "is invoked by its number (docs/lower-layer.md). Only for what the object model has no member for.",
+    {
+        "Invoke": [
+            Member(
+                "Invoke",
+                "Variant",
+                [
+                    Parameter("std::int32_t", "Id"),
+                    Parameter("std::int32_t", "Call"),
+                    Parameter("Sequence[Any]", "Arguments", "()"),
+                ],
+                "Carries out the operation with the number `Id`. `Call` is 1 for a method, 2 to get "
+                "and 4 to put a property. An int among the arguments is passed as a 32-bit integer, a "
+                "float as a 32-bit real; a NumPy or ctypes scalar (int16, int32, float32) as what it "
+                "is, and a writable array of one of these by reference. Raises RuntimeError for an "
+                "unknown number, for wrong arguments and for a broken component; a refusal by the "
+                "controller is a status in the result.",
+            )
+        ],
+        "Lookup": [
+            Member(
+                "Lookup",
+                "std::int32_t",
+                [Parameter("std::string_view", "Name")],
+                "The number of the operation `Name`. Raises RuntimeError if there is none.",
+            )
+        ],
+    },
+)
+
+
 def parse_members(body: str, class_name: str) -> dict[str, list[Member]]:
     members: dict[str, list[Member]] = {}
     pattern = re.compile(r"((?:^ *///.*\n)+)((?:^ +[^/\s#].*\n)+?)(?<=;\n)", re.MULTILINE)
@@ -170,6 +206,7 @@ def parse(headers: list[Path]) -> tuple[list[Class], list[Kind]]:
     for added in classes:
         for member in ADDED.get(added.name, []):
             added.members[member.name] = [member]
+    classes.append(LOWER_CORE)
     # A base class stands before those that derive from it.
     order = {c.name: c for c in classes}
 

@@ -1,3 +1,4 @@
+from collections.abc import Sequence
 from enum import IntEnum
 from typing import Any, Literal, Protocol, SupportsFloat, SupportsIndex
 
