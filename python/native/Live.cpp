@@ -135,7 +135,7 @@ Cell& CellOf(PyObject* self) {
 }
 
 PyObject* At(Cell& cell, Py_ssize_t place) {
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   if (place < 0) {
     return MakeComposite(cell, cell.composites[static_cast<std::size_t>(-1 - place)])
         .release()
@@ -185,7 +185,7 @@ live::Value ToValue(const std::string& name, PyObject* object) {
 }
 
 void Connect(Cell& cell) {
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   const bool connected = WithoutInterpreter([&] {
     cell.Follow();
     return cell.controller->Connect();
@@ -194,7 +194,7 @@ void Connect(Cell& cell) {
 }
 
 void Refresh(Cell& cell) {
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   const bool good = WithoutInterpreter([&] {
     cell.Follow();
     return cell.controller->Refresh();
@@ -203,7 +203,7 @@ void Refresh(Cell& cell) {
 }
 
 void Close(Cell& cell) {
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   WithoutInterpreter([&] { cell.controller->Close(); });
 }
 
@@ -223,7 +223,7 @@ void Write(Cell& cell, const std::vector<std::pair<std::string, py::object>>& va
   for (const auto& [name, value] : values) {
     assignments.push_back({name, ToValue(name, value.ptr())});
   }
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   const auto answers = AskConnected(cell, [&] { return cell.controller->Write(assignments); });
   const auto failed = std::ranges::find(answers, false, &live::Answer::done);
   if (failed == answers.end()) return;
@@ -237,13 +237,13 @@ void Write(Cell& cell, const std::vector<std::pair<std::string, py::object>>& va
 }
 
 void ClearAlarms(Cell& cell, std::int32_t kind) {
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   const auto answer = AskConnected(cell, [&] { return cell.controller->ClearAlarms(kind); });
   if (!answer) Raise(Failure(cell.controller->State(), answer.reason));
 }
 
 py::dict Values(Cell& cell) {
-  const Unit::Held held(cell.unit);
+  const CellLock::Held held(cell.lock);
   py::dict values;
   const auto tags = cell.controller->Tags();
   for (std::size_t i = 0; i < tags.size(); ++i) {
@@ -267,6 +267,11 @@ py::object ReasonOf(const live::Tag& tag) {
 
 // The refreshes of one watch, each with what it changed.
 class Watch {
+  struct Told {
+    std::size_t index;
+    live::Reading reading;
+  };
+
  public:
   Watch(std::shared_ptr<Cell> cell, double every)
       : cell_(std::move(cell)), pacer_(PeriodOf(every)) {}
@@ -276,30 +281,24 @@ class Watch {
 
   /// Refreshes, and answers with what is to be told: the link first.
   py::list Step() {
-    struct Told {
-      std::size_t index;
-      live::Reading reading;
-    };
     std::vector<Told> changed;
     bool good = false;
     live::Reason reason;
     {
-      const Unit::Held held(cell_->unit);
+      const CellLock::Held held(cell_->lock);
       live::Controller& controller = *cell_->controller;
       good = WithoutInterpreter([&] {
         cell_->Follow();
         return controller.Refresh();
       });
       if (!good) reason = controller.LastReason();
-      for (const std::size_t index : controller.Changed()) {
-        const live::Tag& tag = controller.Tags()[index];
-        if (good && tag.quality != live::Quality::Stale) changed.push_back({index, tag});
-      }
+      if (good) Compare(changed);
     }
     pacer_.Take();
     const bool wasGood = !pacer_.link.IsLost();
     pacer_.link.Next(good);
     py::list told;
+    if (!good) known_.clear();
     if (good != wasGood) {
       told.append(classes->change("link", good ? "back" : "lost", "", "good",
                                   ToPython(std::chrono::system_clock::now()),
@@ -316,8 +315,24 @@ class Watch {
   }
 
  private:
+  // Other refreshes of the same controller may come in between, so its own Changed does not do.
+  void Compare(std::vector<Told>& changed) {
+    const auto tags = cell_->controller->Tags();
+    const bool all = known_.empty();
+    known_.resize(tags.size());
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+      if (tags[i].quality == live::Quality::Stale) continue;
+      auto& [quality, value] = known_[i];
+      if (!all && quality == tags[i].quality && value == tags[i].value) continue;
+      quality = tags[i].quality;
+      value = tags[i].value;
+      changed.push_back({i, tags[i]});
+    }
+  }
+
   std::shared_ptr<Cell> cell_;
   Pacer pacer_;
+  std::vector<std::pair<live::Quality, live::Value>> known_;  // what was told; empty for nothing
 };
 
 Milliseconds ToMilliseconds(double seconds) {
@@ -360,9 +375,9 @@ void SimulatedCell::Follow() {
   passed_ = now;
 }
 
-Unit::Held::Held(Unit& unit) : unit_(unit) {
-  if (unit.mutex_.try_lock()) return;
-  while (!WithoutInterpreter([&] { return unit.mutex_.try_lock_for(SignalsSeen); })) {
+CellLock::Held::Held(CellLock& lock) : lock_(lock) {
+  if (lock.mutex_.try_lock()) return;
+  while (!WithoutInterpreter([&] { return lock.mutex_.try_lock_for(SignalsSeen); })) {
     if (PyErr_CheckSignals() != 0) throw py::error_already_set();
   }
 }
@@ -481,9 +496,9 @@ void BindLive(py::module_& module) {
     }
   });
 
-  module.def("encodings", &tool::EncodingNames, "The encodings of texts by name.");
+  module.def("_encodings", &tool::EncodingNames, "The encodings of texts by name.");
 
-  py::class_<Cell, std::shared_ptr<Cell>>(module, "LiveController",
+  py::class_<Cell, std::shared_ptr<Cell>>(module, "_LiveController",
                                           py::custom_type_setup([](PyHeapTypeObject* type) {
                                             type->as_mapping.mp_subscript = Subscript;
                                           }),
@@ -513,22 +528,22 @@ refuses of single tags is no failure; each tag tells it.)")
            })
       .def("_last_value",
            [](Cell& cell, std::size_t index) {
-             const Unit::Held held(cell.unit);
+             const CellLock::Held held(cell.lock);
              return Steal(NewValue(TagAt(cell, index).value));
            })
       .def("_quality",
            [](Cell& cell, std::size_t index) {
-             const Unit::Held held(cell.unit);
+             const CellLock::Held held(cell.lock);
              return ToText(TagAt(cell, index).quality);
            })
       .def("_time",
            [](Cell& cell, std::size_t index) {
-             const Unit::Held held(cell.unit);
+             const CellLock::Held held(cell.lock);
              return ToPython(TagAt(cell, index).time);
            })
       .def("_reason",
            [](Cell& cell, std::size_t index) {
-             const Unit::Held held(cell.unit);
+             const CellLock::Held held(cell.lock);
              return ReasonOf(TagAt(cell, index));
            })
       .def("_unit", [](const Cell& cell, std::size_t index) { return TagAt(cell, index).unit; })
@@ -540,28 +555,28 @@ refuses of single tags is no failure; each tag tells it.)")
       .def_property_readonly(
           "link",
           [](Cell& cell) {
-            const Unit::Held held(cell.unit);
+            const CellLock::Held held(cell.lock);
             return ToText(cell.controller->State());
           },
           "The state of the link: 'closed', 'connecting', 'up' or 'lost'.")
       .def_property_readonly(
           "port",
           [](Cell& cell) {
-            const Unit::Held held(cell.unit);
+            const CellLock::Held held(cell.lock);
             return cell.controller->Port();
           },
           "The TCP port; None for the component's own while there is no connection.")
       .def_property_readonly(
           "timeout",
           [](Cell& cell) -> std::optional<double> {
-            const Unit::Held held(cell.unit);
+            const CellLock::Held held(cell.lock);
             const auto timeOut = cell.controller->TimeOut();
             if (!timeOut) return {};
             return std::chrono::duration<double>(*timeOut).count();
           },
           "How long the component waits for an answer, in seconds; None as for port.");
 
-  py::class_<Watch>(module, "LiveWatch", "The refreshes of a watch.")
+  py::class_<Watch>(module, "_LiveWatch", "The refreshes of a watch.")
       .def(py::init<std::shared_ptr<Cell>, double>(), py::arg("controller"), py::arg("every"))
       .def("wait", &Watch::Wait, "Seconds until the next refresh is due.")
       .def("step", &Watch::Step, "Refresh, and tell what changed.")

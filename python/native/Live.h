@@ -49,20 +49,20 @@ class SimulatedCell {
   Milliseconds passed_{0};
 };
 
-/// The lock of a unit of the library, which is waited for without the interpreter. A signal ends
+/// The lock of a controller, which is waited for without the interpreter. A signal ends
 /// the wait. Its holder may take it again, since making objects of Python can run any code.
-class Unit {
+class CellLock {
  public:
   class Held {
    public:
     /// Throws py::error_already_set for a signal that raises.
-    explicit Held(Unit& unit);
+    explicit Held(CellLock& lock);
     Held(const Held&) = delete;
     Held& operator=(const Held&) = delete;
-    ~Held() { unit_.mutex_.unlock(); }
+    ~Held() { lock_.mutex_.unlock(); }
 
    private:
-    Unit& unit_;
+    CellLock& lock_;
   };
 
  private:
@@ -94,7 +94,7 @@ struct Cell {
 
   std::shared_ptr<SimulatedCell> simulation;
   std::unique_ptr<live::Controller> controller;
-  Unit unit;
+  CellLock lock;
   py::list names;                     // of all tags
   py::dict places;                    // of names: a tag's index, or -1 - that of a composite
   std::vector<Composite> composites;  // items with several values

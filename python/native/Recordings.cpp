@@ -45,7 +45,7 @@ class Recording {
   /// Refreshes and adds the row. Answers with what keeps the values from being read, if anything
   /// does, as an exception that is not raised.
   py::object Step() {
-    const Unit::Held held(cell_->unit);
+    const CellLock::Held held(cell_->lock);
     live::Controller& controller = *cell_->controller;
     bool good = false;
     WithoutInterpreter([&] {
@@ -165,7 +165,7 @@ py::dict ReadRecording(const std::string& path) {
 }  // namespace
 
 void BindRecordings(py::module_& module) {
-  py::class_<Recording>(module, "LiveRecording", "A recording that is being made.")
+  py::class_<Recording>(module, "_LiveRecording", "A recording that is being made.")
       .def(py::init<std::shared_ptr<Cell>, const std::string&, double, bool, bool,
                     std::optional<double>, std::optional<std::uint64_t>>(),
            py::arg("controller"), py::arg("out"), py::arg("every"), py::arg("append"),
@@ -179,7 +179,7 @@ void BindRecordings(py::module_& module) {
       .def_property_readonly("gaps", &Recording::Gaps)
       .def_property_readonly("skipped", &Recording::Skipped);
 
-  module.def("read_recording", &ReadRecording, py::arg("path"),
+  module.def("_read_recording", &ReadRecording, py::arg("path"),
              "The columns of a recording by name.");
 }
 

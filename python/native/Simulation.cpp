@@ -369,7 +369,7 @@ std::shared_ptr<SimulatedCell> LoadCell(const std::string& file, bool realTime) 
 }  // namespace
 
 void BindSimulation(py::module_& module) {
-  py::class_<SimulatedCell, std::shared_ptr<SimulatedCell>>(module, "SimulatedNetwork",
+  py::class_<SimulatedCell, std::shared_ptr<SimulatedCell>>(module, "_SimulatedNetwork",
                                                             "Simulated controllers.")
       .def(py::init([] {
         return std::make_shared<SimulatedCell>(sim::Network(), std::vector<std::string>(), false);
@@ -402,7 +402,7 @@ void BindSimulation(py::module_& module) {
         WithoutInterpreter([&] { cell.Network().Advance(by); });
       });
 
-  py::class_<Robot>(module, "SimulatedRobot", "A simulated controller.")
+  py::class_<Robot>(module, "_SimulatedRobot", "A simulated controller.")
       .def(py::init<std::shared_ptr<SimulatedCell>, const std::string&>(), py::arg("network"),
            py::arg("host"))
       .def_property_readonly("host", &Robot::Host)
@@ -420,7 +420,7 @@ void BindSimulation(py::module_& module) {
       .def("restore_link", &Robot::RestoreLink)
       .def("recover", &Robot::Recover);
 
-  py::class_<Service>(module, "SimulatedService", "A cell that is served.")
+  py::class_<Service>(module, "_SimulatedService", "A cell that is served.")
       .def(py::init<std::shared_ptr<SimulatedCell>, const std::string&>(), py::arg("network"),
            py::arg("address"))
       .def_property_readonly("host", &Service::Host)

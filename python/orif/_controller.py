@@ -37,7 +37,7 @@ if TYPE_CHECKING:
 
 __all__ = ["ENCODINGS", "Controller", "Retry", "Tag", "Watch"]
 
-ENCODINGS: Tuple[str, ...] = tuple(_native.encodings())
+ENCODINGS: Tuple[str, ...] = tuple(_native._encodings())
 """The names of encodings of a controller's texts."""
 
 
@@ -112,7 +112,7 @@ class Tag:
         return f"<Tag {self.name}={self.value!r}{unit} {self.quality}>"
 
 
-class Controller(_native.LiveController):
+class Controller(_native._LiveController):
     """A robot controller whose values stay connected.
 
     with orif.Controller("cell1", ["R[1-10]", "PR[1]", "DO[1-16]"]) as cell:
@@ -276,7 +276,7 @@ class Watch:
         self, cell: Controller, every: float, callback: Optional[Callable[[Change], object]], raise_lost: bool
     ) -> None:
         self._cell = cell
-        self._watch = _native.LiveWatch(cell, every)
+        self._watch = _native._LiveWatch(cell, every)
         self._raise_lost = raise_lost
         self._ready: Deque[Change] = deque()
         self._stopped = threading.Event()

@@ -62,7 +62,7 @@ def record(
     rotates = rotate_after is not None or rotate_at is not None
     if os.path.lexists(path) and not (append or replace or rotates):
         raise UsageError(f"{path} exists; name another file, or say append=True or replace=True")
-    recording = _native.LiveRecording(cell, path, every, append, replace, rotate_after, rotate_at)
+    recording = _native._LiveRecording(cell, path, every, append, replace, rotate_after, rotate_at)
     refreshes = 0
     try:
         while count is None or refreshes < count:
@@ -89,7 +89,7 @@ def read_recording(path: Union[str, "os.PathLike[str]"], *, pandas: Optional[boo
 
     pandas: whether to make a DataFrame; by default if pandas is installed.
     """
-    columns: Dict[str, List[Any]] = _native.read_recording(os.fspath(path))
+    columns: Dict[str, List[Any]] = _native._read_recording(os.fspath(path))
     try:
         columns["time"] = [
             datetime.strptime(each, "%Y-%m-%dT%H:%M:%S.%fZ").replace(tzinfo=timezone.utc) for each in columns["time"]

@@ -30,12 +30,12 @@ class SimulatedCell:
         if file is None or file is False:
             if real_time:
                 raise UsageError("a cell that is built in code has time of its own; call advance()")
-            self._network = _native.SimulatedNetwork()
+            self._network = _native._SimulatedNetwork()
         else:
             name = "demo" if file is True else os.fspath(file)
             if file is not True and not name.endswith((".json", ".csv", ".db")):
                 raise UsageError(f"{name!r} is no cell; a scenario ends in .json, a recording in .csv or .db")
-            self._network = _native.SimulatedNetwork.load(name, bool(real_time))
+            self._network = _native._SimulatedNetwork.load(name, bool(real_time))
 
     def add(
         self,
@@ -83,7 +83,7 @@ class ServedCell:
     """A simulated cell that is served until stop(), or the end of a `with`."""
 
     def __init__(self, cell: SimulatedCell, address: str) -> None:
-        self._service = _native.SimulatedService(cell._network, address)
+        self._service = _native._SimulatedService(cell._network, address)
         self.host: str = self._service.host
         """The host name that leads to its first controller: "sim://127.0.0.1:47008"."""
 
@@ -113,7 +113,7 @@ class SimulatedController:
     """
 
     def __init__(self, cell: SimulatedCell, host: str) -> None:
-        self._robot = _native.SimulatedRobot(cell._network, host)
+        self._robot = _native._SimulatedRobot(cell._network, host)
 
     @property
     def host(self) -> str:
@@ -202,7 +202,7 @@ class SimulatedController:
 
 def simulation_of(
     simulate: Union[bool, str, "os.PathLike[str]", SimulatedCell]
-) -> Optional["_native.SimulatedNetwork"]:
+) -> Optional["_native._SimulatedNetwork"]:
     """The network behind what a program gives for `simulate`."""
     if simulate is False or simulate is None:
         return None
