@@ -40,7 +40,8 @@ class CMakeBuild(build_ext):
         subprocess.run(["cmake", "--build", str(build), "--target", "orif_python", "-j", jobs], check=True)
         target = Path(self.get_ext_fullpath(ext.name))
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy(package / target.name, target)
+        for made in (target.name, "_native.pyi"):
+            shutil.copy(package / made, target.parent / made)
 
 
 setup(version=version(), ext_modules=[Extension("orif._native", [])], cmdclass={"build_ext": CMakeBuild})

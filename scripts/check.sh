@@ -25,6 +25,10 @@ step_tests() { # all tests
   scripts/test.sh
 }
 
+step_python() { # the Python package: types, tests, examples
+  scripts/test-python.sh
+}
+
 step_coverage() { # the library's own tests reach its lines
   scripts/coverage.sh
 }
