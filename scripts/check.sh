@@ -35,6 +35,7 @@ step_coverage() { # the library's own tests reach its lines
 
 step_sanitize() { # all tests with the address and undefined-behaviour sanitizers
   scripts/test.sh sanitize
+  scripts/test-python.sh sanitize
 }
 
 step_thread() { # the tests of threads with the thread sanitizer

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Python package into build/python and tests it: the types of the package and of its examples (mypy --strict),
-# the types against the module (stubtest), and everything else with pytest, which gets the arguments.
+# the types against the module (stubtest), and everything else with pytest. With the argument "sanitize" the tests run
+# with the address and undefined-behaviour sanitizers in the module, and nothing else does.
 . "$(dirname "$0")/helpers/common.sh"
 
 scripts/install-deps.sh build tool python
@@ -12,6 +13,16 @@ root=$PWD
 export PYTHONPATH=$root/build/python PYTHONDONTWRITEBYTECODE=1 MYPYPATH=$root/build/python LC_ALL=C.UTF-8
 export XDG_CONFIG_HOME=$root/build/python-build/no-settings PATH=$root/build/python-build/tools/orif:$PATH
 export ORVEX_COMMLIB=$root/build/python-build/simulator/libOrvexCommLibSimulator.so
+if [ "${1-}" = sanitize ]; then
+  scripts/install-deps.sh clang
+  cmake --preset sanitize -DORIF_BUILD_PYTHON=ON >/dev/null
+  cmake --build --preset sanitize --target orif_python
+  # The interpreter keeps what it has to its end, so leaks are not looked for.
+  ASAN_OPTIONS=detect_leaks=0 PYTHONMALLOC=malloc PYTHONPATH=$root/build/sanitize/python \
+    LD_PRELOAD=$(clang -print-file-name=libclang_rt.asan-x86_64.so) \
+    /usr/bin/python3 -m pytest -q -p no:cacheprovider python/tests
+  exit
+fi
 check() { /usr/bin/python3 -m "$@"; }
 cd build/python-build
 check mypy --strict -p orif
@@ -20,4 +31,4 @@ for example in "$root"/python/examples/*.py; do
 done
 check mypy.stubtest orif --allowlist "$root/python/tests/stubtest.txt"
 cd "$root"
-check pytest -q -p no:cacheprovider python/tests "$@"
+check pytest -q -p no:cacheprovider python/tests
