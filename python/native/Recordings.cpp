@@ -131,12 +131,12 @@ py::dict ReadRecording(const std::string& path) {
     try {
       const auto rows = tool::OpenRows(path, names);
       columns.resize(names.size());
-      for (tool::Cells cells; rows->Next(cells);) {
+      for (tool::Cells cells = names; rows->Next(cells);) {
         if (cells.size() != names.size()) {
           throw std::runtime_error("row " + std::to_string(columns[0].size() + 1) +
                                    " has too few or many values");
         }
-        for (std::size_t i = 0; i < cells.size(); ++i) columns[i].push_back(std::move(cells[i]));
+        for (std::size_t i = 0; i < cells.size(); ++i) columns[i].push_back(cells[i]);
       }
     } catch (const std::exception& error) {
       throw live::UsageError(path + " is no recording: " + error.what());

@@ -7,6 +7,7 @@
 #include <map>
 #include <thread>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -84,74 +85,12 @@ class Robot {
 
   py::object Get(const std::string& text) const {
     const live::Name name = Single(text);
-    const auto held = Lock();
-    if (name.IsComment()) return FromScalar(Comment(name));
-    switch (name.Is()) {
-      case live::Kind::NumReg: {
-        const sim::NumericValue value = robot_->NumericRegister(name.first);
-        return std::visit([](auto number) { return FromScalar(number); }, value);
-      }
-      case live::Kind::StringReg:
-        return FromScalar(robot_->StringRegister(name.first));
-      case live::Kind::PosReg:
-      case live::Kind::CurPos:
-        return FromPosition(PositionAt(name));
-      case live::Kind::SysVar: {
-        const sim::VariableValue value = robot_->Variable(name.variable);
-        if (const auto* position = std::get_if<sim::Position>(&value)) {
-          return FromPosition(*position);
-        }
-        if (const auto* whole = std::get_if<std::int32_t>(&value)) return FromScalar(*whole);
-        if (const auto* real = std::get_if<float>(&value)) return FromScalar(*real);
-        return FromScalar(std::get<std::string>(value));
-      }
-      case live::Kind::Bit:
-        return FromScalar(SignalAt(name) != 0);
-      case live::Kind::Group:
-        return FromScalar(SignalAt(name));
-      default:
-        Refuse(name, "use tasks and alarms()");
-    }
+    return Within(name, [&] { return GetHere(name); });
   }
 
   void Set(const std::string& text, const SimulatedValue& value) {
     const live::Name name = Single(text);
-    const auto held = Lock();
-    if (name.IsComment()) {
-      Comment(name) = As<std::string>(name, value, "a text");
-      return;
-    }
-    switch (name.Is()) {
-      case live::Kind::NumReg:
-        if (const auto* whole = std::get_if<std::int32_t>(&value)) {
-          robot_->NumericRegister(name.first) = *whole;
-        } else {
-          robot_->NumericRegister(name.first) = As<float>(name, value, "a number");
-        }
-        break;
-      case live::Kind::StringReg:
-        robot_->StringRegister(name.first) = As<std::string>(name, value, "a text");
-        break;
-      case live::Kind::PosReg:
-      case live::Kind::CurPos:
-        PositionAt(name) = ToPosition(As<PositionSlots>(name, value, "a Position"));
-        break;
-      case live::Kind::SysVar:
-        SetVariable(name, value);
-        break;
-      case live::Kind::Bit:
-        if (const auto* bit = std::get_if<bool>(&value)) {
-          SignalAt(name) = *bit ? 1 : 0;
-        } else {
-          SignalAt(name) = As<std::int32_t>(name, value, "True or False") != 0 ? 1 : 0;
-        }
-        break;
-      case live::Kind::Group:
-        SignalAt(name) = As<std::int32_t>(name, value, "a whole number");
-        break;
-      default:
-        Refuse(name, "use tasks and alarms()");
-    }
+    Within(name, [&] { SetHere(name, value); });
   }
 
   using TaskEntry = std::tuple<std::string, std::int16_t, std::int16_t, std::string>;
@@ -254,8 +193,92 @@ class Robot {
   sim::Network::Held Lock() const { return cell_->Network().Lock(); }
   sim::FaultInjection& Faults() { return robot_->FaultInjection(); }
 
+  // Runs `body` under the lock; what it does not find the controller does not have.
+  template <class Body>
+  std::invoke_result_t<const Body&> Within(const live::Name& name, const Body& body) const {
+    const auto held = Lock();
+    try {
+      return body();
+    } catch (const std::out_of_range&) {
+      Refuse(name, "the simulated controller has none of that number or name");
+    } catch (const live::UsageError&) {
+      throw;
+    } catch (const std::invalid_argument& error) {
+      Refuse(name, error.what());
+    }
+  }
+
+  py::object GetHere(const live::Name& name) const {
+    if (name.IsComment()) return FromScalar(Comment(name));
+    switch (name.Is()) {
+      case live::Kind::NumReg: {
+        const sim::NumericValue value = robot_->NumericRegister(name.first);
+        return std::visit([](auto number) { return FromScalar(number); }, value);
+      }
+      case live::Kind::StringReg:
+        return FromScalar(robot_->StringRegister(name.first));
+      case live::Kind::PosReg:
+      case live::Kind::CurPos:
+        return FromPosition(PositionAt(name));
+      case live::Kind::SysVar: {
+        const sim::VariableValue value = robot_->Variable(name.variable);
+        if (const auto* position = std::get_if<sim::Position>(&value)) {
+          return FromPosition(*position);
+        }
+        if (const auto* whole = std::get_if<std::int32_t>(&value)) return FromScalar(*whole);
+        if (const auto* real = std::get_if<float>(&value)) return FromScalar(*real);
+        return FromScalar(std::get<std::string>(value));
+      }
+      case live::Kind::Bit:
+        return FromScalar(SignalAt(name) != 0);
+      case live::Kind::Group:
+        return FromScalar(SignalAt(name));
+      default:
+        Refuse(name, "use tasks and alarms()");
+    }
+  }
+
+  void SetHere(const live::Name& name, const SimulatedValue& value) {
+    if (name.IsComment()) {
+      Comment(name) = As<std::string>(name, value, "a text");
+      return;
+    }
+    switch (name.Is()) {
+      case live::Kind::NumReg:
+        if (const auto* whole = std::get_if<std::int32_t>(&value)) {
+          robot_->NumericRegister(name.first) = *whole;
+        } else {
+          robot_->NumericRegister(name.first) = As<float>(name, value, "a number");
+        }
+        break;
+      case live::Kind::StringReg:
+        robot_->StringRegister(name.first) = As<std::string>(name, value, "a text");
+        break;
+      case live::Kind::PosReg:
+      case live::Kind::CurPos:
+        PositionAt(name) = ToPosition(As<PositionSlots>(name, value, "a Position"));
+        break;
+      case live::Kind::SysVar:
+        SetVariable(name, value);
+        break;
+      case live::Kind::Bit:
+        if (const auto* bit = std::get_if<bool>(&value)) {
+          SignalAt(name) = *bit ? 1 : 0;
+        } else {
+          SignalAt(name) = As<std::int32_t>(name, value, "True or False") != 0 ? 1 : 0;
+        }
+        break;
+      case live::Kind::Group:
+        SignalAt(name) = As<std::int32_t>(name, value, "a whole number");
+        break;
+      default:
+        Refuse(name, "use tasks and alarms()");
+    }
+  }
+
   static live::Name Single(const std::string& text) {
-    live::Name name = live::ParseName(text);
+    const bool untyped = text.starts_with('$') && text.find(':') == std::string::npos;
+    live::Name name = live::ParseName(untyped ? text + ":int" : text);  // it has its type here
     if (name.first != name.last) Refuse(name, "name one item");
     if (!name.field.empty() && !name.IsComment()) Refuse(name, "name the whole item");
     return name;
@@ -325,9 +348,11 @@ class Service {
  public:
   Service(std::shared_ptr<SimulatedCell> cell, const std::string& address)
       : cell_(std::move(cell)),
-        server_(cell_->Network(), FirstOf(*cell_), sim::ParseAddress(address)),
+        server_(std::make_unique<sim::Server>(cell_->Network(), FirstOf(*cell_),
+                                              sim::ParseAddress(address))),
+        host_("sim://" + ToText(server_->Where())),
         thread_([this] {
-          server_.Run(
+          server_->Run(
               [this] {
                 cell_->Follow();
                 return ended_.load();
@@ -338,11 +363,15 @@ class Service {
   Service& operator=(const Service&) = delete;
   ~Service() { Stop(); }
 
-  std::string Host() const { return "sim://" + ToText(server_.Where()); }
+  const std::string& Host() const { return host_; }
 
   void Stop() {
     ended_ = true;
-    if (thread_.joinable()) WithoutInterpreter([&] { thread_.join(); });
+    if (!thread_.joinable()) return;
+    WithoutInterpreter([&] {
+      thread_.join();
+      server_.reset();
+    });
   }
 
  private:
@@ -353,7 +382,8 @@ class Service {
 
   std::shared_ptr<SimulatedCell> cell_;
   std::atomic<bool> ended_ = false;
-  sim::Server server_;
+  std::unique_ptr<sim::Server> server_;
+  std::string host_;
   std::thread thread_;
 };
 
@@ -433,7 +463,13 @@ DispatchFactory SimulationFactory(py::handle simulation) {
     const py::object network = simulation.attr("_network");
     return network.cast<std::shared_ptr<SimulatedCell>>()->Network().Factory();
   }
-  const py::object path = py::module_::import("os").attr("fspath")(simulation);
+  py::object path;
+  try {
+    path = py::module_::import("os").attr("fspath")(simulation);
+  } catch (const py::error_already_set& error) {
+    if (!error.matches(PyExc_TypeError)) throw;
+    throw py::type_error("simulation must be True, a SimulatedCell or the path of a file");
+  }
   return LoadCell(path.cast<std::string>(), false)->Network().Factory();
 }
 

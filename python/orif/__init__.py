@@ -7,8 +7,8 @@ the same data, and help() explains each.
 from ._native import *
 from ._native import __version__
 
-from ._controller import ENCODINGS, Controller, Retry, Tag, Watch
-from ._errors import Error, NotConnected, Reason, Refused, UsageError
-from ._recording import Recorded, read_recording, record
-from ._simulation import ServedCell, SimulatedCell, SimulatedController
-from ._values import Alarm, Change, Position, Task
+from ._controller import *
+from ._errors import *
+from ._recording import *
+from ._simulation import *
+from ._values import *

@@ -22,7 +22,6 @@ from typing import (
     Mapping,
     NamedTuple,
     Optional,
-    Sequence,
     Tuple,
     Type,
     Union,
@@ -160,7 +159,7 @@ class Controller(_native._LiveController):
                 raise UsageError(f"there is no encoding {encoding!r}; there are {', '.join(ENCODINGS)}")
         path = os.path.abspath(os.fspath(component)) if component is not None else ""
         super().__init__(
-            host, list(tags), simulation_of(simulate), path, port, timeout, comments, encoding, tuple(retry)
+            host, list(tags), simulation_of(simulate), path, port, timeout, comments, encoding, Retry(*retry)
         )
 
     def __enter__(self) -> "Controller":
@@ -213,12 +212,12 @@ class Controller(_native._LiveController):
         """
         parts: List[Tuple[str, Any]] = []
         for name, value in values.items():
-            parts.extend(_parts(self._spelled(name), value))
+            place = self._find(name)
+            if place >= 0:
+                parts.append((self._names[place], value))
+            else:
+                parts.extend(_parts(name, value))
         self._write(parts)
-
-    def _spelled(self, name: str) -> str:
-        place = self._find(name)
-        return self._names[place] if place >= 0 else name
 
     def watch(
         self,
@@ -243,25 +242,25 @@ class Controller(_native._LiveController):
 
 
 def _parts(name: str, value: Any) -> Iterator[Tuple[str, Any]]:
-    """The single values to write for what was given for `name`."""
-    if isinstance(value, (str, bytes)) or not isinstance(value, Sequence):
-        if not hasattr(value, "__len__") or isinstance(value, (str, bytes)):
-            yield name, value
-            return
-        value = tuple(value)  # an array
+    """The single values to write for what was given for a position."""
     position = value if isinstance(value, Position) else _position(name, value)
     # Of two forms, the cartesian one is written.
-    form = Position._fields[:10] if position.cartesian else Position._fields[10:19]
+    cartesian = any(part is not None for part in position[:10])
+    form = Position._fields[:10] if cartesian else Position._fields[10:19]
     for field in (*form, "UF", "UT"):
         part = getattr(position, field)
         if part is not None:
             yield f"{name}.{field}", part if field != "config" else " ".join(map(str, part))
 
 
-def _position(name: str, values: Sequence[Any]) -> Position:
-    if not 1 <= len(values) <= 9:
+def _position(name: str, values: Any) -> Position:
+    try:
+        numbers = [float(each) for each in values]
+    except (TypeError, ValueError):
+        raise UsageError(f"{name}: {values!r} is no Position and no sequence of numbers") from None
+    if not 1 <= len(numbers) <= 9:
         raise UsageError(f"{name}: a position has X, Y, Z, W, P, R and up to three more axes")
-    return Position(*(float(each) for each in values))
+    return Position(**dict(zip(Position._fields, numbers)))  # type: ignore[arg-type]
 
 
 class Watch:

@@ -99,7 +99,7 @@ def read_recording(path: Union[str, "os.PathLike[str]"], *, pandas: Optional[boo
     if pandas is False:
         return columns
     try:
-        from pandas import DataFrame
+        from pandas import DataFrame  # type: ignore[import]
     except ImportError:
         if pandas:
             raise

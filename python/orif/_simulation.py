@@ -121,13 +121,13 @@ class SimulatedController:
         return self._robot.host
 
     def __getitem__(self, name: str) -> Any:
-        """The value of a register, signal, variable or comment. Raises UsageError, and IndexError for
-        one that the controller does not have."""
+        """The value of a register, signal, variable or comment. Raises UsageError for one
+        that the controller does not have."""
         value = self._robot.get(name)
         if not isinstance(value, tuple):
             return value
         xyzwpr, config, joint, frame, tool = value
-        return Position(*xyzwpr, tuple(config) if config is not None else None, *joint, frame, tool)
+        return Position._make((*xyzwpr, tuple(config) if config is not None else None, *joint, frame, tool))
 
     def __setitem__(self, name: str, value: Any) -> None:
         """Set it. The forms of a position that the value has are valid. Raises as reading."""

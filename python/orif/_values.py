@@ -3,7 +3,7 @@
 from datetime import datetime
 from typing import Any, NamedTuple, Optional, Tuple
 
-from ._errors import Reason
+from ._errors import Reason, UsageError
 
 __all__ = ["Alarm", "Change", "Position", "Task"]
 
@@ -54,7 +54,11 @@ class Position(NamedTuple):
     @classmethod
     def from_joint(cls, *joints: float, UF: Optional[int] = None, UT: Optional[int] = None) -> "Position":
         """A position in joint form: J1, J2 and so on in degrees."""
-        return cls(**{f"J{i}": float(each) for i, each in enumerate(joints, 1)}, UF=UF, UT=UT)
+        if not 1 <= len(joints) <= 9:
+            raise UsageError("a position in joint form has one to nine joints")
+        none = (None,) * 10
+        rest = (None,) * (9 - len(joints))
+        return cls._make((*none, *map(float, joints), *rest, UF, UT))
 
     def __repr__(self) -> str:
         parts = (f"{name}={value!r}" for name, value in zip(self._fields, self) if value is not None)
