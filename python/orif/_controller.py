@@ -7,32 +7,15 @@ import threading
 import time
 import weakref
 from collections import deque
+from collections.abc import AsyncIterator, Callable, Iterable, Iterator, Mapping
 from datetime import datetime
 from types import TracebackType
-from typing import (
-    TYPE_CHECKING,
-    Any,
-    AsyncIterator,
-    Callable,
-    Deque,
-    Dict,
-    Iterable,
-    Iterator,
-    List,
-    Mapping,
-    NamedTuple,
-    Optional,
-    Tuple,
-    Type,
-    Union,
-)
+from typing import Any, Deque, Dict, List, NamedTuple, Optional, Tuple, Type, Union
 
 from . import _native
 from ._errors import NotConnected, Reason, UsageError
+from ._simulation import SimulatedCell, simulation_of
 from ._values import Change, Position
-
-if TYPE_CHECKING:
-    from ._simulation import SimulatedCell
 
 __all__ = ["ENCODINGS", "Controller", "Retry", "Tag", "Watch"]
 
@@ -128,7 +111,7 @@ class Controller(_native._LiveController):
         host: str,
         tags: Iterable[str],
         *,
-        simulate: Union[bool, str, "os.PathLike[str]", "SimulatedCell"] = False,
+        simulate: Union[bool, str, "os.PathLike[str]", SimulatedCell] = False,
         component: Union[None, str, "os.PathLike[str]"] = None,
         port: Optional[int] = None,
         timeout: Optional[float] = None,
@@ -149,8 +132,6 @@ class Controller(_native._LiveController):
         encoding: of the controller's texts, one of orif.ENCODINGS; UTF-8 without.
         retry: how long to wait before a lost link is tried again.
         """
-        from ._simulation import simulation_of
-
         if isinstance(tags, (str, bytes)):
             raise UsageError("tags is a list of names", f'["{tags!s}"]')
         if encoding is not None:

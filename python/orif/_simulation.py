@@ -1,8 +1,9 @@
 """Simulated cells: controllers in memory, to develop and test against."""
 
 import os
+from collections.abc import Sequence
 from types import TracebackType
-from typing import Any, Dict, List, Optional, Sequence, Tuple, Type, Union
+from typing import Any, Dict, List, Optional, Tuple, Type, Union
 
 from . import _native
 from ._errors import UsageError

@@ -7,7 +7,8 @@ def test_counts_parts(orif_robot, orif_connect):
     assert orif_robot["R[1]"] == 42
 """
 
-from typing import Any, Callable, Dict, Iterable, Iterator, List
+from collections.abc import Callable, Iterable, Iterator
+from typing import Any, Dict, List
 
 import pytest
 
