@@ -1,3 +1,3 @@
-"""The fixtures of the package come from its sources here, since it need not be installed."""
+"""The fixtures of the package, which need not be installed here."""
 
-pytest_plugins = ["orif.testing"]
+from orif.testing import orif_cell, orif_connect, orif_robot  # noqa: F401
