@@ -179,15 +179,15 @@ def test_the_interpreter_ends_quietly(program):
 
 def test_the_interpreter_ends_while_a_thread_waits_for_the_controller(served):
     program = (
-        "import orif, os, threading, time\n"
+        "import array, orif, os, threading, time\n"
         f"core = orif.Core(); core.Connect({served.host!r})\n"
-        "table = core.DataTable(); item = table.AddNumReg(orif.NUMREG_INT, 1, 10)\n"
         f"core.TimeOutValue = 700; os.kill({served.process.pid}, {int(signal.SIGSTOP)})\n"
-        "threading.Thread(target=table.Refresh, daemon=True).start()\n"
+        "read = lambda: core.ReadSDI(1, array.array('h', [0] * 4), 4)\n"
+        "threading.Thread(target=read, daemon=True).start()\n"
         "time.sleep(0.2)\n"
         # The end takes until the thread comes back from its call.
         "class Late:\n    def __del__(self, sleep=time.sleep): sleep(1)\n"
-        "late = Late()\n"
+        "import sys; sys.late = Late()\n"
     )
     ended = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=60)
     assert (ended.returncode, ended.stderr) == (0, "")

@@ -43,3 +43,17 @@ def test_the_page_names_what_there_is():
     for code in re.findall(r"^```python\n(.*?)^```$", page, re.MULTILINE | re.DOTALL):
         # Some blocks stand in a coroutine of the reader's.
         compile("async def _():\n" + re.sub("^", " ", code, flags=re.MULTILINE), "docs/python.md", "exec")
+
+
+def test_the_object_model_of_the_page_works():
+    import numpy as np
+    import orif
+
+    page = (ROOT / "docs/python.md").read_text(encoding="utf-8")
+    section = re.search(r"^## The object model\n(.*?)^## ", page, re.MULTILINE | re.DOTALL).group(1)
+    names = {"orif": orif, "np": np}
+    for code in re.findall(r"^```python\n(.*?)^```$", section, re.MULTILINE | re.DOTALL):
+        exec(code, names)
+    assert names["value"] == 42 and names["values"][0] == 120 and names["xyzwpr"][0] == 850
+    assert names["registers"].SetValue(1, True) and names["table"].Refresh()
+    assert names["registers"].GetValue(1) == (True, -1)
