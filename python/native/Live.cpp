@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 
 // The classes of the package that objects are made of, found when the module is loaded and never
 // released: the interpreter may end before the last controller.
-struct Classes {
+struct PackageClasses {
   py::object notConnected = FromPackage("orif._errors", "NotConnected");
   py::object refused = FromPackage("orif._errors", "Refused");
   py::object usageError = FromPackage("orif._errors", "UsageError");
@@ -38,7 +38,7 @@ struct Classes {
       {"Task", FromPackage("orif._values", "Task")},
       {"Alarm", FromPackage("orif._values", "Alarm")}};
 };
-const Classes* classes = nullptr;
+const PackageClasses* classes = nullptr;
 
 py::object Steal(PyObject* made) {
   if (made == nullptr) throw py::error_already_set();
@@ -479,7 +479,7 @@ py::object FromPackage(const char* module, const char* name) {
 void BindLive(py::module_& module) {
   PyDateTime_IMPORT;
   if (PyDateTimeAPI == nullptr) throw py::error_already_set();
-  classes = new Classes;
+  classes = new PackageClasses;
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);
