@@ -18,7 +18,9 @@ REGISTERS = 1000
 def main() -> None:
     repetitions = int(sys.argv[1]) if len(sys.argv) > 1 else 9
     simulated = orif.SimulatedCell()
-    simulated.add("cell")
+    robot = simulated.add("cell")
+    for index in range(1, REGISTERS + 1):
+        robot[f"R[{index}]"] = index * 1.1
     core = orif.Core(simulation=simulated)
     assert core.Connect("cell")
     table = core.DataTable()

@@ -3,6 +3,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include <chrono>
 #include <exception>
 #include <optional>
 #include <string>
@@ -46,6 +47,18 @@ auto WithoutInterpreter(const Body& body) -> std::invoke_result_t<const Body&> {
     if (failure) std::rethrow_exception(failure);
     return *std::move(result);
   }
+}
+
+/// Locks `mutex`, a timed one. While another thread has it, it is waited for without the
+/// interpreter's lock, and a signal (Ctrl-C) ends the wait: false then, with an exception set.
+template <class Mutex>
+bool LockWithoutInterpreter(Mutex& mutex) {
+  constexpr std::chrono::milliseconds SignalsAreSeen{50};
+  if (mutex.try_lock()) return true;
+  while (!WithoutInterpreter([&] { return mutex.try_lock_for(SignalsAreSeen); })) {
+    if (PyErr_CheckSignals() != 0) return false;
+  }
+  return true;
 }
 
 /// Text of the library as Python's. It is read as UTF-8; bytes that are none become lone surrogates

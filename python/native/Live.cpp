@@ -25,9 +25,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How soon a wait of ours notices a signal.
-constexpr Milliseconds SignalsSeen = 50ms;
-
 // The classes of the package that objects are made of, found when the module is loaded and never
 // released: the interpreter may end before the last controller.
 struct Classes {
@@ -376,10 +373,7 @@ void SimulatedCell::Follow() {
 }
 
 CellLock::Held::Held(CellLock& lock) : lock_(lock) {
-  if (lock.mutex_.try_lock()) return;
-  while (!WithoutInterpreter([&] { return lock.mutex_.try_lock_for(SignalsSeen); })) {
-    if (PyErr_CheckSignals() != 0) throw py::error_already_set();
-  }
+  if (!LockWithoutInterpreter(lock.mutex_)) throw py::error_already_set();
 }
 
 Cell::Cell(live::Settings settings, std::shared_ptr<SimulatedCell> simulated)
@@ -521,11 +515,6 @@ refuses of single tags is no failure; each tag tells it.)")
            "The values of all tags by name; None where a tag has none, whatever the reason.")
       .def("_write", &Write, py::arg("values"))
       .def("_find", [](Cell& cell, const py::object& name) { return cell.Find(name.ptr()); })
-      .def("_value",
-           [](Cell& cell, Py_ssize_t place) {
-             if (place >= 0) TagAt(cell, static_cast<std::size_t>(place));
-             return Steal(At(cell, place));
-           })
       .def("_last_value",
            [](Cell& cell, std::size_t index) {
              const CellLock::Held held(cell.lock);

@@ -6,16 +6,7 @@
 
 namespace orif::python {
 
-bool Unit::Lock() {
-  if (mutex_.try_lock()) return true;
-  while (true) {
-    PyThreadState* const state = ReleaseInterpreter();
-    const bool locked = mutex_.try_lock_for(SignalsAreSeen);
-    TakeInterpreter(state);
-    if (locked) return true;
-    if (PyErr_CheckSignals() != 0) return false;
-  }
-}
+bool Unit::Lock() { return LockWithoutInterpreter(mutex_); }
 
 // Whoever gives an object up tries the lock afterwards, and whoever unlocks looks for given up
 // objects afterwards, so one of them sees it.

@@ -5,7 +5,6 @@
 #include <pybind11/pybind11.h>
 
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
@@ -38,9 +37,6 @@ class Unit {
 
  private:
   void ReleaseGivenUp();
-
-  // The longest time until a signal is seen.
-  static constexpr std::chrono::milliseconds SignalsAreSeen{50};
 
   std::timed_mutex mutex_;
   std::unordered_map<const void*, PyObject*> objects_;

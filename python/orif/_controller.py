@@ -143,6 +143,8 @@ class Controller(_native._LiveController):
             host, list(tags), simulation_of(simulate), path, port, timeout, comments, encoding, Retry(*retry)
         )
 
+        self._watches: "weakref.WeakSet[Watch]" = weakref.WeakSet()
+
     def __enter__(self) -> "Controller":
         return self
 
@@ -150,6 +152,12 @@ class Controller(_native._LiveController):
         self, kind: Optional[Type[BaseException]], error: Optional[BaseException], trace: Optional[TracebackType]
     ) -> None:
         self.close()
+
+    def close(self) -> None:
+        """Stop the watches that have threads, and close the link. refresh() and writes open it again."""
+        for watch in list(self._watches):
+            watch.end()
+        super().close()
 
     @property
     def names(self) -> List[str]:
@@ -267,6 +275,7 @@ class Watch:
                 target=self._run, args=(callback,), name=f"orif watch {cell.host}", daemon=True
             )
             _watches.add(self)
+            cell._watches.add(self)
             self._thread.start()
 
     @property
@@ -277,15 +286,19 @@ class Watch:
     def stop(self, timeout: Optional[float] = None) -> bool:
         """End the watch. With a callback, wait for its thread, at most `timeout` seconds, and raise
         what the callback has raised. Returns whether the thread has ended; may be called by it."""
+        ended = self.end(timeout)
+        error, self._error = self._error, None
+        if error is not None:
+            raise error
+        return ended
+
+    def end(self, timeout: Optional[float] = None) -> bool:
+        """The same without raising."""
         self._stopped.set()
-        if self._thread is not None and self._thread is not threading.current_thread():
-            self._thread.join(timeout)
-            if self._thread.is_alive():
-                return False
-            error, self._error = self._error, None
-            if error is not None:
-                raise error
-        return True
+        if self._thread is None or self._thread is threading.current_thread():
+            return True
+        self._thread.join(timeout)
+        return not self._thread.is_alive()
 
     def __enter__(self) -> "Watch":
         return self
@@ -350,5 +363,4 @@ def _stop_watches() -> None:
         watch._stopped.set()
     end = time.monotonic() + 2.0
     for watch in list(_watches):
-        if watch._thread is not None:
-            watch._thread.join(max(0.0, end - time.monotonic()))
+        watch.end(max(0.0, end - time.monotonic()))

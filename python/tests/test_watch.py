@@ -97,6 +97,9 @@ def test_a_callback_has_a_thread_and_its_exception_comes_back(orif_robot, orif_c
     with pytest.raises(KeyError, match="R"):
         watch._thread.join(5)
         watch.stop()
+    watch = cell.watch(0.005, lambda change: None)
+    cell.close()
+    assert not watch._thread.is_alive() and cell.link == "closed"
     itself = []
     watch = cell.watch(0.005, lambda change: itself.append(watch.stop()))
     watch._thread.join(5)
