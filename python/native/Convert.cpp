@@ -1,5 +1,6 @@
 #include "python/native/Convert.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -49,6 +50,13 @@ bool RealFromPython(PyObject* object, double& value) {
   return false;
 }
 
+// Bit by bit: two reals that are no numbers may be the same.
+template <class T>
+bool AreSame(T one, T other) {
+  using Bits = std::array<std::byte, sizeof(T)>;
+  return std::bit_cast<Bits>(one) == std::bit_cast<Bits>(other);
+}
+
 }  // namespace
 
 bool FromPython(PyObject* object, std::int16_t& value) { return IntegerFromPython(object, value); }
@@ -79,8 +87,9 @@ bool FromPython(PyObject* object, bool& value) {
 
 bool FromPython(PyObject* object, std::string& value) {
   std::optional<std::string> text = TextOf(object);
-  if (text) value = *std::move(text);
-  return text.has_value();
+  if (!text) return false;
+  value = *std::move(text);
+  return true;
 }
 
 bool FromPython(PyObject* object, Variant& value) {
@@ -237,7 +246,7 @@ bool Elements<T>::TakeToFill(PyObject* given) {
 template <class T>
 bool Elements<T>::GiveBack() {
   for (std::size_t i = 0; i < before_.size(); ++i) {
-    if (std::memcmp(&copies_[i], &before_[i], sizeof(T)) == 0) continue;
+    if (AreSame(copies_[i], before_[i])) continue;
     if (list_ == nullptr) {
       std::memcpy(buffer_.At(i), &copies_[i], sizeof(T));
       continue;

@@ -334,7 +334,7 @@ const MemberRow DataSysVarPosMembers[] = {
 
 }  // namespace
 
-std::span<const ClassRow> Classes() {
+std::span<const ClassRow> ModelClasses() {
   static const ClassRow classes[] = {
       {"Core", nullptr, CoreMembers, &Represent<Core>},
       {"DataTable", nullptr, DataTableMembers, &Represent<DataTable>},

@@ -24,8 +24,8 @@ struct NamedKind {
 
 // What lives as long as the module. The module stays loaded.
 struct Made {
+  std::string_view name;
   PyTypeObject* type;
-  std::string signature;  // for the class itself
   std::vector<std::string> texts;
   std::vector<PyMethodDef> methods;
   std::vector<PyGetSetDef> properties;
@@ -40,9 +40,8 @@ std::vector<PyObject*>& KindObjects() {
 }
 
 PyTypeObject* TypeNamed(std::string_view name) {
-  const auto rows = Classes();
-  for (std::size_t i = 0; i < MadeClasses().size(); ++i) {
-    if (rows[i].name == name) return MadeClasses()[i]->type;
+  for (const auto& made : MadeClasses()) {
+    if (made->name == name) return made->type;
   }
   throw std::logic_error("No class " + std::string(name));
 }
@@ -123,6 +122,7 @@ std::string TextOfMethod(const Description& described) {
 void MakeClass(const ClassRow& row, py::module_& module) {
   const bool isCore = std::strcmp(row.name, "Core") == 0;
   auto made = std::make_unique<Made>();
+  made->name = row.name;
   made->texts.reserve(row.members.size() + 2);
   const auto keep = [&](std::string text) {
     return made->texts.emplace_back(std::move(text)).c_str();
@@ -234,7 +234,7 @@ PyObject* NewObject(PyObject* self, const std::shared_ptr<Dispatch>& lower) {
 
 void BindModel(py::module_& module) {
   MakeKinds(module);
-  for (const ClassRow& row : Classes()) MakeClass(row, module);
+  for (const ClassRow& row : ModelClasses()) MakeClass(row, module);
 }
 
 }  // namespace orif::python

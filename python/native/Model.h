@@ -19,6 +19,6 @@ struct ClassRow {
 ClassRow LowerCoreClass();
 
 /// The classes, each behind its base class.
-std::span<const ClassRow> Classes();
+std::span<const ClassRow> ModelClasses();
 
 }  // namespace orif::python
