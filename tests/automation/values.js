@@ -14,6 +14,7 @@ show("Fewer elements than Count", integers.SetValues(1, [1, 2], 3));
 show("A single number", reals.SetValuesReal(3, 2.5, 1));
 show("Refresh", table.Refresh());
 show("Values", [integers.Value(1), integers.Value(2), integers.Value(3), reals.Value(2), reals.Value(3)]);
+show("A value that is not there", integers.SetValue(3, integers.Value(9)));
 show("GetValue", integers.GetValue(1, 0));
 show("ReadSDO", core.ReadSDO(1, [0, 0], 2));
 refused("An object that is no array", function () { core.WriteSDO(1, {}, 1); });
