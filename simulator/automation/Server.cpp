@@ -12,8 +12,8 @@
 #include <memory>
 #include <string>
 
-#include "simulator/Demo.h"
 #include "orif/lowerlayer/AutomationObject.h"
+#include "simulator/Demo.h"
 #include "simulator/served/RemoteCore.h"
 
 namespace orif::sim {
