@@ -58,7 +58,9 @@ test_width() { # preset, processor, Windows' own directory of programs
 
   diff <(demo "$build") <(ORVEX_COMMLIB=$simulator demo "$build") || fail "The demo differs through the component"
 
-  # A script, which knows nothing of the library, can use the component.
+  scripts/helpers/check-scripts.sh "$system\\cscript.exe" <(ORVEX_COMMLIB=$simulator demo "$build")
+
+  # A script, which knows nothing of the library, can use the simulator's component.
   cat >"$build/script.vbs" <<VBS
 Set core = CreateObject("$simulator")
 core.HostName = "nowhere"
@@ -118,7 +120,7 @@ VBS
   if wine reg query 'HKCU\Software\Classes' /s | grep -q "$simulator"; then fail "The component is still registered"; fi
 }
 
-register 64 'C:\windows\system32' "Z:$PWD/build/windows/simulator/OrvexCommLibSimulator.dll"
-register 32 'C:\windows\syswow64' "Z:$PWD/build/windows32/simulator/OrvexCommLibSimulator.dll"
+register 64 'C:\windows\system32' "Z:$PWD/build/windows/"{simulator/OrvexCommLibSimulator,bin/OrifAutomation}.dll
+register 32 'C:\windows\syswow64' "Z:$PWD/build/windows32/"{simulator/OrvexCommLibSimulator,bin/OrifAutomation}.dll
 test_width windows x86_64 'C:\windows\system32'
 test_width windows32 i686 'C:\windows\syswow64'
