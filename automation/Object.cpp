@@ -32,6 +32,7 @@ bool NamesBefore(const Member* left, const Member* right) {
 class Given {
  public:
   Given(const DISPPARAMS& parameters, const Member& member) {
+    if (parameters.cArgs > member.parameters) throw Refusal{DISP_E_BADPARAMCOUNT};
     for (UINT i = 0; i < parameters.cArgs; ++i) {
       const std::size_t place = Place(parameters, i, member);
       if (places_[place] != nullptr) throw Refusal{DISP_E_PARAMNOTFOUND};
@@ -56,11 +57,7 @@ class Given {
 
  private:
   static std::size_t Place(const DISPPARAMS& parameters, UINT i, const Member& member) {
-    if (i >= parameters.cNamedArgs) {
-      const std::size_t place = parameters.cArgs - 1 - i;
-      if (place >= member.parameters) throw Refusal{DISP_E_BADPARAMCOUNT};
-      return place;
-    }
+    if (i >= parameters.cNamedArgs) return parameters.cArgs - 1 - i;
     const DISPID name = parameters.rgdispidNamedArgs[i];
     if (name == DISPID_PROPERTYPUT && member.kind == DISPATCH_PROPERTYPUT) {
       return member.parameters - 1;
