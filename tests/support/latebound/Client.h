@@ -17,7 +17,6 @@
 #include <cstring>
 #include <map>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -241,7 +240,8 @@ inline bool Early() {
 
 /// Calls a member by its name as a host does, the arguments in order.
 inline HRESULT InvokeByName(IDispatch& object, const char* name, WORD kind,
-                            std::span<VARIANT> arguments, VARIANT* result) {
+                            std::vector<VARIANT> arguments, VARIANT* result,
+                            UINT* wrong = nullptr) {
   const platform::AutomationText text = platform::Wide(name);
   LPOLESTR wide = text.get();
   DISPID id = DISPID_UNKNOWN;
@@ -252,7 +252,7 @@ inline HRESULT InvokeByName(IDispatch& object, const char* name, WORD kind,
   DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
   if (kind == DISPATCH_PROPERTYPUT) parameters.rgdispidNamedArgs = &put, parameters.cNamedArgs = 1;
   return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, result, nullptr,
-                       nullptr);
+                       wrong);
 }
 
 /// An object of the component. Its reference is the only one that a call needs: host code that runs
@@ -292,10 +292,10 @@ class Object {
                                 reinterpret_cast<Result>(&result.llVal));
         }
       } else {
-        std::array<VARIANT, sizeof...(A)> variants{std::get<At>(arguments)...};
+        std::vector<VARIANT> variants{std::get<At>(arguments)...};
         if (kind == DISPATCH_METHOD && !std::is_void_v<R>) kind |= DISPATCH_PROPERTYGET;
-        status =
-            InvokeByName(*object_, name, kind, variants, std::is_void_v<R> ? nullptr : &result);
+        status = InvokeByName(*object_, name, kind, std::move(variants),
+                              std::is_void_v<R> ? nullptr : &result);
       }
       (std::get<At>(arguments).GiveBack(), ...);
       EXPECT_EQ(status, S_OK) << name;
