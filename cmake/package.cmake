@@ -19,6 +19,9 @@ if(TARGET orif_scenario)
   set(scenario_pc orif-scenario)
 endif()
 install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory})
+if(TARGET OrifAutomation)
+  install(TARGETS OrifAutomation LIBRARY DESTINATION ${component_directory})
+endif()
 
 install(EXPORT orifTargets NAMESPACE orif:: DESTINATION ${cmake_files})
 configure_package_config_file(cmake/orifConfig.cmake.in orifConfig.cmake
@@ -43,6 +46,10 @@ file(GLOB programs CONFIGURE_DEPENDS examples/*.cpp)
 install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 install(FILES ${pictures} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs/images)
 install(FILES ${programs} examples/orif-record.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+if(WIN32)
+  file(GLOB scripts CONFIGURE_DEPENDS examples/automation/*)
+  install(FILES ${scripts} DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/automation)
+endif()
 
 # A scenario names the schema by the way there, which is another one from where it is installed.
 file(RELATIVE_PATH schema
