@@ -18,9 +18,9 @@ if(TARGET orif_scenario)
   install(FILES simulator/scenario/scenario.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/orif)
   set(scenario_pc orif-scenario)
 endif()
-install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory})
+install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory} COMPONENT programs)
 if(TARGET OrifAutomation)
-  install(TARGETS OrifAutomation LIBRARY DESTINATION ${component_directory})
+  install(TARGETS OrifAutomation LIBRARY DESTINATION ${component_directory} COMPONENT programs)
 endif()
 
 install(EXPORT orifTargets NAMESPACE orif:: DESTINATION ${cmake_files})
@@ -94,6 +94,16 @@ if(WIN32)
     set(processor x86_64)
   endif()
   set(CPACK_PACKAGE_FILE_NAME orif-${PROJECT_VERSION}-windows-${processor})
+  set(ORIF_32BIT_BUILD "" CACHE PATH
+    "A build for 32-bit Windows, whose tool and components the packages get too; with it there is an installer")
+  if(ORIF_32BIT_BUILD AND TARGET OrifAutomation)
+    list(APPEND CPACK_GENERATOR NSIS)  # NSIS.template.in
+    set(CPACK_PACKAGE_VENDOR orif)
+    set(CPACK_MONOLITHIC_INSTALL ON)
+    set(CPACK_INSTALL_CMAKE_PROJECTS
+      ${PROJECT_BINARY_DIR} orif ALL /
+      ${ORIF_32BIT_BUILD} orif programs /x86)
+  endif()
 else()
   set(CPACK_GENERATOR DEB)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
