@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds for Windows of 64 and of 32 bit, registers the simulated controller's components in a
 # Windows of the build's own under Wine, and runs there all tests, the demo and the tool, in the process and through the
-# component, once in each width. Leaves a package in build/windows and one in build/windows32.
+# component, once in each width; then it tries the installer. Leaves packages in build/windows and build/windows32.
 . "$(dirname "$0")/helpers/common.sh"
 
 scripts/install-deps.sh build tool windows
@@ -124,3 +124,4 @@ register 64 'C:\windows\system32' "Z:$PWD/build/windows/"{simulator/OrvexCommLib
 register 32 'C:\windows\syswow64' "Z:$PWD/build/windows32/"{simulator/OrvexCommLibSimulator,bin/OrifAutomation}.dll
 test_width windows x86_64 'C:\windows\system32'
 test_width windows32 i686 'C:\windows\syswow64'
+scripts/helpers/check-installer.sh
