@@ -50,10 +50,16 @@ logged() { # directory of the programs, linkage, format of times
 # The demo prints the same whichever way it goes, but for time and thread.
 demo() { wine "$1/bin/demo.exe" | sed -E 's/[0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]+ //g'; }
 
+# What a thread-local object with a destructor leaves to be called is called on freed memory, in threads of the host.
+without_thread_objects() {
+  ! "$1-w64-mingw32-nm" "${@:2}" | grep thread_atexit || fail "A thread-local object has a destructor"
+}
+
 test_width() { # preset, processor, Windows' own directory of programs
   local preset=$1 build=build/$1 processor=$2 system=$3 answer code host linkage named served sheet
   local component=Z:$PWD/$build/simulator/OrvexCommLibSimulator.dll tool=$PWD/$build/tool sheets=tests/tool/sheets
 
+  without_thread_objects "$processor" "$build"/{bin/OrifAutomation,bin/liborif,simulator/OrvexCommLibSimulator}.dll
   ctest --preset "$preset"
 
   diff <(demo "$build") <(ORVEX_COMMLIB=$simulator demo "$build") || fail "The demo differs through the component"
