@@ -43,6 +43,9 @@ class Given {
       const bool isOptional = place >= member.parameters - member.optional;
       VARIANT*& argument = places_[place];
       if (argument == nullptr && !isOptional) throw Refusal{DISP_E_BADPARAMCOUNT};
+      if (argument != nullptr && !isOptional && IsMissing(*argument)) {
+        throw Refusal{DISP_E_PARAMNOTOPTIONAL, numbers_[place]};
+      }
       if (argument == nullptr || (isOptional && IsLeftOut(*argument))) argument = &zero_;
     }
   }
@@ -68,9 +71,12 @@ class Given {
     return static_cast<std::size_t>(name);
   }
 
+  static bool IsMissing(const VARIANT& value) {
+    return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
+  }
   static bool IsLeftOut(VARIANT& argument) {
     const VARIANT& value = Follow(argument);
-    return value.vt == VT_EMPTY || (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND);
+    return value.vt == VT_EMPTY || IsMissing(value);
   }
 
   std::array<VARIANT*, MostParameters> places_{};

@@ -23,6 +23,7 @@ mkdir -p "$WINEPREFIX"
 trap 'wineserver -k' EXIT
 wineserver -p # stays, so that a program starts in a fraction of a second
 wine wineboot -i >/dev/null 2>&1
+wine notepad & # keeps Wine's desktop, which each program that has an apartment would wait for, else
 
 # How times are written; at first as the tests expect it.
 time_format() { wine reg add 'HKCU\Control Panel\International' /v sTimeFormat /d "$1" /f >/dev/null; }
