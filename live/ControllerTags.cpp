@@ -130,8 +130,9 @@ std::size_t Controller::Self::IndexOf(std::string_view name) const {
     }
     const auto same = std::ranges::find(items, item, &Item::name);
     if (same != items.end() && parsed.field.empty()) {
-      throw UsageError("'" + std::string(name) +
-                       "' has fields; name one of them: " + tags[same->first].name);
+      throw UsageError(
+          "'" + std::string(name) + "' has fields; name one of them: " + tags[same->first].name,
+          tags[same->first].name);
     }
   }
   throw UsageError("'" + std::string(name) + "' is none of the tags of " + settings.host);

@@ -126,15 +126,18 @@ class Parser {
   }
 
  private:
-  [[noreturn]] static void Refuse(const std::string& shown, const std::string& reason) {
-    throw UsageError("'" + shown + "': " + reason);
+  [[noreturn]] static void Refuse(const std::string& shown, const std::string& reason,
+                                  const std::string& nearest = {}) {
+    throw UsageError("'" + shown + "': " + reason, nearest);
   }
   [[noreturn]] void Refuse(const std::string& reason) const { Refuse(std::string(text_), reason); }
 
   /// Shows how to write the symbol, with the text's own numbers if it has any.
   [[noreturn]] void RefuseForm(const Symbol& symbol, const std::string& reason) const {
-    Refuse(reason + "; nearest is " + std::string(symbol.name) + "[" + Numbers(symbol) +
-           "] (written " + std::string(symbol.forms) + ")");
+    const std::string nearest = std::string(symbol.name) + "[" + Numbers(symbol) + "]";
+    Refuse(std::string(text_),
+           reason + "; nearest is " + nearest + " (written " + std::string(symbol.forms) + ")",
+           nearest);
   }
 
   // The numbers of the text as they stand in brackets: "3", "1-3", "G2:1".
@@ -265,7 +268,9 @@ class Parser {
     } else if (names.empty()) {
       Refuse(item + " has one value and no fields");
     } else if (const auto near = Nearest(rest_, names)) {
-      Refuse(item + " has no field " + std::string(rest_) + "; nearest is ." + *near);
+      Refuse(std::string(text_),
+             item + " has no field " + std::string(rest_) + "; nearest is ." + *near,
+             item + "." + *near);
     } else {
       Refuse(item + " has no field '" + std::string(rest_) + "'; it has " + Listed(names));
     }

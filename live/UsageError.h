@@ -2,6 +2,8 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "live/live_export.h"
 
@@ -13,6 +15,16 @@ namespace orif::live {
 class ORIF_LIVE_HEADER_TYPE UsageError : public std::invalid_argument {
  public:
   using std::invalid_argument::invalid_argument;
+
+  /// With what is probably meant, which the text names too.
+  UsageError(const std::string& text, std::string nearest)
+      : std::invalid_argument(text), nearest_(std::move(nearest)) {}
+
+  /// What is probably meant, if that can be told: "R[1-3]". Empty otherwise.
+  const std::string& Nearest() const { return nearest_; }
+
+ private:
+  std::string nearest_;
 };
 
 }  // namespace orif::live

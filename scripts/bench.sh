@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds a release tree, runs the benchmarks with the static and with the shared library, and
-# prints each figure beside what it is measured against. An argument chooses how often each is measured (9); the least
-# of these counts, since whatever else the machine does only adds time.
+# prints each figure beside what it is measured against; those of Python follow. An argument chooses how often each is
+# measured (9); the least of these counts, since whatever else the machine does only adds time.
 . "$(dirname "$0")/helpers/common.sh"
 repetitions=${1:-9}
 build=build/run
 
-scripts/install-deps.sh build bench >&2
+scripts/install-deps.sh build bench tool python >&2
 scripts/helpers/configure.sh -DORIF_BUILD_BENCH=ON >/dev/null
 cmake --build $build >&2
+cmake --preset python >/dev/null
+cmake --build --preset python --target orif_python >&2
 
 # No settings and no component of the machine are seen; ratios are of figures of one run of one program.
 export XDG_CONFIG_HOME=$PWD/$build/no-settings ORVEX_COMMLIB='' LC_ALL=C
@@ -89,3 +91,4 @@ awk -F'|' '
 ' $build/static.csv $build/shared.csv <(printf '%s' "$table")
 
 $build/bench/monitors
+PYTHONPATH=build/python /usr/bin/python3 bench/python_bench.py "$repetitions"

@@ -25,12 +25,17 @@ step_tests() { # all tests
   scripts/test.sh
 }
 
+step_python() { # the Python package: types, tests, examples
+  scripts/test-python.sh
+}
+
 step_coverage() { # the library's own tests reach its lines
   scripts/coverage.sh
 }
 
 step_sanitize() { # all tests with the address and undefined-behaviour sanitizers
   scripts/test.sh sanitize
+  scripts/test-python.sh sanitize
 }
 
 step_thread() { # the tests of threads with the thread sanitizer

@@ -10,6 +10,8 @@ declare -A packages=(
   [test]='libgtest-dev libgmock-dev sqlite3 gnuplot-nox'
   [clang]='clang libclang-rt-14-dev'
   [windows]='g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools nsis googletest debootstrap unzip'
+  [python]='pybind11-dev python3-pybind11 python3-dev python3-setuptools python3-wheel python3-pip python3-venv
+    python3-numpy python3-pandas python3-pytest mypy'
   [bench]='libbenchmark-dev libasio-dev'
   [coverage]='gcovr'
   [package]='pkg-config dpkg-dev file'
@@ -26,7 +28,7 @@ for group in "$@"; do
     echo "${0##*/}: there is no group $group, but ${!packages[*]}" >&2
     exit 2
   fi
-  read -ra names <<<"${packages[$group]}"
+  read -d '' -ra names <<<"${packages[$group]}" || true
   wanted+=("${names[@]}")
 done
 scripts/helpers/setup.sh "${wanted[@]}"

@@ -2,7 +2,7 @@
 # Sets up what is missing, builds the Debian package into build/package/, and tries it and a plain installation. Each is
 # put into an empty prefix, and the programs of the pages are built against it from outside the tree, by CMake and by
 # pkg-config: they have to print what the pages say. An installation to /usr/local has to be found by the run-time
-# linker, and a project that contains this one keeps its own packaging.
+# linker, and a project that contains this one keeps its own packaging. The Python package follows.
 . "$(dirname "$0")/helpers/common.sh"
 root=$PWD
 
@@ -168,3 +168,4 @@ grep -q 'CPACK_PACKAGE_FILE_NAME "parent-7.1' "$outside/parent/build/CPackConfig
 cmake --install "$outside/parent/build" --prefix "$outside/parent/installed" >/dev/null
 [ "$(cd "$outside/parent/installed" && find . -type f)" = ./share/parent/CMakeLists.txt ] || fail "a parent installs more"
 ls build/package/*.deb
+scripts/helpers/python-packages.sh

@@ -18,6 +18,7 @@ void FaultInjection::FailNext(std::string_view operation, Failure failure, int t
 void FaultInjection::Stop() {
   orders_.clear();
   delay_ = 0;
+  cut_ = false;
 }
 
 std::int32_t FaultInjection::Delay() const {
@@ -29,7 +30,8 @@ std::int32_t FaultInjection::Delay() const {
 }
 
 bool FaultInjection::LinkIsDown() const {
-  return std::ranges::any_of(drops_, [this](const Schedule& drop) { return drop.IsOn(now_); });
+  return cut_ ||
+         std::ranges::any_of(drops_, [this](const Schedule& drop) { return drop.IsOn(now_); });
 }
 
 std::int64_t FaultInjection::Losses() const {

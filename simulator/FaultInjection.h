@@ -42,8 +42,17 @@ class FaultInjection {
   /// made until it is off.
   void DropLink(const Schedule& schedule) { drops_.push_back(schedule); }
 
-  /// Ends the failures and the delay that were asked for. Schedules go on, and lost connections
-  /// stay lost.
+  /// Takes the link down, as a schedule does, until RestoreLink.
+  void CutLink() {
+    if (!cut_) LoseConnections();
+    cut_ = true;
+  }
+
+  /// Ends CutLink. What was connected connects again.
+  void RestoreLink() { cut_ = false; }
+
+  /// Ends the failures, the delay and the cut that were asked for. Schedules go on, and lost
+  /// connections stay lost.
   void Stop();
 
   /// Sets the time that the schedules follow.
@@ -77,6 +86,7 @@ class FaultInjection {
   std::vector<LateAnswers> delays_;
   std::vector<Schedule> drops_;
   std::int32_t delay_ = 0;
+  bool cut_ = false;
   std::int64_t losses_ = 0;
   Time now_{};
 };

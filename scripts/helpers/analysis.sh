@@ -2,9 +2,10 @@
 # Analyses everything but the tests with clang-tidy, whose configuration is .clang-tidy. The sources of a target are
 # analysed together; the analyzer looks at as many paths of a function as time allows.
 . "$(dirname "$0")/common.sh"
-scripts/install-deps.sh build tool lint windows
+scripts/install-deps.sh build tool python lint windows
 cmake --preset debug -B build/analysis -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 \
-  -DORIF_BUILD_TESTS=OFF >/dev/null
+  -DORIF_BUILD_PYTHON=ON -DORIF_BUILD_TESTS=OFF >/dev/null
+cmake --build build/analysis --target orif_python_members >/dev/null
 
 # Prints what clang-tidy says only when it finds something, since it also counts what it leaves out.
 analyse() {

@@ -368,6 +368,17 @@ TEST_F(Cell, IsMadeToMisbehave) {
   RUN(wrong.FailNext("Disconnect", {-6, "stuck"}));
   RUN(core->Disconnect());
   RUN(Send("CLRALM"));
+  Say("a link that is cut");
+  RUN(wrong.CutLink());
+  RUN(Send("CLRALM"));
+  RUN(core->Connect());
+  RUN(wrong.RestoreLink());
+  RUN(Send("CLRALM"));
+  RUN(core->Connect());
+  RUN(Send("CLRALM"));
+  RUN(wrong.CutLink());
+  RUN(wrong.Stop());
+  RUN(core->Connect());
 }
 
 TEST_F(Cell, HasEveryKindOfSignal) {

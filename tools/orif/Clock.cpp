@@ -1,8 +1,6 @@
 #include "tools/orif/Clock.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "tools/orif/platform/platform.h"
 
@@ -51,20 +49,6 @@ void Clock::SleepUntil(std::chrono::steady_clock::time_point when,
     if ((meanwhile && !meanwhile()) || platform::Interrupted() || Now() >= when) return;
     platform::Sleep(std::min(std::chrono::ceil<Milliseconds>(when - Now()), LongestSleep));
   }
-}
-
-std::string Iso8601(Clock::WallTime time) {
-  const auto day = std::chrono::floor<std::chrono::days>(time);
-  const std::chrono::year_month_day date{day};
-  const std::chrono::hh_mm_ss clock{time - day};
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
-                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
-                static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()),
-                static_cast<int>(clock.subseconds().count()));
-  return text.data();
 }
 
 }  // namespace orif::tool

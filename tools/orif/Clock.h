@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <functional>
-#include <string>
 
 #include "live/Clock.h"
 #include "tools/orif/Cell.h"
@@ -38,8 +37,5 @@ class Clock : public live::Clock {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   Milliseconds cellTime_{0};  // the simulated cell's time
 };
-
-/// "2026-01-01T00:00:00.000Z".
-std::string Iso8601(Clock::WallTime time);
 
 }  // namespace orif::tool

@@ -24,7 +24,7 @@ Poll::Poll(Cell& cell, const std::vector<std::string>& items, const Pace& pace)
 }
 
 std::optional<Link> Poll::Next() {
-  const auto due = turns_.Next(clock_->Now(), !lost_);
+  const auto due = turns_.Next(clock_->Now(), !link_.IsLost());
   if (!start_) start_ = due;
   const auto sinceStart = std::chrono::floor<Pace::Milliseconds>(due - *start_);
   if ((pace_.length && sinceStart >= *pace_.length) || (pace_.count && refreshes_ >= *pace_.count))
@@ -42,13 +42,7 @@ std::optional<Link> Poll::Next() {
   if (onRefresh_) onRefresh_(false);
   took_ = std::chrono::floor<Pace::Milliseconds>(clock_->Now() - began);
   if (first && !pace_.wait) CheckFirstRefresh(controller_, good);
-  const bool wasLost = std::exchange(lost_, !good);
-  if (!good) {
-    if (!wasLost && read_) ++gaps_;
-    return wasLost || !read_ ? Link::StillLost : Link::Lost;
-  }
-  const bool back = std::exchange(read_, true) && wasLost;
-  return back ? Link::Back : Link::Up;
+  return link_.Next(good);
 }
 
 }  // namespace orif::tool

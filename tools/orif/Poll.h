@@ -55,23 +55,21 @@ class Poll {
   /// How many refreshes were skipped.
   std::int64_t Skipped() const { return turns_.Skipped(); }
   /// How often the link was lost.
-  std::int64_t Gaps() const { return gaps_; }
+  std::int64_t Gaps() const { return link_.Gaps(); }
 
  private:
   std::shared_ptr<Clock> clock_;
   Controller controller_;
   Pace pace_;
   live::Turns turns_;
+  LinkStates link_;
   std::optional<std::chrono::steady_clock::time_point> start_;
   Pace::Milliseconds began_{};
   Pace::Milliseconds took_{};
   Clock::WallTime wall_;
   std::int64_t refreshes_ = 0;
-  std::int64_t gaps_ = 0;
   std::function<bool()> meanwhile_;
   std::function<void(bool)> onRefresh_;
-  bool read_ = false;  // whether there have been values
-  bool lost_ = false;
 };
 
 }  // namespace orif::tool

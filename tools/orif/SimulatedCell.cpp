@@ -1,5 +1,8 @@
 #include "tools/orif/SimulatedCell.h"
 
+#include <map>
+#include <string_view>
+
 #include "simulator/Demo.h"
 #include "simulator/scenario/Scenario.h"
 #include "tools/orif/recording/Playback.h"
@@ -12,6 +15,17 @@ bool IsRecording(const std::string& name) {
 }
 
 }  // namespace
+
+SimulatedSignal SignalOf(const live::Name& name) {
+  using enum sim::SignalKind;
+  constexpr std::int32_t SecondBlock = 11000;
+  static const std::map<std::string_view, sim::SignalKind> kinds{
+      {"DI", SDI}, {"DO", SDO}, {"RI", RDI}, {"RO", RDO}, {"UI", UI},
+      {"UO", UO},  {"SI", SI},  {"SO", SO},  {"GI", GI},  {"GO", GO}};
+  const sim::SignalKind kind = kinds.at(name.symbol->name);
+  if (kind == SDO && name.first > SecondBlock) return {SDOEx, name.first - SecondBlock};
+  return {kind, name.first};
+}
 
 bool IsCellFile(const std::string& name) { return name.ends_with(".json") || IsRecording(name); }
 

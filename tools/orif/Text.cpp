@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdio>
 
 namespace orif::tool {
 namespace {
@@ -126,6 +128,15 @@ std::string Shortened(const std::string& text) {
 std::string RealText(float value) { return Value(value).Text(); }
 
 double Widened(float value) {
+  // Most values have few decimals. The rounded one is right if it gives the same real; a greater
+  // number of digits is beyond what 32 bits tell apart.
+  constexpr double MostDigits = 1 << 22;
+  constexpr double Rounding = 0x1.8p52;  // adding it leaves no bits behind the point
+  for (const double decimals : {1.0, 10.0, 100.0, 1000.0}) {
+    const double digits = (value * decimals + Rounding) - Rounding;
+    if (!(std::abs(digits) < MostDigits)) break;
+    if (static_cast<float>(digits / decimals) == value) return digits / decimals;
+  }
   const std::string text = RealText(value);
   double wide = 0;
   std::from_chars(text.data(), text.data() + text.size(), wide);
@@ -169,6 +180,20 @@ std::string TaskStateText(const Value& value) {
     return "state " + TableText(value);
   }
   return States[static_cast<std::size_t>(*state)];
+}
+
+std::string Iso8601(std::chrono::sys_time<std::chrono::milliseconds> time) {
+  const auto day = std::chrono::floor<std::chrono::days>(time);
+  const std::chrono::year_month_day date{day};
+  const std::chrono::hh_mm_ss clock{time - day};
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()),
+                static_cast<int>(clock.subseconds().count()));
+  return text.data();
 }
 
 std::string CsvText(const Value& value) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <charconv>
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -69,6 +70,9 @@ std::optional<T> ParsedNumber(std::string_view text) {
 
 /// "1 row", "2 rows".
 std::string Counted(std::int64_t count, std::string_view word);
+
+/// "2026-01-01T00:00:00.000Z".
+std::string Iso8601(std::chrono::sys_time<std::chrono::milliseconds> time);
 
 /// For a CSV field: bits are 1 and 0, no value is an empty text.
 std::string CsvText(const Value& value);

@@ -58,7 +58,8 @@ void Record(const RecordOptions& options) {
   Cell cell(options.connection);
   Poll poll(cell, options.items, options.pace);
   Recorder recorder(options.target, ColumnsOf(poll.Values()),
-                    {cell.Host(), Joined(options.items, " "), options.pace.every});
+                    {cell.Host(), Joined(options.items, " "), options.pace.every},
+                    [](const std::string& line) { Tell("orif: " + line); });
   std::vector<Value> values;
   {
     Progress progress;

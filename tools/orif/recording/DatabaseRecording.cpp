@@ -7,7 +7,6 @@
 #include <string>
 #include <variant>
 
-#include "tools/orif/Clock.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/Sqlite.h"
 

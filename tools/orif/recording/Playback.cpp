@@ -18,6 +18,7 @@
 #include "simulator/Demo.h"
 #include "simulator/Words.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/SimulatedCell.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/Recording.h"
 #include "tools/orif/recording/RecordingFile.h"
@@ -214,26 +215,12 @@ PlayedItem::Put PutEntry(const PlayedItem& item, const std::array<EntryField<Ent
 
 // Signals.
 
-sim::SignalKind SignalOf(std::string_view symbol) {
-  using enum sim::SignalKind;
-  static const std::map<std::string_view, sim::SignalKind> kinds{
-      {"DI", SDI}, {"DO", SDO}, {"RI", RDI}, {"RO", RDO}, {"UI", UI},
-      {"UO", UO},  {"SI", SI},  {"SO", SO},  {"GI", GI},  {"GO", GO}};
-  return kinds.at(symbol);
-}
-
 PlayedItem::Put PutSignal(const live::Name& what) {
-  constexpr std::int32_t SecondBlock = 11000;
-  sim::SignalKind kind = SignalOf(what.symbol->name);
-  std::int32_t number = what.first;
-  if (kind == sim::SignalKind::SDO && number > SecondBlock) {
-    kind = sim::SignalKind::SDOEx;
-    number -= SecondBlock;
-  }
-  return [=](Controller& robot, Fields values) {
+  return [signal = SignalOf(what)](Controller& robot, Fields values) {
     if (values[0].empty()) return;
-    robot.Signal(kind, number) =
-        sim::IsGroup(kind) ? Whole<std::int32_t>(values[0]) : Whole<std::int32_t>(values[0], 0, 1);
+    robot.Signal(signal.kind, signal.number) = sim::IsGroup(signal.kind)
+                                                   ? Whole<std::int32_t>(values[0])
+                                                   : Whole<std::int32_t>(values[0], 0, 1);
   };
 }
 

@@ -7,13 +7,11 @@
 #include <system_error>
 #include <utility>
 
-#include "tools/orif/Clock.h"
 #include "tools/orif/Draft.h"
 #include "tools/orif/Error.h"
 #include "tools/orif/NameBeside.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/DatabaseRecording.h"
-#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -100,10 +98,11 @@ void CheckRecordingTarget(const RecordingTarget& target) {
     RefuseExisting(target.out);
 }
 
-Recorder::Recorder(RecordingTarget target, std::vector<Column> columns, RunInfo run)
+Recorder::Recorder(RecordingTarget target, std::vector<Column> columns, RunInfo run, Tell tell)
     : target_(std::move(target)),
       columns_(std::move(columns)),
       run_(std::move(run)),
+      tell_(std::move(tell)),
       path_(target_.out) {
   if (IsDatabase(target_.out) && columns_.size() > MostDatabaseColumns)
     RefuseToRecord(std::to_string(columns_.size()) + " columns are more than a database holds (" +
@@ -213,8 +212,7 @@ void Recorder::Replace() {
 /// The time goes on as the clock says; what was missed while nothing recorded is a gap.
 void Recorder::GoOn(RecordedRow& row) {
   const EarlierRows& earlier = file_->Earlier();
-  if (earlier.cutOff)
-    Tell("orif: " + path_.string() + " ended with an incomplete line, which is cut off");
+  if (earlier.cutOff) tell_(path_.string() + " ended with an incomplete line, which is cut off");
   if (earlier.count == 0) return;
   rowsInFile_ = earlier.count;
   const auto lastTime = TimeIn(earlier.lastTime);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,8 +33,11 @@ void CheckRecordingTarget(const RecordingTarget& target);
 
 class Recorder {
  public:
+  /// Hears what the user should know although it is no mistake.
+  using Tell = std::function<void(const std::string& line)>;
+
   /// Touches no file before the first row.
-  Recorder(RecordingTarget target, std::vector<Column> columns, RunInfo run);
+  Recorder(RecordingTarget target, std::vector<Column> columns, RunInfo run, Tell tell);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
   ~Recorder();
@@ -61,6 +65,7 @@ class Recorder {
   RecordingTarget target_;
   std::vector<Column> columns_;
   RunInfo run_;
+  Tell tell_;
   std::filesystem::path path_;                    // of the last file
   std::unique_ptr<platform::AppendedFile> lock_;  // the same; closed after it
   std::unique_ptr<RecordingFile> file_;

@@ -9,7 +9,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "tools/orif/Clock.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/recording/CsvRows.h"
 #include "tools/orif/terminal/Tell.h"

@@ -1,0 +1,146 @@
+// What the parts of the everyday level share: a controller as Python has it, the simulated cell
+// behind it, and the failures that Python's exceptions are made of.
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "live/Clock.h"
+#include "live/Controller.h"
+#include "python/native/Interpreter.h"
+#include "simulator/Network.h"
+#include "tools/orif/Link.h"
+
+namespace orif::python {
+
+namespace py = pybind11;
+
+using live::Milliseconds;
+
+/// A simulated cell. Its time passes with the clock, or the owner lets it pass.
+class SimulatedCell {
+ public:
+  SimulatedCell(sim::Network network, std::vector<std::string> hosts, bool realTime)
+      : network_(std::move(network)), hosts_(std::move(hosts)), realTime_(realTime) {}
+
+  sim::Network& Network() { return network_; }
+  std::vector<std::string>& Hosts() { return hosts_; }
+  bool IsRealTime() const { return realTime_; }
+
+  /// Lets as much time pass as has passed since the cell was made, if it does so by itself. On any
+  /// thread.
+  void Follow();
+
+ private:
+  sim::Network network_;
+  std::vector<std::string> hosts_;
+  bool realTime_;
+  std::mutex mutex_;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  Milliseconds passed_{0};
+};
+
+/// The lock of a controller, which is waited for without the interpreter. A signal ends
+/// the wait. Its holder may take it again, since making objects of Python can run any code.
+class CellLock {
+ public:
+  class Held {
+   public:
+    /// Throws py::error_already_set for a signal that raises.
+    explicit Held(CellLock& lock);
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    ~Held() { lock_.mutex_.unlock(); }
+
+   private:
+    CellLock& lock_;
+  };
+
+ private:
+  std::recursive_timed_mutex mutex_;
+};
+
+/// What items with several values are in Python.
+struct Composite {
+  const char* kind;                ///< a class in orif._values
+  std::string name;                ///< of the item
+  std::vector<std::size_t> tags;   ///< of its fields
+  std::vector<std::size_t> slots;  ///< where in the object each belongs
+};
+
+/// A live::Controller with its lock. All but `controller` never changes.
+struct Cell {
+  Cell(live::Settings settings, std::shared_ptr<SimulatedCell> simulation);
+  Cell(const Cell&) = delete;
+  Cell& operator=(const Cell&) = delete;
+  ~Cell();
+
+  /// The place that `name` has in `places`, or one under which it is known from now on. Throws a
+  /// live::UsageError.
+  Py_ssize_t Find(PyObject* name);
+
+  void Follow() const {
+    if (simulation != nullptr) simulation->Follow();
+  }
+
+  std::shared_ptr<SimulatedCell> simulation;
+  std::unique_ptr<live::Controller> controller;
+  CellLock lock;
+  py::list names;                     // of all tags
+  py::dict places;                    // of names: a tag's index, or -1 - that of a composite
+  std::vector<Composite> composites;  // items with several values
+};
+
+/// The pace of a watch or a recording, and what its refreshes tell of the link.
+class Pacer {
+ public:
+  explicit Pacer(Milliseconds every) : turns_(every) {}
+
+  /// How long until the turn that is due next, in seconds. Asking again does not change it.
+  double Wait();
+  /// The turn is taken.
+  void Take() { due_.reset(); }
+  /// When the turn is due, since the first one.
+  Milliseconds SinceStart() const;
+  std::int64_t Skipped() const { return turns_.Skipped(); }
+
+  tool::LinkStates link;
+
+ private:
+  live::Turns turns_;
+  std::optional<live::Turns::Time> start_;
+  std::optional<live::Turns::Time> due_;
+};
+
+/// The value in Python. A new reference, or null with an exception set.
+PyObject* NewValue(const live::Value& value);
+
+/// Date and time in UTC; None for the epoch.
+py::object ToPython(live::Time time);
+
+/// A Reason of Python, for one of the library.
+py::object ToPython(const live::Reason& reason);
+
+/// The exception, not raised, that tells a reason: NotConnected, or Refused while the link is up.
+py::object Failure(live::Link link, const live::Reason& reason);
+
+/// The time in whole milliseconds; throws a live::UsageError unless it is at least 1 ms, and at
+/// most the longest period.
+Milliseconds PeriodOf(double seconds);
+
+/// A class or function of the package's own Python modules.
+py::object FromPackage(const char* module, const char* name);
+
+/// Recordings.
+void BindRecordings(py::module_& module);
+
+}  // namespace orif::python
