@@ -226,7 +226,8 @@ class Parser {
     }
     if (name_.last < name_.first) {
       std::swap(name_.first, name_.last);
-      Refuse("the range runs backwards; write " + name_.Canonical());
+      const std::string nearest = name_.Canonical();
+      Refuse(std::string(text_), "the range runs backwards; write " + nearest, nearest);
     }
   }
 

@@ -441,7 +441,11 @@ PyObject* NewValue(const live::Value& value) {
 }
 
 py::object ToPython(live::Time time) {
-  using namespace std::chrono;
+  using std::chrono::days;
+  using std::chrono::floor;
+  using std::chrono::hh_mm_ss;
+  using std::chrono::microseconds;
+  using std::chrono::year_month_day;
   if (time == live::Time()) return py::none();
   const auto day = floor<days>(time);
   const year_month_day date{day};
@@ -480,6 +484,7 @@ void BindLive(py::module_& module) {
   PyDateTime_IMPORT;
   if (PyDateTimeAPI == nullptr) throw py::error_already_set();
   classes = new PackageClasses;
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): the type that is asked for
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);

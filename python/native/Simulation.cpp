@@ -106,6 +106,7 @@ class Robot {
 
   void SetTasks(const std::vector<TaskEntry>& entries) {
     std::vector<sim::Task> tasks;
+    tasks.reserve(entries.size());
     for (const auto& [program, line, state, parent] : entries) {
       tasks.push_back({.program = program, .line = line, .state = state, .parentProgram = parent});
     }
@@ -132,6 +133,7 @@ class Robot {
 
   void SetAlarms(const std::string& list, const std::vector<AlarmEntry>& entries) {
     std::vector<sim::Alarm> alarms;
+    alarms.reserve(entries.size());
     for (const auto& [time, id, number, severity, severityText, message, causeId, causeNumber,
                       cause] : entries) {
       alarms.push_back({.id = id,

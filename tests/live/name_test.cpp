@@ -53,6 +53,21 @@ GI[9].comment -> GI[9].comment  first GI[9], type 0, group 1, 1 of 1
 )");
 }
 
+TEST_F(Names, TellTheNearestOneByItselfToo) {
+  const auto nearest = [](const char* text) -> std::string {
+    try {
+      return "none, it is one: " + ParseName(text).text;
+    } catch (const UsageError& error) {
+      return error.Nearest();
+    }
+  };
+  EXPECT_EQ(nearest("R[1..3]"), "R[1-3]");
+  EXPECT_EQ(nearest("RR[3]"), "R[3]");
+  EXPECT_EQ(nearest("PR[2].config_"), "PR[2].config");
+  EXPECT_EQ(nearest("PR[G2:7-2]"), "PR[G2:2-7]");
+  EXPECT_EQ(nearest("XQZW[2]"), "");
+}
+
 TEST_F(Names, AreRefusedWithTheNearestRightForm) {
   Parse({"",
          "R",
