@@ -8,6 +8,7 @@
 
 #include "automation/Arguments.h"
 #include "automation/Object.h"
+#include "orif/lowerlayer/Automation.h"
 
 namespace orif::automation {
 
@@ -75,6 +76,11 @@ template <class R>
 Value Answer(Object& self, R result) {
   if constexpr (std::is_same_v<R, ORIF_DATA_TYPE>) {
     return From(static_cast<std::int32_t>(result));
+  } else if constexpr (std::is_same_v<R, std::shared_ptr<Dispatch>>) {
+    Value value;
+    value.pdispVal = OfferAutomation(std::move(result));
+    value.vt = VT_DISPATCH;
+    return value;
   } else if constexpr (requires { self.ItsUnit().ObjectFor(result); }) {
     Value value;
     Object* const object = self.ItsUnit().ObjectFor(result);

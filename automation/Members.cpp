@@ -2,7 +2,6 @@
 // the type library gives them. Those from 101 on are for hosts without arguments by reference; what
 // they do is here too.
 #include "automation/Member.h"
-#include "orif/lowerlayer/Automation.h"
 
 extern "C" {
 extern const IID IID_Core;
@@ -33,13 +32,6 @@ Value ListOf(const T&... values) {
 }
 
 // Of Core.
-
-Value LowerObject(Core& core) {
-  Value object;
-  object.pdispVal = OfferAutomation(core.GetLib());
-  object.vt = VT_DISPATCH;
-  return object;
-}
 
 template <auto Read, class T>
 Value States(Core& core, std::int32_t Index, std::int32_t Count) {
@@ -161,7 +153,7 @@ static const Member CoreMembers[] = {
     OfCore::Get<&Core::IsConnected>(11, L"IsConnected"),
     OfCore::Get<&Core::ConnectState>(12, L"ConnectState"),
     OfCore::Method<&Core::GetTypeName>(13, L"GetTypeName"),
-    OfCore::Method<&LowerObject>(14, L"GetLib"),
+    OfCore::Method<&Core::GetLib>(14, L"GetLib"),
     OfCore::Method<&Core::ReadSDO>(15, L"ReadSDO"),
     OfCore::Method<&Core::WriteSDO>(16, L"WriteSDO"),
     OfCore::Method<&Core::ReadSDI>(17, L"ReadSDI"),

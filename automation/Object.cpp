@@ -32,6 +32,7 @@ bool NamesBefore(const Member* left, const Member* right) {
 class Given {
  public:
   Given(const DISPPARAMS& parameters, const Member& member) {
+    if (parameters.cArgs > member.parameters) throw Refusal{DISP_E_BADPARAMCOUNT};
     for (UINT i = 0; i < parameters.cArgs; ++i) {
       const std::size_t place = Place(parameters, i, member);
       if (places_[place] != nullptr) throw Refusal{DISP_E_PARAMNOTFOUND};
@@ -42,6 +43,9 @@ class Given {
       const bool isOptional = place >= member.parameters - member.optional;
       VARIANT*& argument = places_[place];
       if (argument == nullptr && !isOptional) throw Refusal{DISP_E_BADPARAMCOUNT};
+      if (argument != nullptr && !isOptional && IsMissing(*argument)) {
+        throw Refusal{DISP_E_PARAMNOTOPTIONAL, numbers_[place]};
+      }
       if (argument == nullptr || (isOptional && IsLeftOut(*argument))) argument = &zero_;
     }
   }
@@ -56,11 +60,7 @@ class Given {
 
  private:
   static std::size_t Place(const DISPPARAMS& parameters, UINT i, const Member& member) {
-    if (i >= parameters.cNamedArgs) {
-      const std::size_t place = parameters.cArgs - 1 - i;
-      if (place >= member.parameters) throw Refusal{DISP_E_BADPARAMCOUNT};
-      return place;
-    }
+    if (i >= parameters.cNamedArgs) return parameters.cArgs - 1 - i;
     const DISPID name = parameters.rgdispidNamedArgs[i];
     if (name == DISPID_PROPERTYPUT && member.kind == DISPATCH_PROPERTYPUT) {
       return member.parameters - 1;
@@ -71,9 +71,12 @@ class Given {
     return static_cast<std::size_t>(name);
   }
 
+  static bool IsMissing(const VARIANT& value) {
+    return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
+  }
   static bool IsLeftOut(VARIANT& argument) {
     const VARIANT& value = Follow(argument);
-    return value.vt == VT_EMPTY || (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND);
+    return value.vt == VT_EMPTY || IsMissing(value);
   }
 
   std::array<VARIANT*, MostParameters> places_{};

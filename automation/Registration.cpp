@@ -49,8 +49,9 @@ std::array<const Class*, 12> AllClasses() {
 }
 
 void Write(HKEY root, const Key& key, const Key& value, const wchar_t* name = nullptr) {
-  const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-  if (RegSetKeyValueW(root, key.c_str(), name, REG_SZ, value.c_str(), bytes) != ERROR_SUCCESS) {
+  const std::size_t bytes = (value.size() + 1) * sizeof(wchar_t);
+  if (RegSetKeyValueW(root, key.c_str(), name, REG_SZ, value.c_str(), static_cast<DWORD>(bytes)) !=
+      ERROR_SUCCESS) {
     throw Refusal{SELFREG_E_CLASS};
   }
 }

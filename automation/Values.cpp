@@ -45,9 +45,6 @@ std::size_t Size(VARTYPE type) {
 
 Value Convert(VARIANT& given, VARTYPE type) {
   VARIANT& value = Follow(given);
-  if (value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND) {
-    throw Refusal{DISP_E_PARAMNOTOPTIONAL};
-  }
   Value converted;
   Demand(VariantChangeTypeEx(&converted, &value, AnyPlace, VARIANT_NOUSEROVERRIDE, type));
   return converted;

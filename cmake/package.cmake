@@ -18,7 +18,10 @@ if(TARGET orif_scenario)
   install(FILES simulator/scenario/scenario.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/orif)
   set(scenario_pc orif-scenario)
 endif()
-install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory})
+install(TARGETS OrvexCommLibSimulator LIBRARY DESTINATION ${component_directory} COMPONENT programs)
+if(TARGET OrifAutomation)
+  install(TARGETS OrifAutomation LIBRARY DESTINATION ${component_directory} COMPONENT programs)
+endif()
 
 install(EXPORT orifTargets NAMESPACE orif:: DESTINATION ${cmake_files})
 configure_package_config_file(cmake/orifConfig.cmake.in orifConfig.cmake
@@ -43,6 +46,10 @@ file(GLOB programs CONFIGURE_DEPENDS examples/*.cpp)
 install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 install(FILES ${pictures} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs/images)
 install(FILES ${programs} examples/orif-record.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+if(WIN32)
+  file(GLOB scripts CONFIGURE_DEPENDS examples/automation/*)
+  install(FILES ${scripts} DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/automation)
+endif()
 
 # A scenario names the schema by the way there, which is another one from where it is installed.
 file(RELATIVE_PATH schema
@@ -81,7 +88,22 @@ command-line tool orif.")
 set(CPACK_STRIP_FILES ON)
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
-  set(CPACK_PACKAGE_FILE_NAME orif-${PROJECT_VERSION}-windows-x86_64)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(processor i686)
+  else()
+    set(processor x86_64)
+  endif()
+  set(CPACK_PACKAGE_FILE_NAME orif-${PROJECT_VERSION}-windows-${processor})
+  set(ORIF_32BIT_BUILD "" CACHE PATH
+    "A build for 32-bit Windows, whose tool and components the packages get too; with it there is an installer")
+  if(ORIF_32BIT_BUILD AND TARGET OrifAutomation)
+    list(APPEND CPACK_GENERATOR NSIS)  # NSIS.template.in
+    set(CPACK_PACKAGE_VENDOR orif)
+    set(CPACK_MONOLITHIC_INSTALL ON)
+    set(CPACK_INSTALL_CMAKE_PROJECTS
+      ${PROJECT_BINARY_DIR} orif ALL /
+      ${ORIF_32BIT_BUILD} orif programs /x86)
+  endif()
 else()
   set(CPACK_GENERATOR DEB)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

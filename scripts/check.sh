@@ -42,7 +42,7 @@ step_thread() { # the tests of threads with the thread sanitizer
   scripts/test.sh thread
 }
 
-step_windows() { # tests, demo and tool for Windows, under Wine
+step_windows() { # tests, demo and tool for Windows of both widths, under Wine
   scripts/test-windows.sh
 }
 

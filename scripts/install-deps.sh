@@ -9,7 +9,7 @@ declare -A packages=(
   [tool]='libcli11-dev nlohmann-json3-dev libsqlite3-dev libasio-dev'
   [test]='libgtest-dev libgmock-dev sqlite3 gnuplot-nox'
   [clang]='clang libclang-rt-14-dev'
-  [windows]='g++-mingw-w64-x86-64-posix googletest wine wine64 unzip'
+  [windows]='g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools nsis googletest debootstrap unzip'
   [python]='pybind11-dev python3-pybind11 python3-dev python3-setuptools python3-wheel python3-pip python3-venv
     python3-numpy python3-pandas python3-pytest mypy'
   [bench]='libbenchmark-dev libasio-dev'

@@ -132,12 +132,15 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
 done
 unset LD_LIBRARY_PATH
 
-# A real installation, in a view of the file system that this process has to itself.
+# A real installation, in a view of the file system that this process has to itself. The rest of /usr cannot be written:
+# ldconfig removes links from its directories that lead nowhere, and those that lead through /etc do so here.
 install_really() {
   set -euo pipefail
   mkdir "$outside"/{usr-local,etc,aux}
   cp -r /etc/ld.so.conf /etc/ld.so.conf.d "$outside/etc"
   mount --bind "$outside/etc" /etc
+  mount --bind /usr /usr
+  mount -o remount,bind,ro /usr
   mount --bind "$outside/usr-local" /usr/local
   [ ! -d /var/cache/ldconfig ] || mount --bind "$outside/aux" /var/cache/ldconfig
   ! "$outside/by-pkg-config" >/dev/null 2>&1 || fail "the library is there before it is installed"

@@ -1,5 +1,6 @@
 #include "orif/lowerlayer/Component.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -10,6 +11,11 @@
 
 namespace orif {
 namespace {
+
+// The layout that docs/lower-layer.md promises to components of other compilers.
+static_assert(sizeof(OrvexValue) == 16 && offsetof(OrvexValue, as) == 8);
+static_assert(sizeof(OrvexCommLib) == 5 * sizeof(void*) &&
+              offsetof(OrvexCommLib, create) == sizeof(void*));
 
 // The text of the component for what went wrong.
 std::string Description(const OrvexValue& fault) {

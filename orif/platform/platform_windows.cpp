@@ -196,7 +196,7 @@ void* LoadModule(const std::string& path) {
 }
 
 void* ModuleSymbol(void* module, const char* name) {
-  const FARPROC symbol = GetProcAddress(static_cast<HMODULE>(module), name);
+  FARPROC symbol = GetProcAddress(static_cast<HMODULE>(module), name);
   if (symbol == nullptr) throw Fault(std::string(name) + ": " + SystemError());
   return reinterpret_cast<void*>(symbol);
 }

@@ -4,7 +4,7 @@ import array
 
 import orif
 
-core = orif.Core(simulation=True)  # a robot: orif.Core(), with its component installed
+core = orif.Core(simulate=True)  # a robot: orif.Core(), with its component installed
 if not core.Connect("demo"):
     raise SystemExit(core.DebugMessage())
 

@@ -70,9 +70,9 @@ void Dealloc(PyObject* self) {
   Py_DECREF(type);
 }
 
-// Core(component=None, *, simulation=None)
+// Core(component=None, *, simulate=None)
 PyObject* NewCore(PyTypeObject* type, PyObject* arguments, PyObject* keywords) try {
-  static const char* names[] = {"component", "simulation", nullptr};
+  static const char* names[] = {"component", "simulate", nullptr};
   PyObject* component = Py_None;
   PyObject* simulation = Py_None;
   if (PyArg_ParseTupleAndKeywords(arguments, keywords, "|O$O:Core", const_cast<char**>(names),
@@ -109,7 +109,7 @@ constexpr const char* CoreText =
     "\n\nWithout arguments it uses the lower communication component that the environment "
     "variable\n"
     "ORVEX_COMMLIB names, else the installed one. `component` names another: the path of a shared\n"
-    "object, or on Windows also a registered class. `simulation` is a simulated cell, or True for\n"
+    "object, or on Windows also a registered class. `simulate` is a simulated cell, or True for\n"
     "the demonstration cell, whose controller has the host name \"demo\".";
 
 // What inspect reads the parameters from stands before the documentation.
@@ -143,7 +143,7 @@ void MakeClass(const ClassRow& row, py::module_& module) {
   static PyMemberDef weakReferences[] = {
       {"__weaklistoffset__", T_PYSSIZET, offsetof(Object, weakReferences), READONLY, nullptr}, {}};
   std::string text = Describe(row.name, "").text;
-  if (isCore) text = "Core(component=None, *, simulation=None)\n--\n\n" + text + CoreText;
+  if (isCore) text = "Core(component=None, *, simulate=None)\n--\n\n" + text + CoreText;
   std::vector<PyType_Slot> slots{
       {Py_tp_doc, const_cast<char*>(keep(std::move(text)))},
       {Py_tp_methods, made->methods.data()},

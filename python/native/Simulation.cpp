@@ -470,7 +470,7 @@ DispatchFactory SimulationFactory(py::handle simulation) {
     path = py::module_::import("os").attr("fspath")(simulation);
   } catch (const py::error_already_set& error) {
     if (!error.matches(PyExc_TypeError)) throw;
-    throw py::type_error("simulation must be True, a SimulatedCell or the path of a file");
+    throw py::type_error("simulate must be True, a SimulatedCell or the path of a file");
   }
   return LoadCell(path.cast<std::string>(), false)->Network().Factory();
 }

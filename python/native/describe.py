@@ -316,7 +316,7 @@ def write_stub(classes: list[Class], kinds: list[Kind]) -> str:
         if one.name == "Core":
             lines += [
                 "    def __new__(",
-                "        cls, component: str | bytes | None = None, *, simulation: object = None",
+                "        cls, component: str | bytes | None = None, *, simulate: object = None",
                 "    ) -> Core: ...",
             ]
         for name, members in one.members.items():

@@ -20,7 +20,7 @@ ADDED = {"DataNumReg": {"GetValues"}}
 
 @pytest.fixture
 def core():
-    core = orif.Core(simulation=True)
+    core = orif.Core(simulate=True)
     assert core.Connect("demo")
     return core
 
@@ -62,7 +62,7 @@ def test_every_member_is_documented_in_terms_of_python():
         for text in [one.__doc__] + [getattr(one, m).__doc__ for m in public(one)]:
             assert text and not re.search(r"::|\bfalse\b|\btrue\b|empty reference|std\b", text), text
     assert str(inspect.signature(orif.Core.ClearAlarm)) == "(self, /, vlngType=0)"
-    assert str(inspect.signature(orif.Core)) == "(component=None, *, simulation=None)"
+    assert str(inspect.signature(orif.Core)) == "(component=None, *, simulate=None)"
     assert "mm" in orif.DataPosReg.GetValue.__doc__
 
 
@@ -119,7 +119,7 @@ def test_positions(core, table):
 
 
 def test_representations(core, table):
-    assert repr(orif.Core(simulation=True)) == "<orif.Core not connected>"
+    assert repr(orif.Core(simulate=True)) == "<orif.Core not connected>"
     assert repr(core) == "<orif.Core connected>"
     item = table.AddNumReg(orif.NUMREG_REAL, 3, 8)
     assert repr(item) == "<orif.DataNumReg NUMREG_REAL 3 to 8, valid>"
@@ -143,8 +143,8 @@ def test_representations(core, table):
         ("item.SetValuesInt(1, [1.5], 1)", "argument 'Value': must be int, not float"),
         ("core.Connect(b'demo', 1)", "Connect() takes 1 argument, not 2"),
         ("core.Connect(1)", "Connect() argument 'HostName': must be str, not int"),
-        ("orif.Core('a', simulation=True)", "a component or a simulation, not both"),
-        ("orif.Core(simulation=object())", "simulation must be"),
+        ("orif.Core('a', simulate=True)", "a component or a simulation, not both"),
+        ("orif.Core(simulate=object())", "simulate must be"),
         ("orif.DataNumReg()", "cannot create 'orif.DataNumReg' instances"),
         ("orif.DataTable.Refresh(item)", "descriptor 'Refresh'"),
     ],
@@ -271,7 +271,7 @@ def check_without_core(objects):
 
 @pytest.mark.parametrize("order", itertools.permutations(("core", "table", "item", "lower")))
 def test_objects_end_in_any_order(order):
-    core = orif.Core(simulation=True)
+    core = orif.Core(simulate=True)
     core.Connect("demo")
     table = core.DataTable()
     objects = {
@@ -296,7 +296,7 @@ def test_a_class_can_be_derived_and_be_part_of_a_circle():
             self.table = self.DataTable()
             self.me = self
 
-    cell = Cell(simulation=True)
+    cell = Cell(simulate=True)
     seen = weakref.ref(cell)
     table = cell.table
     del cell
@@ -306,7 +306,7 @@ def test_a_class_can_be_derived_and_be_part_of_a_circle():
 
 def test_ten_thousand_lives_add_no_memory():
     def live():
-        core = orif.Core(simulation=True)
+        core = orif.Core(simulate=True)
         core.Connect("demo")
         table = core.DataTable()
         item = table.AddNumReg(orif.NUMREG_INT, 1, 50)

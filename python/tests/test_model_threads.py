@@ -72,7 +72,7 @@ def test_other_threads_run_while_a_call_waits_and_the_unit_waits_for_it(served):
     refreshing = in_thread(call, table.Refresh)
     wait_until_used(table)
     reading = in_thread(call, item.GetValue, 1)
-    other = orif.Core(simulation=True)  # another unit waits for nobody
+    other = orif.Core(simulate=True)  # another unit waits for nobody
     assert other.Connect("demo") and other.DataTable().Count() == 0
     assert not ended
     served.thaw()
@@ -121,7 +121,7 @@ def test_ctrl_c_ends_the_wait_for_another_thread(served):
 
 
 def test_threads_that_use_and_drop_one_unit_at_once():
-    core = orif.Core(simulation=True)
+    core = orif.Core(simulate=True)
     core.Connect("demo")
     table = core.DataTable()
     item = table.AddNumReg(orif.NUMREG_INT, 1, 10)
@@ -159,14 +159,14 @@ def test_threads_that_use_and_drop_one_unit_at_once():
         "import time; time.sleep(0.05)",
         "import os, signal\n"
         "if os.fork() == 0:\n"
-        "    os._exit(0 if orif.Core(simulation=True).Connect('demo') else 1)\n"
+        "    os._exit(0 if orif.Core(simulate=True).Connect('demo') else 1)\n"
         "assert os.wait()[1] == 0",
     ],
 )
 def test_the_interpreter_ends_quietly(program):
     setup = (
         "import orif\n"
-        "core = orif.Core(simulation=True); core.Connect('demo')\n"
+        "core = orif.Core(simulate=True); core.Connect('demo')\n"
         "table = core.DataTable(); item = table.AddNumReg(orif.NUMREG_INT, 1, 10); table.Refresh()\n"
     )
     for _ in range(3):

@@ -25,9 +25,11 @@ analyzer=(-p build/analysis --extra-arg=-Wno-unknown-warning-option
 sed -n 's/^ *"file": "\(.*\)",*$/\1/p' build/analysis/compile_commands.json |
   each "${analyzer[@]}"
 
-# What is for Windows alone, with the headers of its compiler.
-mingw=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
-git ls-files 'orif/*_windows.cpp' 'live/*_windows.cpp' 'tools/*_windows.cpp' '*/Automation*.cpp' simulator/automation/Server.cpp |
-  each -- --target=x86_64-w64-mingw32 -std=c++20 \
-    -DWIN32_LEAN_AND_MEAN -DNOMINMAX -DORIF_STATIC_DEFINE -I. -Ibuild/analysis/generated -isystem "$mingw" \
-    -isystem "$mingw/x86_64-w64-mingw32" -isystem /usr/x86_64-w64-mingw32/include
+# What is for Windows alone, in each width and with the headers of its compiler.
+for processor in x86_64 i686; do
+  mingw=$($processor-w64-mingw32-g++-posix -print-file-name=include/c++)
+  git ls-files 'orif/*_windows.cpp' 'live/*_windows.cpp' 'tools/*_windows.cpp' 'orif/lowerlayer/Automation*.cpp' 'automation/*.cpp' simulator/automation/Server.cpp |
+    each -- --target=$processor-w64-mingw32 -std=c++20 \
+      -DWIN32_LEAN_AND_MEAN -DNOMINMAX -DORIF_STATIC_DEFINE -I. -Ibuild/analysis/generated -isystem "$mingw" \
+      -isystem "$mingw/$processor-w64-mingw32" -isystem /usr/$processor-w64-mingw32/include
+done

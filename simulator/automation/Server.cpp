@@ -12,8 +12,8 @@
 #include <memory>
 #include <string>
 
-#include "simulator/Demo.h"
 #include "orif/lowerlayer/AutomationObject.h"
+#include "simulator/Demo.h"
 #include "simulator/served/RemoteCore.h"
 
 namespace orif::sim {
@@ -87,9 +87,9 @@ bool Register() {
       Entry{Class + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
   };
   for (const Entry& entry : entries) {
-    const auto bytes = static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t));
+    const std::size_t bytes = (entry.value.size() + 1) * sizeof(wchar_t);
     if (RegSetKeyValueW(HKEY_CURRENT_USER, entry.key.c_str(), entry.name, REG_SZ,
-                        entry.value.c_str(), bytes) != ERROR_SUCCESS) {
+                        entry.value.c_str(), static_cast<DWORD>(bytes)) != ERROR_SUCCESS) {
       return false;
     }
   }

@@ -72,7 +72,7 @@ TEST_F(Automation, FailuresBecomeFaultsWithTheirReason) {
   probe.answer = [](auto...) { return HRESULT(0x8004FFFF); };
   EXPECT_THAT(call, ThrowsMessage<Fault>(HasSubstr("Automation error 0x8004FFFF")));
   probe.answer = [](auto, auto, EXCEPINFO* told) {
-    told->pfnDeferredFillIn = [](EXCEPINFO* later) -> HRESULT {
+    told->pfnDeferredFillIn = [](EXCEPINFO* later) WINAPI -> HRESULT {
       return later->bstrDescription = SysAllocString(L"cable"), S_OK;
     };
     return DISP_E_EXCEPTION;

@@ -118,6 +118,10 @@ TEST_F(Table, ClearReleasesItemsInOrder) {
   core.DebugLog(true);
   RUN(table->Clear());
   RUN(kept->Valid());
+}
+
+TEST_F(Table, ATableIsKeptByItsOwnClear) {
+  core.DebugLog(true);
   Say("the second table loses its Core half-way, and its last reference with it");
   auto* table2 = core.DataTable2().get();
   RUN(table2->Clear());

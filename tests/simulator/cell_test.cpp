@@ -435,8 +435,10 @@ TEST_F(Cell, TakesNoHarmFromHostileArguments) {
   const auto any = [&random](const auto& choices) { return choices[random() % choices.size()]; };
   std::array<int, 3> outcomes{};  // accepted, refused, faulted
   for (int round = 0; round < 20000; ++round) {
-    if (round % 16 == 0) core->ClearRAssignment();
-    for (const std::string& piece : pieces) core->SetRAssignment(piece);
+    if (round % 16 == 0) {
+      core->ClearRAssignment();
+      for (const std::string& piece : pieces) core->SetRAssignment(piece);
+    }
     Words shorts(random() % 64);
     Longs longs(shorts.size(), any(Longs{1, 2, 0, -1, 2147483647, -2147483647 - 1}));
     Reals reals(shorts.size());
