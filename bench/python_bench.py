@@ -21,7 +21,7 @@ def main() -> None:
     robot = simulated.add("cell")
     for index in range(1, REGISTERS + 1):
         robot[f"R[{index}]"] = index * 1.1
-    core = orif.Core(simulation=simulated)
+    core = orif.Core(simulate=simulated)
     assert core.Connect("cell")
     table = core.DataTable()
     assert table

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the Python package into build/python and tests it: the types of the package and of its examples (mypy --strict),
+# Builds the Python package into build/python and tests it: the types of package, examples and benchmark (mypy --strict),
 # the types against the module (stubtest), and everything else with pytest. With the argument "sanitize" the tests run
 # with the address and undefined-behaviour sanitizers in the module, and nothing else does.
 . "$(dirname "$0")/helpers/common.sh"
@@ -27,8 +27,8 @@ fi
 check() { /usr/bin/python3 -m "$@"; }
 cd build/python-build
 check mypy --strict -p orif
-for example in "$root"/python/examples/*.py; do
-  check mypy --strict "$example"
+for program in "$root"/python/examples/*.py "$root/bench/python_bench.py"; do
+  check mypy --strict "$program"
 done
 check mypy.stubtest orif --allowlist "$root/python/tests/stubtest.txt"
 cd "$root"
