@@ -30,7 +30,8 @@ struct FunctionDescription {
 
 struct MemberDescription {
   DISPID id;
-  WORD kind;  // as in a call
+  std::size_t entry;  // in the table of the interface
+  WORD kind;          // as in a call
   std::string name;
   std::vector<std::string> parameters;
   std::vector<VARTYPE> types;
@@ -62,8 +63,13 @@ inline std::vector<MemberDescription> MembersOf(IDispatch& object) {
     std::array<BSTR, 32> names{};
     UINT named = 0;
     info->GetNames(function->memid, names.data(), names.size(), &named);
-    MemberDescription member{
-        function->memid, static_cast<WORD>(function->invkind), Taken(names[0]), {}, {}, 0};
+    MemberDescription member{function->memid,
+                             static_cast<std::size_t>(function->oVft) / sizeof(void*),
+                             static_cast<WORD>(function->invkind),
+                             Taken(names[0]),
+                             {},
+                             {},
+                             0};
     for (UINT n = 1; n < named; ++n) member.parameters.push_back(Taken(names[n]));
     for (int n = 0; n < function->cParams; ++n) {
       const ELEMDESC& parameter = function->lprgelemdescParam[n];

@@ -342,13 +342,14 @@ TEST(ComponentLives, ThreadsOfAHostComeAndGo) {
   EXPECT_EQ(CanUnload(), S_OK);
 }
 
-// A call from another apartment goes through the system's proxy, to the thread of the Core. That of
-// IDispatch is tried: Wine 8 falls while it makes one from a type library.
+// A call from another apartment goes through the system's proxy, to the thread of the Core. The one
+// of an interface of its own takes the registered type library.
 struct Visit {
   IStream* stream;
   DWORD home;
   HRESULT code;
   LONG port;
+  LONG earlyPort;
 };
 DWORD WINAPI CallFromAfar(void* given) {
   auto& visit = *static_cast<Visit*>(given);
@@ -365,6 +366,11 @@ DWORD WINAPI CallFromAfar(void* given) {
       visit.code = host::InvokeByName(*core, "PortNumber", DISPATCH_PROPERTYGET, {}, &answer);
     }
     visit.port = answer.lVal;
+    void* early = nullptr;
+    if (SUCCEEDED(core->QueryInterface(__uuidof(::Core), &early))) {
+      const host::Reference<::Core> typed(static_cast<::Core*>(early));
+      typed->get_PortNumber(&visit.earlyPort);
+    }
   }
   CoUninitialize();
   PostThreadMessageW(visit.home, WM_QUIT, 0, 0);
@@ -377,7 +383,7 @@ TEST_F(Component, IsCalledFromAnotherApartment) {
     caller = GetCurrentThreadId();
     return Long(8194);
   });
-  Visit visit{nullptr, GetCurrentThreadId(), E_FAIL, 0};
+  Visit visit{nullptr, GetCurrentThreadId(), E_FAIL, 0, 0};
   ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IDispatch, objects[0], &visit.stream), S_OK);
   const HANDLE thread = CreateThread(nullptr, 0, CallFromAfar, &visit, 0, nullptr);
   for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) DispatchMessageW(&message);
@@ -385,6 +391,7 @@ TEST_F(Component, IsCalledFromAnotherApartment) {
   CloseHandle(thread);
   EXPECT_EQ(visit.code, S_OK);
   EXPECT_EQ(visit.port, 8194);
+  EXPECT_EQ(visit.earlyPort, 8194);
   EXPECT_EQ(caller, GetCurrentThreadId());
 }
 

@@ -71,8 +71,10 @@ TEST_F(Component, IsDescribedAsItsClassesAre) {
 
 TEST_F(Component, AnswersAsItIsDescribed) {
   for (IDispatch* const object : objects) {
+    std::size_t entry = 7;  // behind those of IDispatch
     for (const MemberDescription& member : MembersOf(*object)) {
       SCOPED_TRACE(member.name);
+      EXPECT_EQ(member.entry, entry++);
       std::vector<platform::AutomationText> texts;
       texts.push_back(platform::Wide(convert::UpperCase(member.name)));
       const bool puts = member.kind == DISPATCH_PROPERTYPUT;
