@@ -77,8 +77,15 @@ Value Answer(Object& self, R result) {
   if constexpr (std::is_same_v<R, ORIF_DATA_TYPE>) {
     return From(static_cast<std::int32_t>(result));
   } else if constexpr (std::is_same_v<R, std::shared_ptr<Dispatch>>) {
+    // An object made for it has its code in this module.
+    struct InUse {
+      ModuleUse use;
+      std::shared_ptr<Dispatch> core;
+    };
+    const auto kept = std::make_shared<InUse>();
+    kept->core = std::move(result);
     Value value;
-    value.pdispVal = OfferAutomation(std::move(result));
+    value.pdispVal = OfferAutomation({kept, kept->core.get()});
     value.vt = VT_DISPATCH;
     return value;
   } else if constexpr (requires { self.ItsUnit().ObjectFor(result); }) {

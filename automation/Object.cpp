@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <tuple>
 
 #include "automation/TypeLibrary.h"
 
@@ -35,7 +34,7 @@ class Given {
     if (parameters.cArgs > member.parameters) throw Refusal{DISP_E_BADPARAMCOUNT};
     for (UINT i = 0; i < parameters.cArgs; ++i) {
       const std::size_t place = Place(parameters, i, member);
-      if (places_[place] != nullptr) throw Refusal{DISP_E_PARAMNOTFOUND};
+      if (places_[place] != nullptr) throw Refusal{DISP_E_PARAMNOTFOUND, i};
       places_[place] = &parameters.rgvarg[i];
       numbers_[place] = i;
     }
@@ -204,8 +203,12 @@ DISPID Class::NumberOf(std::wstring_view name) const {
 }
 
 ITypeInfo* Class::Description() const {
-  if (description_ == nullptr) description_ = DescriptionOf(interface_);
-  return description_;
+  ITypeInfo* known = description_;
+  if (known != nullptr) return known;
+  ITypeInfo* const loaded = DescriptionOf(interface_);
+  if (description_.compare_exchange_strong(known, loaded)) return loaded;
+  loaded->Release();  // another apartment was first
+  return known;
 }
 
 Object* Unit::ObjectFor(const Class& itsClass, const void* key, std::shared_ptr<void> target) {
@@ -225,17 +228,9 @@ Object* Unit::ObjectFor(const Class& itsClass, const void* key, std::shared_ptr<
 
 Object* Unit::ObjectFor(const std::shared_ptr<DataItem>& item) {
   Object* object = nullptr;
-  const auto isA = [&]<class T>(const T* /*kind*/) {
-    const auto own = std::dynamic_pointer_cast<T>(item);
-    if (own != nullptr) object = ObjectFor(own);
-    return own != nullptr;
-  };
-  const auto isOneOf = [&]<class... T>(std::tuple<T...>*) {
-    (isA(static_cast<T*>(nullptr)) || ...);
-  };
-  using Kinds = std::tuple<DataNumReg, DataSysVar, DataString, DataTask, DataAlarm, DataPosReg,
-                           DataPosRegXyzwpr, DataPosRegMG, DataCurPos, DataSysVarPos>;
-  isOneOf(static_cast<Kinds*>(nullptr));
+  ForEachItemClass([&]<class T>(const T* /*kind*/) {
+    if (const auto own = std::dynamic_pointer_cast<T>(item)) object = ObjectFor(own);
+  });
   return object;
 }
 

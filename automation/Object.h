@@ -7,6 +7,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 
 #include "automation/Values.h"
@@ -90,6 +91,14 @@ template <>
 const Class& ClassOf<DataCurPos>();
 template <>
 const Class& ClassOf<DataSysVarPos>();
+
+/// Calls `visit` with a null pointer to each class of items.
+template <class Visit>
+void ForEachItemClass(const Visit& visit) {
+  const auto all = [&]<class... T>(std::tuple<T...>*) { (visit(static_cast<T*>(nullptr)), ...); };
+  all(static_cast<std::tuple<DataNumReg, DataSysVar, DataString, DataTask, DataAlarm, DataPosReg,
+                             DataPosRegXyzwpr, DataPosRegMG, DataCurPos, DataSysVarPos>*>(nullptr));
+}
 
 /// A Core and everything that came from it. An object of the object model has one object for the
 /// host as long as that lives, so that a host can compare them.
@@ -181,6 +190,8 @@ HRESULT Answered(const Body& body, std::size_t* wrong = nullptr) noexcept {
     return refusal.code;
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
+  } catch (const Fault&) {
+    return E_OUTOFMEMORY;  // for a text
   } catch (...) {
     return E_UNEXPECTED;
   }

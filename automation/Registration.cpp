@@ -8,6 +8,7 @@
 
 #include "automation/Object.h"
 #include "automation/TypeLibrary.h"
+#include "orif/platform/WindowsRegistry.h"
 
 extern "C" {
 extern const CLSID CLSID_OrifCore;
@@ -41,24 +42,18 @@ Key InterfaceKey(const Class& itsClass) {
   return Classes + L"Interface\\" + Text(itsClass.Interface());
 }
 
-std::array<const Class*, 12> AllClasses() {
-  return {&ClassOf<Core>(),         &ClassOf<DataTable>(),  &ClassOf<DataNumReg>(),
-          &ClassOf<DataSysVar>(),   &ClassOf<DataString>(), &ClassOf<DataTask>(),
-          &ClassOf<DataAlarm>(),    &ClassOf<DataPosReg>(), &ClassOf<DataPosRegXyzwpr>(),
-          &ClassOf<DataPosRegMG>(), &ClassOf<DataCurPos>(), &ClassOf<DataSysVarPos>()};
+std::vector<const Class*> AllClasses() {
+  std::vector<const Class*> classes{&ClassOf<Core>(), &ClassOf<DataTable>()};
+  ForEachItemClass([&]<class T>(const T* /*kind*/) { classes.push_back(&ClassOf<T>()); });
+  return classes;
 }
 
 void Write(HKEY root, const Key& key, const Key& value, const wchar_t* name = nullptr) {
-  const std::size_t bytes = (value.size() + 1) * sizeof(wchar_t);
-  if (RegSetKeyValueW(root, key.c_str(), name, REG_SZ, value.c_str(), static_cast<DWORD>(bytes)) !=
-      ERROR_SUCCESS) {
-    throw Refusal{SELFREG_E_CLASS};
-  }
+  if (!platform::WriteKey(root, key, value, name)) throw Refusal{SELFREG_E_CLASS};
 }
 
 void Remove(HKEY root, const Key& key) {
-  const LSTATUS status = RegDeleteTreeW(root, key.c_str());
-  if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) throw Refusal{SELFREG_E_CLASS};
+  if (!platform::RemoveKey(root, key)) throw Refusal{SELFREG_E_CLASS};
 }
 
 bool IsThere(HKEY root, const Key& key) {

@@ -24,6 +24,7 @@ class CoreFactory final : public IClassFactory {
   virtual ~CoreFactory() = default;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
+    if (object == nullptr) return E_POINTER;
     const bool known = wanted == IID_IUnknown || wanted == IID_IClassFactory;
     *object = known ? this : nullptr;
     if (!known) return E_NOINTERFACE;
@@ -38,6 +39,7 @@ class CoreFactory final : public IClassFactory {
   }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID wanted, void** object) override {
+    if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     HRESULT found = E_OUTOFMEMORY;
@@ -73,13 +75,17 @@ HRESULT MakeFactory(REFIID wanted, void** object) {
   return FAILED(made) ? made : found;
 }
 
+// Where to register: for the user, or for the machine where that is asked for.
 HKEY RootOf(LPCWSTR how) {
-  const bool forMachine = how != nullptr && std::wstring_view(how) == L"machine";
-  return forMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+  const std::wstring_view word = how == nullptr ? L"" : how;
+  if (word.empty() || _wcsicmp(how, L"user") == 0) return HKEY_CURRENT_USER;
+  if (_wcsicmp(how, L"machine") == 0) return HKEY_LOCAL_MACHINE;
+  throw Refusal{E_INVALIDARG};
 }
 
-HRESULT SetRegistration(HKEY root, bool registered) {
+HRESULT SetRegistration(LPCWSTR how, bool registered) {
   return Answered([&] {
+    const HKEY root = RootOf(how);
     if (registered)
       Register(root);
     else
@@ -99,11 +105,11 @@ STDAPI DllGetClassObject(REFCLSID identifier, REFIID wanted, LPVOID* object) {
 
 STDAPI DllCanUnloadNow() { return orif::automation::ModuleUse::IsOver() ? S_OK : S_FALSE; }
 
-STDAPI DllRegisterServer() { return orif::automation::SetRegistration(HKEY_CURRENT_USER, true); }
+STDAPI DllRegisterServer() { return orif::automation::SetRegistration(nullptr, true); }
 
-STDAPI DllUnregisterServer() { return orif::automation::SetRegistration(HKEY_CURRENT_USER, false); }
+STDAPI DllUnregisterServer() { return orif::automation::SetRegistration(nullptr, false); }
 
 // regsvr32 /n /i:machine registers for all users, which needs administrator's rights.
 STDAPI DllInstall(BOOL install, LPCWSTR how) {
-  return orif::automation::SetRegistration(orif::automation::RootOf(how), install != FALSE);
+  return orif::automation::SetRegistration(how, install != FALSE);
 }

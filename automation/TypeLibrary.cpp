@@ -1,17 +1,12 @@
 #include "automation/TypeLibrary.h"
 
 #include "automation/Values.h"
+#include "orif/platform/WindowsRegistry.h"
 
 namespace orif::automation {
 
 std::wstring ModulePath() {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<LPCWSTR>(&ModulePath), &module);
-  std::wstring path(32768, L'\0');  // no path is longer
-  path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
-  return path;
+  return platform::ModulePath(reinterpret_cast<const void*>(&DescriptionOf));
 }
 
 ITypeInfo* DescriptionOf(const IID& interfaceId) {

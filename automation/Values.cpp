@@ -57,11 +57,8 @@ T Field(const VARIANT& value) {
   return field;
 }
 
-Value Call(IDispatch& object, const std::wstring& name) {
-  auto* text = const_cast<LPOLESTR>(name.c_str());
-  DISPID id = DISPID_UNKNOWN;
+Value Get(IDispatch& object, DISPID id) {
   Value result;
-  if (FAILED(object.GetIDsOfNames(IID_NULL, &text, 1, AnyPlace, &id))) return result;
   DISPPARAMS none{};
   if (FAILED(object.Invoke(id, IID_NULL, AnyPlace, DISPATCH_PROPERTYGET, &none, &result, nullptr,
                            nullptr))) {
@@ -70,8 +67,36 @@ Value Call(IDispatch& object, const std::wstring& name) {
   return result;
 }
 
+// Empty if there is no such property.
+Value Get(IDispatch& object, const std::wstring& name) {
+  auto* text = const_cast<LPOLESTR>(name.c_str());
+  DISPID id = DISPID_UNKNOWN;
+  if (FAILED(object.GetIDsOfNames(IID_NULL, &text, 1, AnyPlace, &id))) return {};
+  return Get(object, id);
+}
+
+// Keeps a host's object: its own code may let go of it.
+Value Kept(IDispatch& object) {
+  Value kept;
+  object.AddRef();
+  kept.pdispVal = &object;
+  kept.vt = VT_DISPATCH;
+  return kept;
+}
+
 // A value that every member refuses.
 Variant Unusable() { return std::vector<std::int32_t>(); }
+
+// The value that an object stands for, such as a cell of a spreadsheet.
+Variant DefaultOf(IDispatch& object) {
+  const Value kept = Kept(object);
+  try {
+    Value value = Get(object, DISPID_VALUE);
+    return ObjectIn(value) == nullptr ? ToVariant(value) : Unusable();
+  } catch (const Refusal&) {
+    return Unusable();
+  }
+}
 
 template <class T>
 Variant ArrayOf(const VARIANT& value) {
@@ -124,6 +149,7 @@ Variant ToVariant(VARIANT& given) {
         return Unusable();
     }
   }
+  if (IDispatch* const object = ObjectIn(value)) return DefaultOf(*object);
   switch (value.vt & VT_TYPEMASK) {
     case VT_EMPTY:
       return {};
@@ -258,13 +284,14 @@ void Variable::Put(Value value) const {
 }
 
 std::vector<Value> ObjectElements(IDispatch& object) {
-  Value length = Call(object, L"length");
+  const Value kept = Kept(object);
+  Value length = Get(object, L"length");
   if (length.vt == VT_EMPTY) throw Refusal{DISP_E_TYPEMISMATCH};  // no array
   const auto count = To<std::int32_t>(length);
   if (count < 0 || count > MostElements) throw Refusal{DISP_E_OVERFLOW};
   std::vector<Value> elements;
   elements.reserve(static_cast<std::size_t>(count));
-  for (std::int32_t i = 0; i < count; ++i) elements.push_back(Call(object, std::to_wstring(i)));
+  for (std::int32_t i = 0; i < count; ++i) elements.push_back(Get(object, std::to_wstring(i)));
   return elements;
 }
 

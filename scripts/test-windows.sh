@@ -65,6 +65,9 @@ test_width() { # preset, processor, Windows' own directory of programs
 
   diff <(demo "$build") <(ORVEX_COMMLIB=$simulator demo "$build") || fail "The demo differs through the component"
 
+  # A late-bound call costs no more than the system's own.
+  ORVEX_COMMLIB=$component wine "$build/bin/automation_calls.exe" || fail "A late-bound call takes too long"
+
   scripts/helpers/check-scripts.sh "$system\\cscript.exe" <(ORVEX_COMMLIB=$simulator demo "$build")
 
   # A script, which knows nothing of the library, can use the simulator's component.

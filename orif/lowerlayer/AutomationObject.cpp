@@ -91,6 +91,7 @@ class AutomationObject final : public IDispatch {
   virtual ~AutomationObject() = default;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
+    if (object == nullptr) return E_POINTER;
     const bool known = wanted == IID_IUnknown || wanted == IID_IDispatch;
     *object = known ? this : nullptr;
     if (!known) return E_NOINTERFACE;

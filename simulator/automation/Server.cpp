@@ -7,12 +7,14 @@
 #include <objbase.h>
 #include <olectl.h>
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <memory>
 #include <string>
 
 #include "orif/lowerlayer/AutomationObject.h"
+#include "orif/platform/WindowsRegistry.h"
 #include "simulator/Demo.h"
 #include "simulator/served/RemoteCore.h"
 
@@ -38,6 +40,7 @@ class ClassFactory final : public IClassFactory {
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID wanted, void** object) override {
+    if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     try {
@@ -51,20 +54,6 @@ class ClassFactory final : public IClassFactory {
     }
   }
 };
-
-HMODULE ThisModule(DWORD flags) {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(flags | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                     reinterpret_cast<LPCWSTR>(&ClassIdentifier), &module);
-  return module;
-}
-
-std::wstring ModulePath() {
-  std::array<wchar_t, 32768> path{};  // no path is longer
-  const DWORD length = GetModuleFileNameW(ThisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT),
-                                          path.data(), static_cast<DWORD>(path.size()));
-  return {path.data(), length};
-}
 
 // For the current user, which needs no administrator rights.
 const std::wstring Classes = L"Software\\Classes\\";
@@ -83,26 +72,24 @@ bool Register() {
       Entry{Program + L"\\CLSID", nullptr, Identifier},
       Entry{Class, nullptr, L"Simulated robot controller"},
       Entry{Class + L"\\ProgID", nullptr, L"OrvexCommLibSimulator.Core"},
-      Entry{Class + L"\\InprocServer32", nullptr, ModulePath()},
+      Entry{Class + L"\\InprocServer32", nullptr, platform::ModulePath(&ClassIdentifier)},
       Entry{Class + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
   };
-  for (const Entry& entry : entries) {
-    const std::size_t bytes = (entry.value.size() + 1) * sizeof(wchar_t);
-    if (RegSetKeyValueW(HKEY_CURRENT_USER, entry.key.c_str(), entry.name, REG_SZ,
-                        entry.value.c_str(), static_cast<DWORD>(bytes)) != ERROR_SUCCESS) {
-      return false;
-    }
-  }
-  return true;
+  return std::ranges::all_of(entries, [](const Entry& entry) {
+    return platform::WriteKey(HKEY_CURRENT_USER, entry.key, entry.value, entry.name);
+  });
 }
 
 bool Unregister() {
-  bool done = true;
-  for (const std::wstring& key : {Program, Class}) {
-    const LSTATUS status = RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
-    done = done && (status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND);
-  }
-  return done;
+  const bool program = platform::RemoveKey(HKEY_CURRENT_USER, Program);
+  return platform::RemoveKey(HKEY_CURRENT_USER, Class) && program;
+}
+
+// The module stays loaded from now on.
+void Stay() {
+  HMODULE module = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                     reinterpret_cast<LPCWSTR>(&ClassIdentifier), &module);
 }
 
 }  // namespace
@@ -112,7 +99,7 @@ STDAPI DllGetClassObject(REFCLSID identifier, REFIID wanted, LPVOID* object) {
   static orif::sim::ClassFactory factory;
   *object = nullptr;
   if (identifier != orif::sim::ClassIdentifier) return CLASS_E_CLASSNOTAVAILABLE;
-  orif::sim::ThisModule(GET_MODULE_HANDLE_EX_FLAG_PIN);
+  orif::sim::Stay();
   return factory.QueryInterface(wanted, object);
 }
 

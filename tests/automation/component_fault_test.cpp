@@ -417,6 +417,19 @@ TEST(ComponentLives, TheModuleGoesWhenNothingOfItLives) {
   factory->LockServer(FALSE);
   factory.reset();
   EXPECT_EQ(CanUnload(), S_OK);
+  // A lower core object with the C interface is an automation object of this module.
+  SetEnvironment("ORVEX_COMMLIB", ORIF_SIMULATOR_COMPONENT);
+  IDispatch* lib = nullptr;
+  host::NewCore()->GetLib(&lib);
+  ASSERT_NE(lib, nullptr);
+  EXPECT_EQ(CanUnload(), S_FALSE);
+  lib->Release();
+  EXPECT_EQ(CanUnload(), S_OK);
+}
+
+TEST(ComponentLives, IsRegisteredWhereItIsAskedFor) {
+  const auto install = host::Exported<HRESULT STDMETHODCALLTYPE(BOOL, LPCWSTR)>("DllInstall");
+  EXPECT_EQ(install(TRUE, L"everywhere"), E_INVALIDARG);
 }
 
 }  // namespace

@@ -113,6 +113,72 @@ TEST_F(Component, AnswersAsItIsDescribed) {
   EXPECT_THAT(lower->Calls(), ElementsAre());
 }
 
+std::string Told(VARIANT& value) {
+  if (value.vt == (VT_ARRAY | VT_VARIANT)) {
+    std::string all;
+    for (ULONG i = 0; i < value.parray->rgsabound[0].cElements; ++i) {
+      all += Told(static_cast<VARIANT*>(value.parray->pvData)[i]) + " ";
+    }
+    return all;
+  }
+  host::Value text;
+  VariantChangeType(&text, &value, 0, VT_BSTR);
+  return std::to_string(value.vt) + ":" +
+         (text.vt == VT_BSTR ? platform::Narrow(text.bstrVal) : "");
+}
+
+// What stands behind the members of the object model is reached early bound at its own place.
+TEST_F(Component, AdditionsAnswerTheSameEarlyAndLateBound) {
+  lower->On(DispId::ReadRShort, [](auto arguments) {
+    for (std::int16_t i = 0; i < arguments[2].as.i2; ++i) arguments[1].as.i2Ref[i] = 0x4101 + i;
+    return Long(1);
+  });
+  lower->On(DispId::ShortToFloat, [](auto arguments) { return Real(*arguments[0].as.i2Ref); });
+  lower->On(DispId::ShortToLong, [](auto arguments) { return Long(*arguments[0].as.i2Ref); });
+  table->Refresh();
+  lower->Calls();
+  std::size_t compared = 0;
+  for (IDispatch* const object : objects) {
+    std::set<std::string> answers;
+    for (const MemberDescription& member : MembersOf(*object)) {
+      if (member.id < 101) continue;
+      SCOPED_TRACE(member.name);
+      const bool ofJointGroup = member.name == "Joint" && member.types.size() == 2;
+      std::vector<VARIANT> arguments(member.types.size());
+      for (VARIANT& argument : arguments) host::Store(argument, std::int32_t{1});
+      if (ofJointGroup) arguments[1].lVal = 2;
+      host::Value late;
+      ASSERT_EQ(host::InvokeByName(*object, member.name.c_str(), member.kind, arguments, &late),
+                S_OK);
+      const auto called = lower->Calls();
+      host::Value early;
+      VARIANT result{};
+      result.vt = VT_BYREF | VT_VARIANT;
+      result.pvarVal = &early;
+      arguments.push_back(result);
+      std::vector<VARTYPE> types;
+      std::vector<VARIANT*> passed;
+      for (VARIANT& argument : arguments) {
+        types.push_back(argument.vt);
+        passed.push_back(&argument);
+      }
+      host::Value code;
+      ASSERT_EQ(DispCallFunc(object, member.entry * sizeof(void*), CC_STDCALL, VT_ERROR,
+                             static_cast<UINT>(passed.size()), types.data(), passed.data(), &code),
+                S_OK);
+      EXPECT_EQ(code.scode, S_OK);
+      EXPECT_NE(late.vt, VT_EMPTY);
+      EXPECT_EQ(Told(early), Told(late));
+      EXPECT_EQ(lower->Calls(), called);
+      std::string answer = Told(late);
+      for (const std::string& call : called) answer += call;
+      EXPECT_TRUE(answers.insert(answer).second) << "as another member: " << answer;
+      ++compared;
+    }
+  }
+  EXPECT_EQ(compared, 40U);
+}
+
 TEST_F(Component, HasTheKindsOfItems) {
   ITypeLib* loaded = nullptr;
   ASSERT_EQ(LoadTypeLib(platform::Wide(ORIF_AUTOMATION).get(), &loaded), S_OK);
@@ -175,6 +241,55 @@ class Variants : public Component {
 
   host::Value answer;
 };
+
+// A host's object that has a value, as a cell of a spreadsheet has.
+struct Valued final : IDispatch {
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
+    *object = nullptr;
+    return E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
+                                          DISPID* ids) override {
+    calledAfterItsEnd = calledAfterItsEnd || references == 0;
+    *ids = std::wstring_view(names[0]) == L"length" ? 1 : 2;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    calledAfterItsEnd = calledAfterItsEnd || references == 0;
+    if (variable != nullptr) VariantClear(std::exchange(variable, nullptr));
+    host::Store(*result, std::int32_t{2});
+    return S_OK;
+  }
+
+  VARIANT* variable = nullptr;  // that lets go of this at the first question
+  ULONG references = 1;
+  bool calledAfterItsEnd = false;
+};
+
+TEST_F(Variants, AHostsObjectStandsForItsValueAndMayEndMeanwhile) {
+  Valued cell;
+  VARIANT given{};
+  given.vt = VT_DISPATCH;
+  given.pdispVal = &cell;
+  ASSERT_EQ(Ask(Registers(), "SetValue", {Of(3), given}), S_OK);
+  EXPECT_THAT(lower->Calls(), ElementsAre(testing::StartsWith("17 WriteRLong(I2 5, I4& 2")));
+  EXPECT_EQ(cell.references, 1U);
+  for (const char* member : {"SetValuesInt", "SetValues"}) {
+    Valued ending;
+    VARIANT variable = given;
+    variable.pdispVal = &ending;
+    ending.variable = &variable;
+    ASSERT_EQ(Ask(Registers(), member, {Of(3), To(variable), Of(2)}), S_OK);
+    EXPECT_TRUE(host::Load<bool>(answer)) << member;
+    EXPECT_FALSE(ending.calledAfterItsEnd) << member;
+    EXPECT_EQ(ending.references, 0U);
+  }
+}
 
 // What a script's variables hold, and what they get: the value in the member's own type.
 TEST_F(Variants, AScriptsVariablesAreFollowedToTheirEnd) {
@@ -257,6 +372,13 @@ TEST_F(Variants, WhatIsOptionalMayBeEmptyOrMissingOrLeftOut) {
       objects[1]->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, &answer, nullptr, nullptr),
       S_OK);
   EXPECT_THAT(lower->Calls(), ElementsAre(testing::HasSubstr("R[3]")));
+  places = {0, 2};  // and the first by its place, again
+  UINT wrong = 99;
+  std::swap(places[0], places[1]);
+  EXPECT_EQ(
+      objects[1]->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, &wrong),
+      DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(wrong, 2U);
 }
 
 TEST(ComponentLives, ObjectsAreReleasedInAnyOrder) {
