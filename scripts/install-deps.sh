@@ -18,6 +18,8 @@ declare -A packages=(
   [pictures]='gnuplot-nox'
   [site]='doxygen'
   [trouble]='python3'
+  [gateway]='libmosquitto-dev libcpp-httplib-dev prometheus-cpp-dev libsystemd-dev'
+  [recipes]='mosquitto mosquitto-clients python3-paho-mqtt prometheus sqlite3 openssl curl'
   [lint]='git clang-format clang-tidy shellcheck python3-jsonschema'
 )
 
