@@ -4,7 +4,7 @@
 # back, the database is killed, and each time the outcome is checked. ORIF_GATEWAY names another gateway to be tried.
 . "$(dirname "$0")/helpers/common.sh"
 
-scripts/install-deps.sh build tool gateway recipes
+scripts/install-deps.sh build tool plant
 gateway=${ORIF_GATEWAY-$PWD/build/run/tools/gateway/orif-gateway}
 orif=${ORIF_TOOL-$PWD/build/run/tools/orif/orif}
 if [ -z "${ORIF_GATEWAY-}" ]; then
