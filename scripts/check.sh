@@ -70,6 +70,10 @@ step_trouble() { # half a minute of troubles leaves true recordings
   scripts/trouble.sh 30
 }
 
+step_recipes() { # what stands in examples/plant works
+  scripts/recipes.sh
+}
+
 step_package() { # what is installed and packaged works
   scripts/package.sh
 }
