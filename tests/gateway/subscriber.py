@@ -3,10 +3,11 @@
 
 It knows topics and payloads, and nothing of the program that publishes them:
 
-    subscriber.py [--host HOST] [--port PORT] [--prefix orif] [--seconds 10] [--show CELL=TAG,TAG]
+    subscriber.py [--host HOST] [--port PORT] [--prefix orif] [--seconds 10] [--show CELL=TAG,TAG]...
 
-shows the states as they come, a line a second with the values of the tags of CELL, and a summary in
-the end. It fails if anything on the wire is wrong. `Subscriber` and `check` do the same for programs.
+shows the states as they come, each second the tags of CELL that are named, if they have changed, and
+a summary in the end. It fails if anything on the wire is wrong. `Subscriber` and `check` do the same
+for programs.
 """
 
 import argparse
@@ -265,46 +266,47 @@ def summary(gateways):
 
 
 class Screen:
-    """Prints states as they come, and now and then some values of a cell."""
+    """Prints states as they come, and now and then the values that have changed."""
 
-    def __init__(self, cell="", tags=()):
+    def __init__(self, shown):
         self.begin = time.time()
-        self.cell, self.tags = cell, tags
-        self.values = {}
-        self.lines = 0
+        self.shown = {cell: tags.split(",") for cell, _, tags in shown}
+        self.values = collections.defaultdict(dict)
+        self.last = {}
 
     def line(self, who, text):
-        print(f"{time.time() - self.begin:6.1f} s  {who:<10} {text}", flush=True)
-        self.lines += 1
+        print(f"{time.time() - self.begin:6.1f} s  {who:<8} {text}", flush=True)
 
     def state(self, who, found):
         text = found["state"]
         if text == "up":
-            text += f", {found['tags']} tags of {found['host']}"
+            text += f", {found['tags']} tags of {found['host'] or 'its own simulation'}"
         elif text == "online":
             text += f", {found['cells']} cells, session {found['session']}"
-        self.line(who, text + (f": {found['reason']}" if found.get("reason") else ""))
+        if text != "connecting":
+            self.line(who, text + (f": {found['reason']}" if found.get("reason") else ""))
 
     def __call__(self, message):
         parts = message.topic.split("/")
         found = decode(message.payload)
         if parts[-1] == "state":
             self.state(parts[-2] if len(parts) == 4 else "gateway", found)
-        elif len(parts) == 4 and parts[2] == self.cell:
-            named = found["values"] if parts[3] == "row" else {urllib.parse.unquote(parts[3]): found}
-            self.values |= {tag: each for tag, each in named.items() if tag in self.tags}
+        elif parts[2] in self.shown:
+            tag = urllib.parse.unquote(parts[3])
+            self.values[parts[2]] |= found["values"] if parts[3] == "row" else {tag: found}
 
     def tick(self):
-        def shown(reading):
+        def told(tag, reading):
             text = json.dumps(reading["value"], ensure_ascii=False)
-            unit = f" {reading['unit']}" if reading["unit"] else ""
-            return text + unit + ("" if reading["quality"] == "good" else f" ({reading['quality']})")
+            marks = [reading["unit"], "" if reading["quality"] == "good" else f"({reading['quality']})"]
+            return " ".join([tag, text, *filter(None, marks)])
 
-        if self.values:
-            read_at = max(reading["time"] for reading in self.values.values())[11:-1]
-            told = [f"{tag} = {shown(self.values[tag])}" for tag in self.tags if tag in self.values]
-            self.line(self.cell, "  ".join(told) + f"  read at {read_at}")
-            self.values = {}
+        for cell, tags in self.shown.items():
+            values = self.values[cell]
+            line = "  ".join(told(tag, values[tag]) for tag in tags if tag in values)
+            if line != self.last.get(cell, ""):
+                self.line(cell, line)
+                self.last[cell] = line
 
 
 def main():
@@ -314,10 +316,9 @@ def main():
     parser.add_argument("--prefix", default="orif")
     parser.add_argument("--seconds", type=float, default=10)
     parser.add_argument("--every", type=float, default=1, help="seconds between lines of values")
-    parser.add_argument("--show", default="", metavar="CELL=TAG,TAG", help="values to show")
+    parser.add_argument("--show", action="append", default=[], metavar="CELL=TAG,TAG")
     given = parser.parse_args()
-    cell, _, tags = given.show.partition("=")
-    screen = Screen(cell, tags.split(",") if tags else ())
+    screen = Screen([each.partition("=") for each in given.show])
     subscriber = Subscriber(given.port, given.host, given.prefix, show=screen)
     end = time.time() + given.seconds
     while (left := end - time.time()) > 0:
