@@ -1,10 +1,10 @@
-// Not a benchmark: subscribes to topics of a broker on this machine for some seconds, and prints how
-// many messages came and how long after the time in them, least, median, 99 % and greatest:
+// Not a benchmark: subscribes to topics of a broker on this machine for some seconds, and prints
+// how many messages came and how long after the time in them, least, median, 99 % and greatest:
 //
 //     plant_subscriber PORT SECONDS TOPIC...
 //
-// The time in a message is when its values were read. Counted are live messages with a good value or
-// a row of values.
+// The time in a message is when its values were read. Counted are live messages with a good value
+// or a row of values.
 #include <mosquitto.h>
 
 #include <algorithm>
@@ -33,7 +33,8 @@ double TimeIn(std::string_view payload) {
   const auto found = payload.find(Key);
   if (found == std::string_view::npos) return 0;
   std::tm date{};
-  const char* const rest = strptime(payload.data() + found + Key.size(), "%Y-%m-%dT%H:%M:%S", &date);
+  const char* const rest =
+      strptime(payload.data() + found + Key.size(), "%Y-%m-%dT%H:%M:%S", &date);
   if (rest == nullptr) return 0;
   return static_cast<double>(timegm(&date)) + std::strtod(rest, nullptr);
 }

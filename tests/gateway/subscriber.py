@@ -3,11 +3,10 @@
 
 It knows topics and payloads, and nothing of the program that publishes them:
 
-    subscriber.py [--host HOST] [--port PORT] [--prefix orif] [--seconds 10] [--show CELL=TAG,TAG]...
+    subscriber.py [--host HOST] [--port PORT] [--prefix orif] [--seconds 10] [--show CELL=TAG,...]
 
-shows the states as they come, each second the tags of CELL that are named, if they have changed, and
-a summary in the end. It fails if anything on the wire is wrong. `Subscriber` and `check` do the same
-for programs.
+shows the states as they come, each second the named tags of CELL if they have changed, and a summary
+in the end. It fails if anything on the wire is wrong. `Subscriber` and `check` are for programs.
 """
 
 import argparse
@@ -157,10 +156,10 @@ class Seen:
             before.append(number)
         session = number // SESSION
         if not late:
-            online = any(s["state"] == "online" and s["session"] == session for _, s in self.gateway)
-            need(online, f"{cell}: live row {number} before its gateway is online")
-            born = any(s["session"] == session for _, s in self.cells[cell])
-            need(born, f"{cell}: live row {number} before any state of the cell")
+            online = [s["session"] for _, s in self.gateway if s["state"] == "online"]
+            need(session in online, f"{cell}: live row {number} before its gateway is online")
+            born = [s["session"] for _, s in self.cells[cell]]
+            need(session in born, f"{cell}: live row {number} before any state of the cell")
 
 
 def read(messages, prefix="orif"):
@@ -298,7 +297,8 @@ class Screen:
     def tick(self):
         def told(tag, reading):
             text = json.dumps(reading["value"], ensure_ascii=False)
-            marks = [reading["unit"], "" if reading["quality"] == "good" else f"({reading['quality']})"]
+            quality = reading["quality"]
+            marks = [reading["unit"], "" if quality == "good" else f"({quality})"]
             return " ".join([tag, text, *filter(None, marks)])
 
         for cell, tags in self.shown.items():

@@ -1,4 +1,4 @@
-"""The subscriber finds what is wrong on the wire: messages made by hand, each time with one fault."""
+"""The subscriber finds what is wrong on the wire: messages made by hand, each time one fault."""
 
 import json
 
@@ -15,7 +15,8 @@ def state(where, **members):
 def tag(number, value=1, second=1, **members):
     reading = {"value": value, "unit": "", "quality": "good"}
     time = f"2026-11-22T00:32:{second:02}.000Z"
-    return ["orif/hall1/press/R[1]", {**reading, "time": time, "number": SESSION + number, **members}]
+    reading |= {"time": time, "number": SESSION + number}
+    return ["orif/hall1/press/R[1]", {**reading, **members}]
 
 
 def row(number, full=False, **members):
@@ -57,7 +58,7 @@ FAULTS = {
     "a time that is none": [*BEGIN, tag(1, time="2026-11-22 00:32:01")],
     "an unknown field": [*BEGIN, tag(1, more=1)],
     "an empty row": [*BEGIN, row(1, values={})],
-    "lost, without a reason": [ONLINE, state("press/state", state="lost", reason="", host="", tags=1)],
+    "lost, without a reason": [ONLINE, [UP[0], {**UP[1], "state": "lost"}]],
     "no state of the gateway": [UP],
     "another topic": [["orif/hall1/press/R/1", {}]],
 }
