@@ -89,6 +89,6 @@ int main(int argc, char** argv) {
   };
   std::cout << std::fixed << std::setprecision(1) << "messages " << late.size() << " bytes "
             << received.bytes << " least " << at(0) << " p50 " << at(0.5) << " p99 " << at(0.99)
-            << " max " << at(1) << '\n';
+            << " max " << at(1) << std::endl;
   std::_Exit(EXIT_SUCCESS);  // a clean end would wait for the broker
 }

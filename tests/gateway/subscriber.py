@@ -5,7 +5,7 @@ It knows topics and payloads, and nothing of the program that publishes them:
 
     subscriber.py [--host HOST] [--port PORT] [--prefix orif] [--seconds 10] [--show CELL=TAG,...]
 
-shows the states as they come, each second the named tags of CELL if they have changed, and a summary
+shows the states as they come, each second the named tags of CELL if they changed, and a summary
 in the end. It fails if anything on the wire is wrong. `Subscriber` and `check` are for programs.
 """
 
