@@ -181,10 +181,11 @@ const Node& Node::At(std::string_view childKey) const {
   return *child;
 }
 
-Node ParseDocument(std::string_view text) {
+Node ParseDocument(std::string_view text, Comments comments) {
   Place place;
   Builder builder(place);
-  json::sax_parse(Reading(text.data(), place), Reading(text.data() + text.size(), place), &builder);
+  json::sax_parse(Reading(text.data(), place), Reading(text.data() + text.size(), place), &builder,
+                  json::input_format_t::json, true, comments == Comments::Allowed);
   return std::move(builder).Document();
 }
 

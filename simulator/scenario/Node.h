@@ -43,8 +43,11 @@ struct Node {
   const Node& At(std::string_view childKey) const;
 };
 
+/// Whether a document may have comments, as in C++.
+enum class Comments { Refused, Allowed };
+
 /// Throws a Mistake for text that is not JSON, and for a key that appears twice in an object.
-Node ParseDocument(std::string_view text);
+Node ParseDocument(std::string_view text, Comments comments = Comments::Refused);
 
 /// `, did you mean "word"?` with the most similar of `words`, or all of them if none is similar.
 std::string Suggestion(std::string_view wrong, std::span<const std::string_view> words);

@@ -24,6 +24,8 @@ struct Connection {
   std::optional<std::string> encoding;  ///< of the controller's texts, one of EncodingNames
   bool trail = false;
   bool fast = false;
+
+  bool operator==(const Connection&) const = default;
 };
 
 /// What the tool connects to, real or simulated. Made once in a run.

@@ -35,7 +35,9 @@ void Database::Fail() const {
   std::string reason = sqlite3_errmsg(handle_.get());
   if (const int error = sqlite3_system_errno(handle_.get()); error != 0)
     reason += std::string(": ") + std::strerror(error);
-  if (sqlite3_errcode(handle_.get()) == SQLITE_BUSY) throw DatabaseBusy(reason);
+  const int code = sqlite3_errcode(handle_.get());
+  if (code == SQLITE_BUSY) throw DatabaseBusy(reason);
+  if (code == SQLITE_NOTADB || code == SQLITE_CORRUPT) throw DatabaseBroken(reason);
   throw std::runtime_error(reason);
 }
 
@@ -46,6 +48,8 @@ void Database::Check(int result) const {
 void Database::Execute(const std::string& sql) {
   Check(sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr));
 }
+
+void Database::RollBack() { sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr); }
 
 std::string Database::Value(const std::string& sql) {
   Statement statement = Prepare(sql);

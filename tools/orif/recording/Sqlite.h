@@ -1,6 +1,6 @@
-// An SQLite database and its prepared statements, as far as recordings need them. Every failure is
-// a std::runtime_error with SQLite's reason and, where there is one, the system's. Locks of other
-// programs are waited for.
+// An SQLite database and its prepared statements, as far as recordings and the gateway's buffer need
+// them. Every failure is a std::runtime_error with SQLite's reason and, where there is one, the
+// system's. Locks of other programs are waited for.
 #pragma once
 
 #include <sqlite3.h>
@@ -18,6 +18,11 @@ struct DatabaseBusy : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// The file is no database, or is a damaged one.
+struct DatabaseBroken : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
 class Statement;
 
 class Database {
@@ -26,6 +31,8 @@ class Database {
   Database(const std::filesystem::path& path, int flags);
 
   void Execute(const std::string& sql);
+  /// Undoes all since BEGIN; whatever cannot be undone now is when the file is opened again.
+  void RollBack();
   /// The first value of the result, empty if there is none.
   std::string Value(const std::string& sql);
   Statement Prepare(const std::string& sql);
@@ -56,6 +63,8 @@ class Statement {
   bool Next();
   /// Ends the result, and makes the statement ready to run again.
   void Reset();
+  /// The same after a failure.
+  void Abandon() { sqlite3_reset(handle_.get()); }
   int Parameters() const { return sqlite3_bind_parameter_count(handle_.get()); }
   int Columns() const { return sqlite3_column_count(handle_.get()); }
   std::string Name(int column) const { return sqlite3_column_name(handle_.get(), column); }

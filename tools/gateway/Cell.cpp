@@ -1,0 +1,144 @@
+#include "tools/gateway/Cell.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "orif/orif.h"
+
+namespace orif::gateway {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long a component may take that has no time-out of its own here.
+constexpr Milliseconds UsualTimeOut{5000};
+
+/// The time of a simulated network, which passes as that of the computer does.
+class SimulatedTime final : public live::Clock {
+ public:
+  explicit SimulatedTime(sim::Network network) : network_(std::move(network)) {}
+
+  std::chrono::steady_clock::time_point Now() const override {
+    const auto now = std::chrono::steady_clock::now();
+    const std::lock_guard lock(mutex_);
+    const auto due = std::chrono::floor<Milliseconds>(now - start_);
+    if (due > passed_) network_.Advance(due - std::exchange(passed_, due));
+    return now;
+  }
+
+ private:
+  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  mutable std::mutex mutex_;
+  mutable sim::Network network_;
+  mutable Milliseconds passed_{0};
+};
+
+}  // namespace
+
+Cell::Cell(CellSettings settings, std::int64_t session,
+           std::shared_ptr<std::atomic<std::int64_t>> numbers, std::shared_ptr<CellMetrics> metrics,
+           Log& log, Hooks hooks)
+    : settings_(std::move(settings)),
+      session_(session),
+      numbers_(std::move(numbers)),
+      metrics_(std::move(metrics)),
+      log_(log),
+      hooks_(std::move(hooks)),
+      sampler_(settings_) {
+  const auto timeOut = settings_.connection.timeOut;
+  silentAfter_ =
+      3 * std::max(settings_.period, timeOut ? Milliseconds(*timeOut) : UsualTimeOut);
+}
+
+void Cell::Start() {
+  std::optional<sim::Network> simulated;
+  live::Settings settings = SettingsOf(settings_, &simulated);
+  if (simulated) settings.clock = std::make_shared<SimulatedTime>(*simulated);
+  tags_ = live::Controller(settings).Tags().size();
+  lastSign_ = std::chrono::steady_clock::now();
+  monitor_.emplace(std::move(settings), settings_.period,
+                   live::MonitorEvents{
+                       .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
+                       .onLink = [this](live::Link link, const live::Reason& reason) {
+                         OnLink(link, reason);
+                       }});
+}
+
+void Cell::Stop() {
+  if (monitor_) monitor_->Stop();
+}
+
+std::vector<std::string> Cell::TagNames() const {
+  std::vector<std::string> names;
+  if (monitor_) {
+    for (const live::Tag& tag : monitor_->Tags()) names.push_back(tag.name);
+  }
+  return names;
+}
+
+void Cell::OnRefresh(const live::Refreshed& refreshed) {
+  const auto now = std::chrono::steady_clock::now();
+  lastSign_ = now;
+  const auto tags = refreshed.controller.Tags();
+  const auto refused = std::ranges::count_if(
+      refreshed.controller.Items(), [&](const live::Item& item) {
+        return tags[item.first].quality == live::Quality::Refused;
+      });
+  metrics_->Refreshed(refreshed.good, refreshed.took, refreshed.skipped,
+                      static_cast<std::size_t>(refused));
+  Row row{.cell = settings_.name,
+          .time = TimeText(refreshed.controller.Settings().clock->Wall()),
+          .full = tellAll_.exchange(false)};
+  row.values = sampler_.Take(refreshed.controller, refreshed.changed, now, row.time, row.full);
+  if (row.values.empty()) return;
+  row.number = ++*numbers_;
+  metrics_->Row();
+  hooks_.row(std::move(row));
+}
+
+void Cell::OnLink(live::Link link, const live::Reason& reason) {
+  lastSign_ = std::chrono::steady_clock::now();
+  metrics_->Up(link == live::Link::Up);
+  const std::lock_guard lock(mutex_);
+  const bool wasLost = link_ == live::Link::Lost && state_ == "lost";
+  link_ = link;
+  // A cell that is tried again stays lost until it is there.
+  if (link == live::Link::Connecting && wasLost) {
+    link_ = live::Link::Lost;
+    return;
+  }
+  linkReason_ = link == live::Link::Lost ? reason.ToText() : "";
+  Tell(std::string(live::ToText(link)), linkReason_);
+}
+
+void Cell::Watch(Instant now) {
+  const std::lock_guard lock(mutex_);
+  const bool waits = link_ == live::Link::Lost || link_ == live::Link::Closed;
+  if (!waits && now - lastSign_.load() > silentAfter_) {
+    metrics_->Up(false);
+    Tell("silent", "the component has not answered in time");
+  } else if (state_ == "silent") {
+    metrics_->Up(link_ == live::Link::Up);
+    Tell(std::string(live::ToText(link_)), linkReason_);
+  }
+}
+
+void Cell::Tell(const std::string& state, const std::string& reason) {
+  if (state == state_ && reason == reason_) return;
+  state_ = state;
+  reason_ = reason;
+  const bool good = state != "lost" && state != "silent";
+  log_.Write(good ? Level::Info : Level::Warning, "cell", settings_.name,
+             {{"state", state}, {"reason", reason}});
+  std::string json = "{\"state\":";
+  AppendText(json, state);
+  json += ",\"session\":" + std::to_string(session_) + ",\"time\":\"" +
+          TimeText(std::chrono::system_clock::now()) + "\",\"reason\":";
+  AppendText(json, reason);
+  json += ",\"host\":";
+  AppendText(json, settings_.connection.simulate ? "simulated" : settings_.connection.host);
+  json += ",\"tags\":" + std::to_string(tags_) + '}';
+  hooks_.state(std::move(json));
+}
+
+}  // namespace orif::gateway

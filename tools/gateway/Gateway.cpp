@@ -1,0 +1,185 @@
+#include "tools/gateway/Gateway.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "orif/version.h"
+
+namespace orif::gateway {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The cells of a plant start within this time.
+constexpr std::chrono::nanoseconds StartWithin = 10s;
+constexpr auto Round = 1s;
+
+Buffer OpenBuffer(const BufferSettings& settings) {
+  try {
+    return {settings.file, settings.limit};
+  } catch (const tool::DatabaseBusy&) {
+    throw std::runtime_error("the buffer " + settings.file + " belongs to another gateway");
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error("the buffer " + settings.file + " cannot be used: " + error.what());
+  }
+}
+
+// A component that hangs is waited for; all together.
+void StopAll(std::vector<std::shared_ptr<Cell>> cells) {
+  std::vector<std::jthread> threads;
+  for (auto& cell : cells) threads.emplace_back([&cell] { cell->Stop(); });
+}
+
+std::string Death(std::int64_t session, std::string_view reason, bool withTime) {
+  std::string json = "{\"state\":\"offline\",\"session\":" + std::to_string(session);
+  if (withTime) json += ",\"time\":\"" + TimeText(std::chrono::system_clock::now()) + '"';
+  return json.append(",\"reason\":\"").append(reason).append("\"}");
+}
+
+}  // namespace
+
+Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
+    : log_(log),
+      configuration_(configuration),
+      topics_(configuration.topics, configuration.gateway),
+      buffer_(OpenBuffer(configuration.buffer)),
+      metrics_(configuration.gateway),
+      outbox_(buffer_.LastId() + 1, configuration.buffer.memoryLimit),
+      storage_(buffer_, outbox_, metrics_, log, health.Watch("storage")) {
+  if (buffer_.MovedAside()) {
+    log_.Write(Level::Error, "buffer", "",
+               {{"state", "broken"}, {"moved_to", buffer_.MovedAside()->string()}});
+    metrics_.Dropped("broken", 0);
+  }
+  if (configuration.metrics) {
+    const MetricsSettings& metrics = *configuration.metrics;
+    server_.emplace(metrics.address, metrics.port, metrics_, health);
+  }
+  publisher_.emplace(configuration.broker, topics_, outbox_, metrics_, log,
+                     health.Watch("publisher"),
+                     Publisher::Hooks{.birth = [this] { return Birth(); },
+                                      .death = Death(buffer_.Session(), "connection lost", false),
+                                      .tellAll = [this](const std::string& cell) { TellAll(cell); }});
+  log_.Write(Level::Info, "start", "",
+             {{"gateway", configuration.gateway},
+              {"version", VersionText},
+              {"session", std::to_string(buffer_.Session())},
+              {"cells", std::to_string(configuration.cells.size())},
+              {"buffered", std::to_string(buffer_.Rows())}});
+  Add(configuration.cells);
+}
+
+Gateway::~Gateway() {
+  std::vector<std::shared_ptr<Cell>> cells;
+  for (const auto& [name, cell] : cells_) cells.push_back(cell);
+  StopAll(std::move(cells));
+  publisher_->Stop(Death(buffer_.Session(), "ended", true));
+  log_.Write(Level::Info, "end", "", {{"gateway", configuration_.gateway}});
+}
+
+void Gateway::Add(const std::vector<CellSettings>& cells) {
+  auto at = std::chrono::steady_clock::now();
+  for (const CellSettings& settings : cells) {
+    auto& numbers = numbers_[settings.name];
+    if (numbers == nullptr) {
+      numbers = std::make_shared<std::atomic<std::int64_t>>(buffer_.Session() * SessionStep);
+    }
+    auto cell = std::make_shared<Cell>(
+        settings, buffer_.Session(), numbers, metrics_.Cell(settings.name), log_,
+        Cell::Hooks{.row = [this](Row row) {
+                      outbox_.Add(std::move(row), std::chrono::steady_clock::now());
+                    },
+                    .state = [this, topic = topics_.CellState(settings.name)](std::string state) {
+                      publisher_->Keep(topic, std::move(state));
+                    }});
+    starting_.push_back({cell, at});
+    at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
+          static_cast<std::int64_t>(cells.size());
+    const std::lock_guard lock(mutex_);
+    cells_[settings.name] = std::move(cell);
+  }
+}
+
+Gateway::Instant Gateway::Turn(Instant now) {
+  while (!starting_.empty() && starting_.front().at <= now) {
+    starting_.front().cell->Start();
+    starting_.pop_front();
+  }
+  for (const auto& [name, cell] : cells_) cell->Watch(now);
+  return starting_.empty() ? now + Round : std::min(starting_.front().at, now + Round);
+}
+
+void Gateway::Change(const Configuration& configuration) {
+  std::vector<CellSettings> added;
+  std::vector<std::shared_ptr<Cell>> removed;
+  std::vector<std::string> topics;
+  const auto inNew = [&](const CellSettings& old) {
+    return std::ranges::find(configuration.cells, old) != configuration.cells.end();
+  };
+  for (const auto& [name, cell] : cells_) {
+    if (!inNew(cell->Settings())) removed.push_back(cell);
+  }
+  for (const CellSettings& cell : configuration.cells) {
+    const auto old = cells_.find(cell.name);
+    if (old == cells_.end() || old->second->Settings() != cell) added.push_back(cell);
+  }
+  StopAll(removed);
+  for (const auto& cell : removed) {
+    const std::string& name = cell->Settings().name;
+    std::erase_if(starting_, [&](const Starting& starting) { return starting.cell == cell; });
+    // What the broker keeps of a cell that is no more, or of tags that it no longer has.
+    topics.push_back(topics_.CellState(name));
+    topics.push_back(topics_.Rows(name));
+    for (const std::string& tag : cell->TagNames()) topics.push_back(topics_.Tag(name, tag));
+    const std::lock_guard lock(mutex_);
+    cells_.erase(name);
+  }
+  for (const std::string& topic : topics) publisher_->Keep(topic, {});
+  Add(added);
+  if (configuration.broker != configuration_.broker) publisher_->Change(configuration.broker);
+  const bool fixed = configuration.gateway == configuration_.gateway &&
+                     configuration.topics == configuration_.topics &&
+                     configuration.buffer == configuration_.buffer &&
+                     configuration.metrics == configuration_.metrics;
+  configuration_.broker = configuration.broker;
+  configuration_.cells = configuration.cells;
+  log_.Write(fixed ? Level::Info : Level::Warning, "reload", "",
+             {{"added", std::to_string(added.size())},
+              {"removed", std::to_string(removed.size())},
+              {"cells", std::to_string(configuration.cells.size())},
+              {"at_next_start", fixed ? "nothing" : "gateway, topics, buffer or metrics"}});
+}
+
+void Gateway::TellAll(const std::string& name) {
+  const std::lock_guard lock(mutex_);
+  if (name.empty()) {
+    for (const auto& [each, cell] : cells_) cell->TellAll();
+  } else if (const auto found = cells_.find(name); found != cells_.end()) {
+    found->second->TellAll();
+  }
+}
+
+std::string Gateway::Birth() const {
+  std::size_t cells = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    cells = cells_.size();
+  }
+  return "{\"state\":\"online\",\"session\":" + std::to_string(buffer_.Session()) + ",\"time\":\"" +
+         TimeText(std::chrono::system_clock::now()) + "\",\"version\":\"" + VersionText +
+         "\",\"cells\":" +
+         std::to_string(cells) + ",\"buffered\":" + std::to_string(storage_.Rows()) +
+         ",\"dropped\":" + std::to_string(storage_.Dropped()) + '}';
+}
+
+std::string Gateway::Status() const {
+  const auto counts = metrics_.Count();
+  return std::to_string(counts.cells) + " cells, " + std::to_string(counts.cellsUp) +
+         " up, broker " + (counts.broker ? "up" : "away") + ", " +
+         std::to_string(storage_.Rows()) + " rows in the buffer";
+}
+
+}  // namespace orif::gateway

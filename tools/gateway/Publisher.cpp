@@ -1,0 +1,337 @@
+#include "tools/gateway/Publisher.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace orif::gateway {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t MessageNumbers = 65536;
+/// Late messages under way; few, so that live ones need not wait behind them.
+constexpr int LateWindow = 200;
+/// The broker's answer to a connection.
+constexpr auto AnswerWithin = 10s;
+constexpr auto Round = 1s;
+/// At the end: for what is under way, and then for the good-bye.
+constexpr auto LastRows = 3s;
+constexpr auto LastState = 1s;
+
+}  // namespace
+
+/// Ends a poll.
+struct Publisher::Bell {
+  Bell() : file(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+    if (file < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
+  }
+  Bell(const Bell&) = delete;
+  Bell& operator=(const Bell&) = delete;
+  ~Bell() { close(file); }
+
+  void Ring() const {
+    constexpr std::uint64_t Once = 1;
+    if (write(file, &Once, sizeof Once) < 0) return;  // it rings already
+  }
+  void Still() const {
+    std::uint64_t times = 0;
+    if (read(file, &times, sizeof times) < 0) return;  // nobody has rung
+  }
+
+  const int file;
+};
+
+/// A connection that is being made. Its thread may outlive the publisher.
+struct Publisher::Attempt {
+  std::shared_ptr<Broker> broker;
+  std::string reason;
+  std::atomic<bool> done = false;
+};
+
+/// A row whose messages the broker has not all acknowledged; without a parcel, a state.
+struct Publisher::Underway {
+  ParcelPtr parcel;
+  std::optional<RowMessages> messages = {};
+  Message next = {};
+  bool hasNext = false;
+  bool isWhole = true;  // all messages are sent
+  bool refused = false;
+  int waiting = 0;  // sent, and not acknowledged
+  int sent = 0;
+
+  bool IsLate() const { return parcel != nullptr && parcel->IsLate(); }
+};
+
+Publisher::Publisher(const BrokerSettings& settings, const Topics& topics, Outbox& outbox,
+                     Metrics& metrics, Log& log, Heartbeat& heart, Hooks hooks)
+    : topics_(topics),
+      outbox_(outbox),
+      metrics_(metrics),
+      log_(log),
+      heart_(heart),
+      hooks_(std::move(hooks)),
+      bell_(std::make_shared<Bell>()),
+      settings_(settings),
+      backoff_(live::Retry{}),
+      underway_(MessageNumbers) {
+  outbox_.OnNews([bell = bell_] { bell->Ring(); });
+  thread_ = std::thread([this] { Run(); });
+}
+
+Publisher::~Publisher() { Stop({}); }
+
+void Publisher::Stop(const std::string& goodBye) {
+  if (!thread_.joinable()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    goodBye_ = goodBye;
+  }
+  ending_ = true;
+  Wake();
+  thread_.join();
+}
+
+void Publisher::Wake() { bell_->Ring(); }
+
+void Publisher::Keep(const std::string& topic, std::string payload) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (payload.empty()) {
+      states_.erase(topic);
+    } else {
+      states_[topic] = payload;
+    }
+    kept_[topic] = std::move(payload);
+  }
+  Wake();
+}
+
+void Publisher::Change(const BrokerSettings& settings) {
+  {
+    const std::lock_guard lock(mutex_);
+    settings_ = settings;
+    changed_ = true;
+  }
+  Wake();
+}
+
+void Publisher::Run() {
+  while (!ending_) RunOnce(Round);
+  Finish();
+  outbox_.Disconnected();
+}
+
+void Publisher::Finish() {
+  const auto until = [this](Steady::time_point end, auto&& done) {
+    while (connected_ && !done() && Steady::now() < end) RunOnce(20ms);
+  };
+  const auto quiet = [this] { return messages_ == 0 && liveRow_ == nullptr; };
+  until(Steady::now() + LastRows, quiet);
+  if (!connected_) return;
+  Keep(topics_.GatewayState(), goodBye_);
+  RunOnce(0ms);
+  until(Steady::now() + LastState, quiet);
+  if (broker_ != nullptr) {
+    broker_->Disconnect();
+    broker_->Turn(false, true);
+  }
+  metrics_.BrokerUp(false);
+}
+
+void Publisher::RunOnce(std::chrono::milliseconds longest) {
+  heart_.Beat();
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(changed_, false)) {
+      loss_ = "the settings have changed";
+      retryAt_ = {};
+      backoff_.Reset();
+    }
+  }
+  if (!loss_.empty() && broker_ != nullptr) Lost(std::exchange(loss_, {}));
+  loss_.clear();
+  const auto now = Steady::now();
+  if (attempt_ != nullptr && attempt_->done) EndAttempt();
+  if (attempt_ == nullptr && broker_ == nullptr) {
+    if (!ending_ && now >= retryAt_) BeginAttempt();
+    if (now < retryAt_) {
+      longest = std::min(longest, std::chrono::ceil<std::chrono::milliseconds>(retryAt_ - now));
+    }
+  }
+  Turn(longest);
+  if (broker_ != nullptr && !connected_ && Steady::now() > answerBy_) {
+    Lost("the broker does not answer");
+  }
+  if (connected_) Publish();
+}
+
+void Publisher::BeginAttempt() {
+  auto attempt = std::make_shared<Attempt>();
+  try {
+    const std::lock_guard lock(mutex_);
+    attempt->broker = std::make_shared<Broker>(
+        settings_, Message{topics_.GatewayState(), hooks_.death, true},
+        Broker::Events{[this] { OnConnected(); },
+                       [this](int message, int code) { OnAcknowledged(message, code); }});
+  } catch (const std::runtime_error& error) {
+    return Lost(error.what());
+  }
+  attempt_ = attempt;
+  std::thread([attempt, bell = bell_] {
+    attempt->reason = attempt->broker->Connect();
+    attempt->done = true;
+    bell->Ring();
+  }).detach();
+}
+
+void Publisher::EndAttempt() {
+  const auto attempt = std::exchange(attempt_, nullptr);
+  if (!attempt->reason.empty()) return Lost(attempt->reason);
+  broker_ = attempt->broker;
+  answerBy_ = Steady::now() + AnswerWithin;
+}
+
+void Publisher::OnConnected() {
+  connected_ = true;
+  backoff_.Reset();
+  metrics_.BrokerUp(true);
+  log_.Write(Level::Info, "broker", "", {{"state", "up"}});
+  {
+    const std::lock_guard lock(mutex_);
+    states_[topics_.GatewayState()] = hooks_.birth();
+    for (const auto& [topic, payload] : states_) kept_[topic] = payload;
+  }
+  outbox_.Connected();
+  hooks_.tellAll({});
+}
+
+void Publisher::Lost(const std::string& reason) {
+  broker_.reset();
+  connected_ = false;
+  metrics_.BrokerUp(false);
+  log_.Write(Level::Warning, "broker", "", {{"state", "lost"}, {"reason", reason}});
+  std::ranges::fill(underway_, nullptr);
+  messages_ = lateMessages_ = 0;
+  liveRow_.reset();
+  lateRow_.reset();
+  outbox_.Disconnected();
+  retryAt_ = Steady::now() + backoff_.Next();
+}
+
+void Publisher::Turn(std::chrono::milliseconds longest) {
+  std::array<pollfd, 2> files{{{bell_->file, POLLIN, 0}, {-1, POLLIN, 0}}};
+  if (broker_ != nullptr) {
+    files[1].fd = broker_->Socket();
+    if (broker_->WantsToWrite()) files[1].events |= POLLOUT;
+  }
+  poll(files.data(), files.size(), static_cast<int>(longest.count()));
+  if (files[0].revents != 0) bell_->Still();
+  if (broker_ == nullptr) return;
+  const bool readable = (files[1].revents & ~POLLOUT) != 0;
+  if (!broker_->Turn(readable, (files[1].revents & POLLOUT) != 0)) {
+    Lost(broker_->Reason());
+  } else if (!loss_.empty()) {
+    Lost(std::exchange(loss_, {}));
+  }
+}
+
+void Publisher::Publish() {
+  broker_->Gather(true);
+  PublishKept();
+  PublishRows(liveRow_, false);
+  if (!ending_) PublishRows(lateRow_, true);
+  broker_->Gather(false);
+  for (const std::string& cell : outbox_.TakeOwed()) hooks_.tellAll(cell);
+}
+
+void Publisher::PublishKept() {
+  std::map<std::string, std::string> kept;
+  {
+    const std::lock_guard lock(mutex_);
+    kept.swap(kept_);
+  }
+  const auto state = std::make_shared<Underway>();
+  for (auto& [topic, payload] : kept) {
+    if (!Send({topic, std::move(payload), true}, state)) return;  // the next connection begins anew
+  }
+}
+
+void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
+  const auto mayGo = [this, late] {
+    return loss_.empty() && messages_ < broker_->Window() &&
+           (!late || lateMessages_ < std::min(LateWindow, broker_->Window() / 2 + 1));
+  };
+  while (mayGo()) {
+    if (row == nullptr) {
+      ParcelPtr parcel = late ? outbox_.NextLate() : outbox_.NextLive(Steady::now());
+      if (parcel == nullptr) return;
+      row = std::make_shared<Underway>(Underway{.parcel = std::move(parcel), .isWhole = false});
+      row->messages.emplace(topics_, row->parcel->Row(), row->parcel->IsLate());
+    }
+    if (!row->messages->Next(row->next)) {
+      row->isWhole = true;
+      Settle(*row);
+      row.reset();
+    } else if (!Send(row->next, row)) {
+      return;
+    }
+  }
+}
+
+// False if the connection is gone.
+bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& row) {
+  int number = 0;
+  try {
+    number = broker_->Publish(message);
+  } catch (const std::runtime_error& error) {
+    log_.Write(Level::Error, "refused", row->parcel ? row->parcel->Row().cell : "",
+               {{"topic", message.topic}, {"reason", error.what()}});
+    row->refused = true;
+    return true;
+  }
+  if (number == 0) {
+    loss_ = broker_->Reason();
+    return false;
+  }
+  ++row->sent;
+  ++row->waiting;
+  ++messages_;
+  if (row->IsLate()) ++lateMessages_;
+  underway_[static_cast<std::size_t>(number)] = row;
+  return true;
+}
+
+void Publisher::OnAcknowledged(int message, int code) {
+  const auto row = std::exchange(underway_[static_cast<std::size_t>(message)], nullptr);
+  if (row == nullptr) return;
+  --messages_;
+  --row->waiting;
+  if (row->IsLate()) --lateMessages_;
+  if (Broker::IsRefusal(code)) {
+    if (!Broker::IsFinal(code)) {
+      loss_ = "the broker refuses a message: " + Broker::CodeText(code);
+      return;
+    }
+    log_.Write(Level::Error, "refused", row->parcel ? row->parcel->Row().cell : "",
+               {{"reason", Broker::CodeText(code)}});
+    row->refused = true;
+  }
+  Settle(*row);
+}
+
+void Publisher::Settle(Underway& row) {
+  if (!row.isWhole || row.waiting != 0 || row.parcel == nullptr) return;
+  if (row.refused) metrics_.Dropped("refused", 1);
+  metrics_.Published(row.IsLate(), row.sent);
+  outbox_.Acknowledge(row.parcel);
+}
+
+}  // namespace orif::gateway
