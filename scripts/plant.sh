@@ -24,7 +24,7 @@ controller() { # its name, what else happens in it
        {"what": "R[1]", "ramp": {"from": 0, "to": 36000, "over": "10h"}},
        {"what": "R[2]", "ramp": {"from": 20.0, "to": 80.0, "over": "10min"}},
        {"what": "DO[1]", "cycle": [[1, "3s"], [0, "2s"]]},
-       {"what": "POS[0].X", "ramp": {"from": 850, "to": 640, "over": "4s", "then": "bounce"}}$2]}
+       {"what": "POS[0].X", "ramp": {"from": 850, "to": 640, "over": "4s"}, "then": "bounce"}$2]}
 JSON
 }
 {

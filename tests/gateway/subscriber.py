@@ -279,7 +279,7 @@ class Screen:
     def state(self, who, found):
         text = found["state"]
         if text == "up":
-            text += f", {found['tags']} tags of {found['host'] or 'its own simulation'}"
+            text += f", {found['tags']} tags ({found['host']})"
         elif text == "online":
             text += f", {found['cells']} cells, session {found['session']}"
         if text != "connecting":
