@@ -5,4 +5,4 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 cmake --preset release -B build/run -DCMAKE_INSTALL_PREFIX=/usr -DORIF_BUILD_TESTS=OFF -DORIF_BUILD_EXAMPLES=OFF \
-  -DORIF_BUILD_TOOL=OFF -DORIF_BUILD_BENCH=OFF "$@"
+  -DORIF_BUILD_TOOL=OFF -DORIF_BUILD_GATEWAY=OFF -DORIF_BUILD_BENCH=OFF "$@"

@@ -78,8 +78,8 @@ struct TagGroup {
 };
 
 struct CellSettings {
-  std::string name;
-  tool::Connection connection;
+  std::string name = {};
+  tool::Connection connection = {};
   Milliseconds period = std::chrono::seconds(1);
   Milliseconds full = std::chrono::minutes(5);  ///< how often everything is told
   std::vector<TagGroup> tags;

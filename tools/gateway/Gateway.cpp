@@ -52,7 +52,6 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
   if (buffer_.MovedAside()) {
     log_.Write(Level::Error, "buffer", "",
                {{"state", "broken"}, {"moved_to", buffer_.MovedAside()->string()}});
-    metrics_.Dropped("broken", 0);
   }
   if (configuration.metrics) {
     const MetricsSettings& metrics = *configuration.metrics;

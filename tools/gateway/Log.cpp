@@ -24,8 +24,9 @@ std::string_view Name(Level level) {
 }
 
 void Append(std::string& line, std::string_view name, std::string_view value) {
+  if (value.empty()) return;
   ((line += ' ') += name) += '=';
-  const bool plain = !value.empty() && std::ranges::all_of(value, [](char c) {
+  const bool plain = std::ranges::all_of(value, [](char c) {
     return c > ' ' && c < 0x7F && c != '"' && c != '\\' && c != '=';
   });
   if (plain) {
@@ -56,7 +57,7 @@ void Log::Write(Level level, std::string_view event, std::string_view cell,
   line += "time=" + TimeText(std::chrono::system_clock::now());
   Append(line, "level", Name(level));
   Append(line, "event", event);
-  if (!cell.empty()) Append(line, "cell", cell);
+  Append(line, "cell", cell);
   for (const auto& [name, value] : fields) Append(line, name, value);
   if (minute.leftOut != 0) {
     Append(line, "left_out", std::to_string(std::exchange(minute.leftOut, 0)));

@@ -24,8 +24,8 @@ class Log {
   /// With `journal` each line begins as systemd's journal wants it. `write` is for tests.
   explicit Log(bool journal, std::function<void(const std::string& line)> write = {});
 
-  /// `time=... level=warning event=cell cell=press1 state=lost reason="..."`; without a cell if that
-  /// is empty. Of each event of each cell at most ten lines a minute; then one tells how many were
+  /// `time=... level=warning event=cell cell=press1 state=lost reason="..."`; without a cell or a
+  /// field that is empty. Of each event of each cell at most ten lines a minute; then one tells how many were
   /// left out.
   void Write(Level level, std::string_view event, std::string_view cell,
              std::initializer_list<Field> fields,

@@ -78,7 +78,7 @@ void CellMetrics::Up(bool up) {
 void CellMetrics::Row() { rows_.Increment(); }
 
 Metrics::Metrics(std::string gateway) : gateway_(std::move(gateway)) {
-  for (const char* reason : {"broken", "limit", "memory"}) dropped_[reason];
+  for (const char* reason : {"limit", "memory", "refused"}) dropped_[reason];
 }
 
 std::shared_ptr<CellMetrics> Metrics::Cell(const std::string& name) {

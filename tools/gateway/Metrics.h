@@ -72,7 +72,8 @@ class Metrics {
   /// The broker has acknowledged a row of so many messages.
   void Published(bool late, std::int64_t messages);
 
-  /// Rows were lost: "limit", "memory" or "broken".
+  /// Rows were lost, for one of the reasons "limit" (of the buffer), "memory" (its limit) and
+  /// "refused" (by the broker).
   void Dropped(std::string_view reason, std::int64_t rows);
 
   /// What /healthz tells.

@@ -202,6 +202,7 @@ void Publisher::EndAttempt() {
 void Publisher::OnConnected() {
   connected_ = true;
   backoff_.Reset();
+  lastLoss_.clear();
   metrics_.BrokerUp(true);
   log_.Write(Level::Info, "broker", "", {{"state", "up"}});
   {
@@ -213,11 +214,14 @@ void Publisher::OnConnected() {
   hooks_.tellAll({});
 }
 
-void Publisher::Lost(const std::string& reason) {
+void Publisher::Lost(std::string reason) {
   broker_.reset();
   connected_ = false;
   metrics_.BrokerUp(false);
-  log_.Write(Level::Warning, "broker", "", {{"state", "lost"}, {"reason", reason}});
+  if (reason != lastLoss_) {
+    log_.Write(Level::Warning, "broker", "", {{"state", "lost"}, {"reason", reason}});
+    lastLoss_ = std::move(reason);
+  }
   std::ranges::fill(underway_, nullptr);
   messages_ = lateMessages_ = 0;
   liveRow_.reset();

@@ -67,7 +67,7 @@ class Publisher {
   void OnConnected();
   void OnAcknowledged(int message, int code);
   void Settle(Underway& row);
-  void Lost(const std::string& reason);
+  void Lost(std::string reason);
   void Turn(std::chrono::milliseconds longest);
   void Publish();
   void PublishKept();
@@ -102,7 +102,8 @@ class Publisher {
   int lateMessages_ = 0;
   std::shared_ptr<Underway> liveRow_;  // whose messages are being published
   std::shared_ptr<Underway> lateRow_;
-  std::string loss_;  // why the connection is to end
+  std::string loss_;      // why the connection is to end
+  std::string lastLoss_;  // why the last one did, or could not be made
   std::atomic<bool> ending_ = false;
   std::thread thread_;
 };
