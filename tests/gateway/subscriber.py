@@ -168,7 +168,11 @@ def read(messages, prefix="orif"):
     for arrived, topic, payload, retain in messages:
         parts = topic.split("/")
         need(parts[0] == prefix and len(parts) in (3, 4), f"topic {topic!r}")
-        seen, found = gateways[parts[1]], decode(payload)
+        seen = gateways[parts[1]]
+        if not payload:  # what the broker kept of a cell or tag that is no more
+            seen.live.pop(topic, None)
+            continue
+        found = decode(payload)
         if len(parts) == 3:
             need(parts[2] == "state", f"topic {topic!r}")
             need(found.get("state") in ("online", "offline"), f"{topic}: {found}")
@@ -286,6 +290,8 @@ class Screen:
             self.line(who, text + (f": {found['reason']}" if found.get("reason") else ""))
 
     def __call__(self, message):
+        if not message.payload:
+            return
         parts = message.topic.split("/")
         found = decode(message.payload)
         if parts[-1] == "state":

@@ -26,10 +26,10 @@ from subscriber import SESSION, Wrong, need
 
 
 def broker_gone(chance, length):
-    """The broker ends and comes back; then it is frozen."""
+    """The broker ends and comes back, with ten minutes' worth of rows; then it is frozen."""
     plant = yield Plant(chance.choice(["tags", "rows"]), "50ms")
-    rows = plant.shown("orif_buffer_rows")
     plant.stop_broker()
+    length = max(length, 15)  # 6000 rows, as many as in ten minutes of 2 s
     time.sleep(length)
     need(plant.shown("orif_broker_up") == 0, "the broker is shown as up while it is away")
     rows = plant.shown("orif_buffer_rows")
@@ -189,7 +189,7 @@ def hostile_texts(chance, length):
     plant.config["cells"][1] |= {"period": "200ms"}
     plant.write_config()
     plant.gateway.send_signal(signal.SIGHUP)
-    until("the cell that was taken away is closed", lambda: plant.states(gone)[-1] == "closed")
+    until("the cell that was taken away is gone", lambda: plant.states(gone)[-1] == "gone")
     plant.servers[1].process.send_signal(signal.SIGCONT)
     plant.all_up()
     after = plant.metrics()
