@@ -21,7 +21,7 @@ declare -A packages=(
   [pictures]='gnuplot-nox'
   [site]='doxygen'
   [trouble]='python3'
-  [plant]='mosquitto mosquitto-clients python3-paho-mqtt faketime prometheus sqlite3 openssl curl'
+  [plant]='mosquitto mosquitto-clients python3-paho-mqtt faketime prometheus sqlite3 openssl curl systemd'
   [lint]='git clang-format clang-tidy shellcheck python3-jsonschema'
 )
 
