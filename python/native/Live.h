@@ -71,10 +71,12 @@ class CellLock {
 
 /// What items with several values are in Python.
 struct Composite {
-  const char* kind;                ///< a class in orif._values
-  std::string name;                ///< of the item
-  std::vector<std::size_t> tags;   ///< of its fields
-  std::vector<std::size_t> slots;  ///< where in the object each belongs
+  const char* kind;                   ///< a class in orif._values
+  std::string name;                   ///< of the item
+  std::size_t size;                   ///< how many fields the object has
+  std::vector<std::size_t> tags;      ///< of its fields
+  std::vector<std::size_t> slots;     ///< where in the object each belongs
+  std::optional<std::size_t> config;  ///< where in the object a configuration belongs
 };
 
 /// A live::Controller with its lock. All but `controller` never changes.
@@ -95,10 +97,13 @@ struct Cell {
   std::shared_ptr<SimulatedCell> simulation;
   std::unique_ptr<live::Controller> controller;
   CellLock lock;
-  py::list names;                     // of all tags
+  py::tuple names;                    // of all tags
   py::dict places;                    // of names: a tag's index, or -1 - that of a composite
   std::vector<Composite> composites;  // items with several values
 };
+
+/// The Cell of its object in Python. Throws a py::type_error if the constructor has not run.
+Cell& CellOf(PyObject* self);
 
 /// The pace of a watch or a recording, and what its refreshes tell of the link.
 class Pacer {
@@ -120,6 +125,10 @@ class Pacer {
   std::optional<live::Turns::Time> start_;
   std::optional<live::Turns::Time> due_;
 };
+
+/// The value of an object of Python that is written to `name`. Throws a live::UsageError for what
+/// is none.
+live::Value ToValue(const std::string& name, PyObject* object);
 
 /// The value in Python. A new reference, or null with an exception set.
 PyObject* NewValue(const live::Value& value);
@@ -143,4 +152,26 @@ py::object FromPackage(const char* module, const char* name);
 /// Recordings.
 void BindRecordings(py::module_& module);
 
+/// For members: without it pybind11 would make up a Cell for an object whose constructor has not
+/// run.
+template <class Usual>
+struct ConstructedCaster : Usual {
+  bool load(py::handle source, bool convert) {
+    if (py::isinstance<Cell>(source)) CellOf(source.ptr());
+    return Usual::load(source, convert);
+  }
+};
+
 }  // namespace orif::python
+
+namespace pybind11::detail {
+
+template <>
+struct type_caster<orif::python::Cell>
+    : orif::python::ConstructedCaster<type_caster_base<orif::python::Cell>> {};
+template <>
+struct type_caster<std::shared_ptr<orif::python::Cell>>
+    : orif::python::ConstructedCaster<
+          copyable_holder_caster<orif::python::Cell, std::shared_ptr<orif::python::Cell>>> {};
+
+}  // namespace pybind11::detail

@@ -45,11 +45,35 @@ def test_values_have_pythons_types_and_tags_tell_the_rest(orif_robot, orif_conne
     assert before - datetime.timedelta(seconds=1) < tag.time <= datetime.datetime.now(datetime.timezone.utc)
     assert cell.tag("R[1]").comment == "Parts" and cell.tag("SR[1]").comment == ""
     values = cell.values()
-    assert list(values) == cell.names == list(cell) and len(cell) == len(values)
+    assert tuple(values) == cell.names == tuple(cell) and len(cell) == len(values)
     assert values["R[2]"] == 42.7 and values["PR[2].X"] is None
     assert "R[1]" in cell and "PR[1]" in cell and "R[3]" not in cell and 5 not in cell
     assert repr(cell) == f"<Controller cell1 up, {len(cell)} tags>"
     assert repr(tag) == "<Tag PR[1].X=1.0 mm good>"
+
+
+class Interrupted:
+    def __float__(self):
+        raise KeyboardInterrupt
+
+
+def test_a_controller_without_its_constructor_refuses_everything():
+    class Hasty(orif.Controller):
+        def __init__(self):
+            self.tried = []
+            for use in (
+                lambda: self["R[1]"], lambda: self.refresh(), lambda: self.values(), lambda: self.names,
+                lambda: "R[1]" in self or self._find("R[1]"), lambda: self.link, lambda: self.host,
+                lambda: self.watch(), lambda: repr(self), lambda: self.close(), lambda: self.write({}),
+            ):
+                with pytest.raises(TypeError, match="not made by its constructor"):
+                    use()
+                self.tried.append(use)
+            super().__init__("demo", ["R[1]"], simulate=True)
+
+    with Hasty() as cell:
+        cell.refresh()
+        assert len(cell.tried) == 11 and cell["R[1]"] == 120
 
 
 def test_writes_at_once_and_positions_as_a_whole(orif_robot, orif_connect):
@@ -75,6 +99,10 @@ def test_writes_at_once_and_positions_as_a_whole(orif_robot, orif_connect):
     numpy = pytest.importorskip("numpy")
     cell.write({"R[3]": numpy.int32(3), "R[4]": numpy.float32(0.5), "DO[1]": numpy.bool_(False)})
     cell["PR[2]"] = numpy.arange(6.0)
+    cell["R[5]"] = numpy.array(1.5)
+    assert robot["R[5]"] == 1.5
+    with pytest.raises(KeyboardInterrupt):
+        cell["R[1]"] = Interrupted()
     assert (robot["R[3]"], robot["R[4]"], robot["DO[1]"], robot["PR[2]"].Y) == (3, 0.5, False, 1.0)
     robot.alarms = [orif.Alarm(message="Stop")]
     cell.clear_alarms()
@@ -94,6 +122,11 @@ def test_writes_at_once_and_positions_as_a_whole(orif_robot, orif_connect):
         (lambda c: c.write({"R[1]": 2**80}), "R[1]: the number does not fit", ""),
         (lambda c: c.write({"PR[1]": range(10)}), "PR[1]: a position has X, Y, Z", ""),
         (lambda c: c.write({"PR[1]": 5}), "PR[1]: 5 is no Position and no sequence of numbers", ""),
+        (lambda c: c.write({"PR[1]": orif.Position()}), "PR[1]: a Position without values", ""),
+        (lambda c: c.write({"PR[1]": orif.Position(config=5)}), "PR[1]: Position(config=5) is no Position", ""),
+        (lambda c: c.write({"PR[1]": orif.Position(X="x")}), "PR[1]: Position(X='x') is no Position", ""),
+        (lambda c: c.write({"PR[1]": orif.Position(config=(1, 0))}), "PR[1]: a configuration has seven", ""),
+        (lambda c: c.__init__("a", []), "a controller is made once", ""),
         (lambda c: c.watch(every=0), "a period is from 0.001 s to a day", ""),
         (lambda c: orif.Controller("", []), "no controller is named; say its host", ""),
         (lambda c: orif.Controller("a", "R[1]"), "tags is a list of names", '["R[1]"]'),
