@@ -34,7 +34,6 @@ class SimulatedCell {
 
   sim::Network& Network() { return network_; }
   std::vector<std::string>& Hosts() { return hosts_; }
-  bool IsRealTime() const { return realTime_; }
 
   /// Lets as much time pass as has passed since the cell was made, if it does so by itself. On any
   /// thread.

@@ -196,6 +196,37 @@ def test_a_lost_link_raises_and_comes_back_by_itself(orif_robot, orif_connect):
         orif.Controller("cell1", ["R[1]"], component="/nowhere.so")["R[1]"]
 
 
+@pytest.mark.parametrize(
+    "name, value, said",
+    [
+        ("R[1]", 2**40, "R[1]: the number does not fit 32 bits"),
+        ("R[1]", "1", "R[1]: the value must be a number"),
+        ("R[1]", (1, 2, 3), "R[1]: it is no position"),
+        ("R[1]", None, "R[1]: None is no value to write"),
+        ("SR[1]", 1, "SR[1]: the value must be a text"),
+        ("PR[1]", 5, "PR[1]: the value must be a Position"),
+        ("PR[1]", orif.Position(config=(1, 0)), "PR[1]: a configuration has seven numbers"),
+        ("PR[1]", orif.Position(1, config=(2**15,) * 7), "PR[1]: a configuration and frames are"),
+    ],
+)
+def test_a_simulated_controller_refuses_what_does_not_fit(name, value, said, orif_robot):
+    with pytest.raises(orif.UsageError) as raised:
+        orif_robot[name] = value
+    assert str(raised.value).startswith(said)
+
+
+def test_a_simulated_controller_takes_numpy_and_any_bytes(orif_robot):
+    numpy = pytest.importorskip("numpy")
+    orif_robot["R[1]"], orif_robot["R[2]"] = numpy.float32(1.5), numpy.array(2.5)
+    orif_robot["DO[1]"], orif_robot["GO[1]"] = numpy.bool_(True), numpy.int64(3)
+    orif_robot["PR[1]"] = numpy.arange(6)
+    assert [orif_robot[n] for n in ("R[1]", "R[2]", "DO[1]", "GO[1]")] == [1.5, 2.5, True, 3]
+    assert orif_robot["PR[1]"].cartesian[:6] == (0, 1, 2, 3, 4, 5)
+    orif_robot["SR[1]"] = b"\xe9"
+    orif_robot.tasks, orif_robot.alarms = [orif.Task("\udce9")], [orif.Alarm(message="\udce9")]
+    assert orif_robot["SR[1]"] == orif_robot.tasks[0].program == orif_robot.alarms[0].message == "\udce9"
+
+
 def test_texts_have_the_encoding_of_the_controller(orif_robot, orif_connect):
     cell = orif_connect(["SR[1-2]"], encoding="shift_jis")
     cell["SR[1]"] = "部品"

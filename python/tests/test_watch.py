@@ -310,6 +310,16 @@ def test_a_cell_built_in_code_is_served_and_makes_trouble(orif_robot, orif_cell,
     press.advance(5)
     assert press["press"]["R[1]"] == 50 and press.hosts == ["press"] and press.now == 5.0
     assert repr(press) == "<SimulatedCell press>"
+    clocked = orif.SimulatedCell(scenario, real_time=True)
+    time.sleep(0.1)
+    assert clocked["press"]["R[1]"] >= 1 and clocked.now >= 0.1  # nobody else looks at it
+    served = press.serve()
+    stopping = [threading.Thread(target=served.stop) for _ in range(8)]
+    for thread in stopping:
+        thread.start()
+    for thread in stopping:
+        thread.join(5)
+        assert not thread.is_alive()
     for wrong in ("R[10001]", "$NONE", "POS[1]", "R[1-2]", "PR[1].X"):
         with pytest.raises(orif.UsageError):
             press["press"][wrong]
