@@ -127,24 +127,20 @@ py::list Typed(const std::string& name, const std::vector<std::string>& cells,
 py::dict ReadRecording(const std::string& path) {
   tool::Cells names;
   std::vector<std::vector<std::string>> columns;
+  std::vector<bool> read;
   WithoutInterpreter([&] {
     try {
       const auto rows = tool::OpenRows(path, names);
       columns.resize(names.size());
+      tool::RowCheck check(names.size());
       for (tool::Cells cells = names; rows->Next(cells);) {
-        if (cells.size() != names.size()) {
-          throw std::runtime_error("row " + std::to_string(columns[0].size() + 1) +
-                                   " has too few or many values");
-        }
+        read.push_back(check.Next(cells).link != tool::Link::Lost);
         for (std::size_t i = 0; i < cells.size(); ++i) columns[i].push_back(cells[i]);
       }
     } catch (const std::exception& error) {
       throw live::UsageError(path + " is no recording: " + error.what());
     }
   });
-  std::vector<bool> always(columns[0].size(), true);
-  std::vector<bool> read;
-  for (const std::string& link : columns[2]) read.push_back(link != ToText(tool::Link::Lost));
   py::dict recording;
   for (std::size_t i = 0; i < names.size(); ++i) {
     py::object column;
