@@ -242,7 +242,7 @@ class Watch {
   Watch(std::shared_ptr<Cell> cell, double every)
       : cell_(std::move(cell)), pacer_(PeriodOf(every)) {}
 
-  double Wait() { return pacer_.Wait(); }
+  double Wait() { return WaitFor(pacer_); }
   std::int64_t Skipped() const { return pacer_.Skipped(); }
 
   /// From now on Step does not refresh, even if it waits for the controller already.
@@ -303,7 +303,7 @@ class Watch {
   }
 
   std::shared_ptr<Cell> cell_;
-  Pacer pacer_;
+  tool::Pacer pacer_;
   std::atomic<bool> ended_ = false;
   std::pair<live::Link, live::Reason> lost_{live::Link::Closed, {}};  // the last failed refresh
   std::vector<std::pair<live::Quality, live::Value>> known_;  // what was told; empty for nothing
@@ -431,16 +431,9 @@ Py_ssize_t Cell::Find(PyObject* name) {
   return static_cast<Py_ssize_t>(controller->IndexOf(*text));  // throws
 }
 
-double Pacer::Wait() {
+double WaitFor(tool::Pacer& pacer) {
   const auto now = std::chrono::steady_clock::now();
-  if (!due_) due_ = turns_.Next(now, !link.IsLost());
-  if (!start_) start_ = due_;
-  return std::max(std::chrono::duration<double>(*due_ - now).count(), 0.0);
-}
-
-Milliseconds Pacer::SinceStart() const {
-  if (!due_ || !start_) return Milliseconds(0);
-  return std::chrono::floor<Milliseconds>(*due_ - *start_);
+  return std::max(std::chrono::duration<double>(pacer.Due(now) - now).count(), 0.0);
 }
 
 PyObject* NewValue(const live::Value& value) {

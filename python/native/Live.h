@@ -14,11 +14,10 @@
 #include <string_view>
 #include <vector>
 
-#include "live/Clock.h"
 #include "live/Controller.h"
 #include "python/native/Interpreter.h"
 #include "simulator/Network.h"
-#include "tools/orif/Link.h"
+#include "tools/orif/Pacer.h"
 
 namespace orif::python {
 
@@ -104,26 +103,8 @@ struct Cell {
 /// The Cell of its object in Python. Throws a py::type_error if the constructor has not run.
 Cell& CellOf(PyObject* self);
 
-/// The pace of a watch or a recording, and what its refreshes tell of the link.
-class Pacer {
- public:
-  explicit Pacer(Milliseconds every) : turns_(every) {}
-
-  /// How long until the turn that is due next, in seconds. Asking again does not change it.
-  double Wait();
-  /// The turn is taken.
-  void Take() { due_.reset(); }
-  /// When the turn is due, since the first one.
-  Milliseconds SinceStart() const;
-  std::int64_t Skipped() const { return turns_.Skipped(); }
-
-  tool::LinkStates link;
-
- private:
-  live::Turns turns_;
-  std::optional<live::Turns::Time> start_;
-  std::optional<live::Turns::Time> due_;
-};
+/// How long until the turn of a watch or a recording is due, in seconds.
+double WaitFor(tool::Pacer& pacer);
 
 /// The value of an object of Python that is written to `name`. Throws a live::UsageError for what
 /// is none.

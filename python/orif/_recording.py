@@ -63,9 +63,6 @@ def record(
         raise UsageError("append goes on with a file and replace ends it; say one of them")
     if (duration is not None and not duration > 0) or (count is not None and count < 1):
         raise UsageError("a recording has a duration of more than 0 s, and a count of 1 or more")
-    rotates = rotate_after is not None or rotate_at is not None
-    if os.path.lexists(path) and not (append or replace or rotates):
-        raise UsageError(f"{path} exists; name another file, or say append=True or replace=True")
     recording = _native._LiveRecording(cell, path, every, append, replace, rotate_after, rotate_at)
     refreshes = 0
     try:

@@ -52,7 +52,7 @@ def test_a_recording_that_cannot_be_made_says_why(tmp_path, orif_robot, orif_con
     cell = orif_connect(["R[1]"])
     path = tmp_path / "run.csv"
     orif.record(cell, path, every=0.001, count=1)
-    with pytest.raises(orif.UsageError, match="append=True or replace=True"):
+    with pytest.raises(orif.UsageError, match="exists; .* with replace=True, or .* append=True"):
         orif.record(cell, path)
     with pytest.raises(orif.UsageError, match="ends in .csv"):
         orif.record(cell, "run.txt")
