@@ -236,7 +236,7 @@ def in_python(text: str) -> str:
 # What the headers say of C++ alone.
 SAID_OTHERWISE = {
     "Members throw nothing: a failure shows in what they return, and": "Members raise TypeError "
-    "and OverflowError for arguments of a wrong kind and nothing else: a failure shows in what they "
+    "and OverflowError for arguments of a wrong kind alone: a failure shows in what they "
     "return, and",
     "which one thread uses at a time.": "whose threads wait for each other.",
     "It must be an array of 32-bit integers for NUMREG_INT, of 32-bit reals for NUMREG_REAL.": "For "
