@@ -160,7 +160,9 @@ class Controller(_native._LiveController):
         It waits for the threads of watches, unless a callback calls it, and hands what their callbacks
         have raised to threading.excepthook.
         """
-        for watch in list(vars(self).get("_watches", ())):
+        with _registering:
+            watches = list(vars(self).get("_watches", ()))
+        for watch in watches:
             watch.end()
             watch._report()
         super().close()
@@ -274,7 +276,8 @@ class Watch:
         self._stopped = threading.Event()
         self._error: Optional[BaseException] = None
         self._thread: Optional[threading.Thread] = None
-        cell._watches.add(self)
+        with _registering:
+            cell._watches.add(self)
         if callback is not None:
             self._thread = _WatchThread(
                 target=self._run, args=(callback,), name=f"orif watch {cell.host}", daemon=True
@@ -380,6 +383,8 @@ class Watch:
 
 
 _STOP_IS_SEEN = 0.05  # within so many seconds by a watch that an event loop waits for
+
+_registering = threading.RLock()  # a WeakSet cannot be iterated while another thread adds to it
 
 _watches: Set[Watch] = set()  # that have a thread, or an exception that nobody was told
 
