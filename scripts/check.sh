@@ -70,6 +70,12 @@ step_trouble() { # half a minute of troubles leaves true recordings
   scripts/trouble.sh 30
 }
 
+step_plant() { # the gateway runs beside real processes, and a minute of troubles leaves nothing untrue
+  scripts/plant.sh
+  scripts/plant-trouble.sh 60
+  scripts/plant-scale.sh 20 5
+}
+
 step_recipes() { # what stands in examples/plant works
   scripts/recipes.sh
 }

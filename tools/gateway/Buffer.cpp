@@ -13,7 +13,7 @@ constexpr std::size_t ReadAtOnce = 100;            // rows
 constexpr std::int64_t ReadBytes = 2'000'000;      // at most, but for one row
 
 // A file of another version is none of ours.
-constexpr const char* Version = "1";
+constexpr const char* FileVersion = "1";
 
 /// A new file begins where none can have been: with the minutes since this day.
 constexpr auto FirstDay = std::chrono::sys_days{std::chrono::year{2025} / 1 / 1};
@@ -64,9 +64,9 @@ void Buffer::Begin(const std::filesystem::path& file) {
         "CREATE TABLE gateway (version TEXT, session INTEGER);"
         "CREATE TABLE row (id INTEGER PRIMARY KEY, cell TEXT, number INTEGER, time TEXT,"
         " is_full INTEGER, size INTEGER, tags TEXT);"
-        "INSERT INTO gateway VALUES (" + std::string(Version) + ", 0)");
+        "INSERT INTO gateway VALUES (" + std::string(FileVersion) + ", 0)");
   }
-  if (database_->Value("SELECT version FROM gateway") != Version) {
+  if (database_->Value("SELECT version FROM gateway") != FileVersion) {
     throw tool::DatabaseBroken("it is not a buffer of this version");
   }
   session_ = Whole(database_->Value("SELECT session FROM gateway"));

@@ -65,7 +65,8 @@ void Cell::Start() {
 }
 
 void Cell::Stop() {
-  if (monitor_) monitor_->Stop();
+  // A component that hangs calls nobody back.
+  if (monitor_ && !monitor_->Stop()) OnLink(live::Link::Closed, {});
 }
 
 std::vector<std::string> Cell::TagNames() const {

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 /// The cells of a plant start within this time.
 constexpr std::chrono::nanoseconds StartWithin = 10s;
-constexpr auto Round = 1s;
+constexpr auto LookAfter = 1s;
 
 Buffer OpenBuffer(const BufferSettings& settings) {
   try {
@@ -53,6 +53,12 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     log_.Write(Level::Error, "buffer", "",
                {{"state", "broken"}, {"moved_to", buffer_.MovedAside()->string()}});
   }
+  log_.Write(Level::Info, "start", "",
+             {{"gateway", configuration.gateway},
+              {"version", VersionText},
+              {"session", std::to_string(buffer_.Session())},
+              {"cells", std::to_string(configuration.cells.size())},
+              {"buffered", std::to_string(buffer_.Rows())}});
   if (configuration.metrics) {
     const MetricsSettings& metrics = *configuration.metrics;
     server_.emplace(metrics.address, metrics.port, metrics_, health);
@@ -62,12 +68,6 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
                      Publisher::Hooks{.birth = [this] { return Birth(); },
                                       .death = Death(buffer_.Session(), "connection lost", false),
                                       .tellAll = [this](const std::string& cell) { TellAll(cell); }});
-  log_.Write(Level::Info, "start", "",
-             {{"gateway", configuration.gateway},
-              {"version", VersionText},
-              {"session", std::to_string(buffer_.Session())},
-              {"cells", std::to_string(configuration.cells.size())},
-              {"buffered", std::to_string(buffer_.Rows())}});
   Add(configuration.cells);
 }
 
@@ -108,7 +108,7 @@ Gateway::Instant Gateway::Turn(Instant now) {
     starting_.pop_front();
   }
   for (const auto& [name, cell] : cells_) cell->Watch(now);
-  return starting_.empty() ? now + Round : std::min(starting_.front().at, now + Round);
+  return starting_.empty() ? now + LookAfter : std::min(starting_.front().at, now + LookAfter);
 }
 
 void Gateway::Change(const Configuration& configuration) {

@@ -34,7 +34,8 @@ class Signals {
     sigemptyset(&set_);
     for (const int signal : {SIGHUP, SIGTERM, SIGINT}) sigaddset(&set_, signal);
     pthread_sigmask(SIG_BLOCK, &set_, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
+    // A file that must not grow is a failed write, as on a full disk.
+    for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
   }
 
   /// The next signal until `end`; 0 if there is none.

@@ -1,0 +1,265 @@
+"""Troubles a plant: what goes wrong in a factory, made to happen one after the other.
+
+    trouble.py SECONDS [SEED [TROUBLE...]]
+
+makes all the troubles below, and again in another order until the time is over. After each, what
+was published, what the buffer's file holds, and what /metrics and the retained states show have to
+agree with what the cells had.
+"""
+
+import contextlib
+import json
+import os
+import random
+import resource
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+import urllib.request
+
+from plant import CELLS, HOSTILE, Plant, until
+from subscriber import SESSION, Wrong, need
+
+
+def broker_gone(chance, length):
+    """The broker ends and comes back, with ten minutes' worth of rows; then it is frozen."""
+    plant = yield Plant(chance.choice(["tags", "rows"]), "50ms")
+    plant.stop_broker()
+    length = max(length, 15)  # 6000 rows, as many as in ten minutes of 2 s
+    time.sleep(length)
+    need(plant.shown("orif_broker_up") == 0, "the broker is shown as up while it is away")
+    rows = plant.shown("orif_buffer_rows")
+    # Half of the turns may be late on a busy machine.
+    need(rows >= CELLS * length / plant.period / 2, f"only {rows:g} rows after {length:g} s")
+    need(plant.stored() >= rows - CELLS, f"{plant.stored()} rows in the file, shown {rows:g}")
+    plant.start_broker()
+    plant.sent(60 + length)
+    plant.broker.send_signal(signal.SIGSTOP)
+    time.sleep(min(length, 3))
+    plant.broker.send_signal(signal.SIGCONT)
+
+
+def gateway_killed(chance, length):
+    """Killed while connecting, live, while the broker is away, and while the backlog is sent."""
+    plant = yield Plant(chance.choice(["tags", "rows"]))
+    kept = {}  # by cell and session: rows that must have been stored or sent
+
+    def kill():
+        session, found = plant.in_file("SELECT session FROM gateway"), plant.metrics()
+        plant.kill_gateway()
+        for cell in plant.cells():
+            kept[cell, session] = found.get(("orif_cell_rows_total", cell), 0)
+
+    for _ in range(max(1, round(length / 4))):
+        kill()
+        for _ in range(3):
+            plant.start_gateway()
+            time.sleep(chance.uniform(0, 0.4))
+            plant.kill_gateway()
+        plant.start_gateway()
+        time.sleep(chance.uniform(0.5, 1.5))
+        kill()
+        plant.start_gateway()
+        plant.all_up()
+        plant.stop_broker()
+        time.sleep(chance.uniform(0.5, 2))
+        kill()
+        plant.start_gateway()
+        time.sleep(chance.uniform(0.5, 3))
+        plant.start_broker()
+        until("the broker is connected", lambda: plant.shown("orif_broker_up"))
+        time.sleep(chance.uniform(0, 0.2))
+        kill()
+        plant.start_gateway()
+        plant.all_up()
+    yield
+    for (cell, session), rows in kept.items():
+        numbers = [n % SESSION for n in plant.seen.rows[cell] if n // SESSION == session]
+        last = max(numbers, default=0)
+        need(last >= rows - 1, f"{cell}: {rows:g} rows before a kill, {last} came")
+
+
+def disk_full(chance, length):
+    """The buffer's file cannot grow for a while; then the buffer reaches its limit."""
+    plant = yield Plant(chance.choice(["tags", "rows"]), buffer="200KB")
+    plant.stop_broker()
+    time.sleep(1)
+    size = max(os.path.getsize(name) for name in os.listdir(".") if name.startswith("buffer.db"))
+    resource.prlimit(plant.gateway.pid, resource.RLIMIT_FSIZE, (size, resource.RLIM_INFINITY))
+    until("the full disk is told", lambda: plant.shown("orif_buffer_writable") == 0)
+    time.sleep(length / 2)
+    unlimited = (resource.RLIM_INFINITY, resource.RLIM_INFINITY)
+    resource.prlimit(plant.gateway.pid, resource.RLIMIT_FSIZE, unlimited)
+    until("the buffer is written again", lambda: plant.shown("orif_buffer_writable") == 1)
+    until("the limit is reached", lambda: plant.shown("orif_dropped_rows_total"), 60)
+    need(plant.shown("orif_buffer_bytes") <= 200_000, "the buffer is beyond its limit")
+    plant.start_broker()
+    plant.sent()
+    plant.dropped = plant.shown("orif_dropped_rows_total")
+
+
+def cells_lost(chance, length):
+    """All cells are frozen, then killed and started again."""
+    plant = yield Plant(chance.choice(["tags", "rows"]))
+    for how in (signal.SIGSTOP, signal.SIGKILL):
+        for server in plant.servers:
+            server.process.send_signal(how)
+        until("all cells are lost", lambda: plant.are_up(0))
+        until(
+            "all cells are told as lost",
+            lambda: all("up" != plant.states(cell)[-1] for cell in plant.cells()),
+        )
+        time.sleep(chance.uniform(0, length / 3))
+        for server in plant.servers:
+            if how == signal.SIGKILL:
+                server.process.wait()
+                server.start()
+            server.process.send_signal(signal.SIGCONT)
+        plant.all_up()
+    yield
+    for cell in plant.cells():
+        stale = [row["R[1]"] for row in plant.seen.rows[cell].values() if "R[1]" in row]
+        stale = [reading for reading in stale if reading["quality"] == "stale"]
+        need(len(stale) >= 2, f"{cell} was lost twice, and stale {len(stale)} times: {stale}")
+
+
+def component_hangs(chance, length):
+    """A component hangs in the bulk read of one cell, and once more at the end of the gateway."""
+    plant = Plant(chance.choice(["tags", "rows"]))
+    plant.config["cells"][0]["component"] = os.environ["HANGING_COMPONENT"]
+    plant.environment["HANGING_COMPONENT_FILE"] = f"{os.getcwd()}/hang"
+    plant = yield plant
+    others = plant.cells()[1:]
+    with open("hang", "w", encoding="utf-8"):
+        before, begin = plant.metrics(), time.time()
+    until("cell1 is silent", lambda: plant.states("cell1")[-1] == "silent", 30)
+    need(plant.shown("orif_cell_up", "cell1") == 0, "cell1 is silent, and shown as up")
+    time.sleep(length / 2)
+    after, passed = plant.metrics(), time.time() - begin
+    for cell in others:
+        rows = after["orif_cell_rows_total", cell] - before["orif_cell_rows_total", cell]
+        need(rows > passed / plant.period / 2, f"{cell}: {rows:g} rows while cell1 hung")
+        need(plant.states(cell)[-1] == "up", f"{cell} is {plant.states(cell)[-1]} with cell1")
+    with urllib.request.urlopen(f"http://127.0.0.1:{plant.metrics_port}/healthz") as answer:
+        told = json.load(answer)
+    need((told["cells"], told["cells_up"]) == (CELLS, CELLS - 1), f"/healthz tells {told}")
+    os.remove("hang")
+    plant.before_end = lambda: (open("hang", "w", encoding="utf-8").close(), time.sleep(1))
+
+
+def clock_set_back(chance, length):
+    """The computer's clock is an hour behind all of a sudden, and right again later."""
+    plant = yield Plant(chance.choice(["tags", "rows"]), clock=True)
+    for seconds in (-3600, 0):
+        plant.set_clock(seconds)
+        before = plant.metrics()
+        time.sleep(length / 3)
+        after = plant.metrics()
+        for cell in plant.cells():
+            rows = after["orif_cell_rows_total", cell] - before["orif_cell_rows_total", cell]
+            need(rows > length / 3 / plant.period / 2, f"{cell}: {rows:g} rows after {seconds} s")
+        plant.stop_broker()
+        time.sleep(1)
+        plant.start_broker()
+        plant.sent()
+
+
+def hostile_texts(chance, length):
+    """Texts that break quoting; a broken and a changed file, while a cell is lost."""
+    plant = yield Plant(chance.choice(["tags", "rows"]))
+    for index, text in enumerate(HOSTILE, 1):
+        host = plant.config["cells"][2]["host"]
+        write = ["orif", "write", b"SR[%d]=" % index + text, "--yes", "--host", host]
+        subprocess.run(write, check=True, stdout=subprocess.DEVNULL)
+    plant.servers[1].process.send_signal(signal.SIGSTOP)
+    untouched = [f"cell{cell}" for cell in plant.servers[0].cells]
+    until("cells are lost", lambda: plant.are_up(0, plant.cells()[CELLS // 2 :]))
+    before = plant.metrics()
+    for broken in ("{", "\0\xff", '{"gateway": "\x1b[31m/+#", "cells": []}', "[" * 100_000):
+        seen = plant.log().count("event=reload")
+        plant.write_config(broken)
+        plant.gateway.send_signal(signal.SIGHUP)
+        until("the broken file is told", lambda: plant.log().count("event=reload") > seen)
+    need(plant.are_up(1, untouched), "a broken file has changed cells")
+    gone = plant.config["cells"].pop()["name"]
+    plant.config["cells"][1] |= {"period": "200ms"}
+    plant.write_config()
+    plant.gateway.send_signal(signal.SIGHUP)
+    until("the cell that was taken away is gone", lambda: plant.states(gone)[-1] == "gone")
+    plant.servers[1].process.send_signal(signal.SIGCONT)
+    plant.all_up()
+    after = plant.metrics()
+    for cell in set(untouched) - {"cell2"}:
+        counted = ("orif_cell_reconnects_total", cell)
+        need(after[counted] == before[counted], f"{cell} was connected again for another's sake")
+        need(after["orif_cell_rows_total", cell] > before["orif_cell_rows_total", cell], cell)
+        need(set(plant.states(cell)) <= {"connecting", "up"}, f"{cell}: {plant.states(cell)}")
+    time.sleep(1.5)
+    yield
+    for index, text in enumerate(HOSTILE, 1):
+        readings = [row.get(f"SR[{index}]") for row in plant.seen.rows["cell3"].values()]
+        had = {reading["value"] for reading in readings if reading}
+        wanted = text.decode("utf-8", errors="replace")
+        need(wanted in had, f"SR[{index}] is {text!r}, published were {had}")
+
+
+TROUBLES = (
+    broker_gone,
+    gateway_killed,
+    disk_full,
+    cells_lost,
+    component_hangs,
+    clock_set_back,
+    hostile_texts,
+)
+
+
+def make(trouble, chance, length):
+    """A trouble yields its plant, and once more if it has something to say about what was seen."""
+    began = time.time()
+    steps = trouble(chance, length)
+    plant = next(steps)
+    try:
+        plant.begin()
+        with contextlib.suppress(StopIteration):
+            steps.send(plant)
+        rows = plant.verify()
+        for _ in steps:
+            pass
+    finally:
+        plant.close()
+    print(
+        f"{trouble.__name__:<16} {plant.form}: {rows} rows of {len(plant.seen.rows)} cells, "
+        f"{plant.seen.late} messages late, {plant.seen.duplicates} values twice, "
+        f"{plant.dropped:g} rows dropped; {time.time() - began:.0f} s",
+        flush=True,
+    )
+
+
+def main():
+    seconds = float(sys.argv[1])
+    seed = int(sys.argv[2]) if len(sys.argv) > 2 else random.randrange(1000)
+    chosen = [each for each in TROUBLES if each.__name__ in sys.argv[3:]] or list(TROUBLES)
+    chance = random.Random(seed)
+    print(f"{seconds:g} s of trouble, seed {seed}", flush=True)
+    length = 600 if seconds >= 7200 else 5 if seconds < 300 else 30
+    end = time.time() + seconds
+    while True:
+        for trouble in chance.sample(chosen, len(chosen)):
+            directory = tempfile.mkdtemp(prefix="plant-trouble-")
+            os.chdir(directory)
+            try:
+                make(trouble, chance, length)
+            except (Wrong, OSError, sqlite3.Error) as wrong:
+                sys.exit(f"{trouble.__name__} (seed {seed}): {wrong}\nits files are in {directory}")
+            shutil.rmtree(directory)
+        if time.time() >= end:
+            break
+    print("what was published, stored and shown agrees with what the cells had")
+
+
+main()
