@@ -46,8 +46,7 @@ Cell::Cell(CellSettings settings, std::int64_t session,
       hooks_(std::move(hooks)),
       sampler_(settings_) {
   const auto timeOut = settings_.connection.timeOut;
-  silentAfter_ =
-      3 * std::max(settings_.period, timeOut ? Milliseconds(*timeOut) : UsualTimeOut);
+  silentAfter_ = 3 * std::max(settings_.period, timeOut ? Milliseconds(*timeOut) : UsualTimeOut);
 }
 
 void Cell::Start() {
@@ -56,12 +55,11 @@ void Cell::Start() {
   if (simulated) settings.clock = std::make_shared<SimulatedTime>(*simulated);
   tags_ = live::Controller(settings).Tags().size();
   lastSign_ = std::chrono::steady_clock::now();
-  monitor_.emplace(std::move(settings), settings_.period,
-                   live::MonitorEvents{
-                       .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
-                       .onLink = [this](live::Link link, const live::Reason& reason) {
-                         OnLink(link, reason);
-                       }});
+  monitor_.emplace(
+      std::move(settings), settings_.period,
+      live::MonitorEvents{
+          .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
+          .onLink = [this](live::Link link, const live::Reason& reason) { OnLink(link, reason); }});
 }
 
 void Cell::Stop() {
@@ -82,11 +80,11 @@ void Cell::OnRefresh(const live::Refreshed& refreshed) {
   lastSign_ = now;
   const auto tags = refreshed.controller.Tags();
   const auto refused = std::ranges::count_if(
-      refreshed.controller.Items(), [&](const live::Item& item) {
-        return tags[item.first].quality == live::Quality::Refused;
-      });
+      refreshed.controller.Items(),
+      [&](const live::Item& item) { return tags[item.first].quality == live::Quality::Refused; });
   metrics_->Refreshed(refreshed.good, refreshed.took, refreshed.skipped,
                       static_cast<std::size_t>(refused));
+  if (hooks_.page) hooks_.page->Refreshed(refreshed.controller, refreshed.changed, refreshed.good);
   Row row{.cell = settings_.name,
           .time = TimeText(refreshed.controller.Settings().clock->Wall()),
           .full = tellAll_.exchange(false)};
@@ -128,6 +126,7 @@ void Cell::Tell(const std::string& state, const std::string& reason) {
   if (state == state_ && reason == reason_) return;
   state_ = state;
   reason_ = reason;
+  if (hooks_.page) hooks_.page->SetState(state, reason);
   const bool good = state != "lost" && state != "silent";
   log_.Write(good ? Level::Info : Level::Warning, "cell", settings_.name,
              {{"state", state}, {"reason", reason}});

@@ -18,6 +18,7 @@
 #include "tools/gateway/Metrics.h"
 #include "tools/gateway/Row.h"
 #include "tools/gateway/Sampler.h"
+#include "tools/page/Cell.h"
 
 namespace orif::gateway {
 
@@ -30,6 +31,8 @@ class Cell {
     std::function<void(Row row)> row;
     /// A JSON object.
     std::function<void(std::string state)> state;
+    /// What the page knows of it; null without a page.
+    std::shared_ptr<page::Cell> page = {};
   };
 
   /// `numbers` has the number of the cell's last row, and `metrics` what is measured of it.

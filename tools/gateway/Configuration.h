@@ -54,9 +54,9 @@ struct TopicSettings {
 };
 
 struct BufferSettings {
-  std::string file;                        ///< an SQLite database
-  std::int64_t limit = 1'000'000'000;      ///< bytes of rows in the file
-  std::int64_t memoryLimit = 64'000'000;   ///< bytes of rows that the file cannot take
+  std::string file;                       ///< an SQLite database
+  std::int64_t limit = 1'000'000'000;     ///< bytes of rows in the file
+  std::int64_t memoryLimit = 64'000'000;  ///< bytes of rows that the file cannot take
 
   bool operator==(const BufferSettings&) const = default;
 };
@@ -66,6 +66,15 @@ struct MetricsSettings {
   std::int32_t port = 9410;
 
   bool operator==(const MetricsSettings&) const = default;
+};
+
+/// The page for a browser.
+struct PageSettings {
+  std::string address = "127.0.0.1";
+  std::int32_t port = 9411;
+  std::string tokenFile;  ///< never empty if other computers reach the address
+
+  bool operator==(const PageSettings&) const = default;
 };
 
 /// Tags that are told alike.
@@ -93,6 +102,7 @@ struct Configuration {
   TopicSettings topics;
   BufferSettings buffer;
   std::optional<MetricsSettings> metrics;
+  std::optional<PageSettings> page;
   std::vector<CellSettings> cells;
 };
 

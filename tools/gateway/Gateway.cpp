@@ -63,11 +63,19 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     const MetricsSettings& metrics = *configuration.metrics;
     server_.emplace(metrics.address, metrics.port, metrics_, health);
   }
-  publisher_.emplace(configuration.broker, topics_, outbox_, metrics_, log,
-                     health.Watch("publisher"),
-                     Publisher::Hooks{.birth = [this] { return Birth(); },
-                                      .death = Death(buffer_.Session(), "connection lost", false),
-                                      .tellAll = [this](const std::string& cell) { TellAll(cell); }});
+  if (configuration.page) {
+    const PageSettings& page = *configuration.page;
+    plant_.emplace(configuration.gateway);
+    page_.emplace(page::Settings{.address = page.address,
+                                 .port = page.port,
+                                 .token = page.tokenFile.empty() ? "" : Secret(page.tokenFile)},
+                  *plant_);
+  }
+  publisher_.emplace(
+      configuration.broker, topics_, outbox_, metrics_, log, health.Watch("publisher"),
+      Publisher::Hooks{.birth = [this] { return Birth(); },
+                       .death = Death(buffer_.Session(), "connection lost", false),
+                       .tellAll = [this](const std::string& cell) { TellAll(cell); }});
   Add(configuration.cells);
 }
 
@@ -86,14 +94,16 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
     if (numbers == nullptr) {
       numbers = std::make_shared<std::atomic<std::int64_t>>(buffer_.Session() * SessionStep);
     }
+    const auto& way = settings.connection;
     auto cell = std::make_shared<Cell>(
         settings, buffer_.Session(), numbers, metrics_.Cell(settings.name), log_,
-        Cell::Hooks{.row = [this](Row row) {
-                      outbox_.Add(std::move(row), std::chrono::steady_clock::now());
-                    },
-                    .state = [this, topic = topics_.CellState(settings.name)](std::string state) {
-                      publisher_->Keep(topic, std::move(state));
-                    }});
+        Cell::Hooks{
+            .row =
+                [this](Row row) { outbox_.Add(std::move(row), std::chrono::steady_clock::now()); },
+            .state = [this, topic = topics_.CellState(settings.name)](
+                         std::string state) { publisher_->Keep(topic, std::move(state)); },
+            .page = plant_ ? plant_->Add(settings.name, way.simulate ? "simulated" : way.host)
+                           : nullptr});
     starting_.push_back({cell, at});
     at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
           static_cast<std::int64_t>(cells.size());
@@ -142,14 +152,15 @@ void Gateway::Change(const Configuration& configuration) {
   const bool fixed = configuration.gateway == configuration_.gateway &&
                      configuration.topics == configuration_.topics &&
                      configuration.buffer == configuration_.buffer &&
-                     configuration.metrics == configuration_.metrics;
+                     configuration.metrics == configuration_.metrics &&
+                     configuration.page == configuration_.page;
   configuration_.broker = configuration.broker;
   configuration_.cells = configuration.cells;
   log_.Write(fixed ? Level::Info : Level::Warning, "reload", "",
              {{"added", std::to_string(added.size())},
               {"removed", std::to_string(removed.size())},
               {"cells", std::to_string(configuration.cells.size())},
-              {"at_next_start", fixed ? "nothing" : "gateway, topics, buffer or metrics"}});
+              {"at_next_start", fixed ? "nothing" : "gateway, topics, buffer, metrics or page"}});
 }
 
 void Gateway::TellAll(const std::string& name) {
@@ -169,16 +180,16 @@ std::string Gateway::Birth() const {
   }
   return "{\"state\":\"online\",\"session\":" + std::to_string(buffer_.Session()) + ",\"time\":\"" +
          TimeText(std::chrono::system_clock::now()) + "\",\"version\":\"" + VersionText +
-         "\",\"cells\":" +
-         std::to_string(cells) + ",\"buffered\":" + std::to_string(storage_.Rows()) +
+         "\",\"cells\":" + std::to_string(cells) +
+         ",\"buffered\":" + std::to_string(storage_.Rows()) +
          ",\"dropped\":" + std::to_string(storage_.Dropped()) + '}';
 }
 
 std::string Gateway::Status() const {
   const auto counts = metrics_.Count();
   return std::to_string(counts.cells) + " cells, " + std::to_string(counts.cellsUp) +
-         " up, broker " + (counts.broker ? "up" : "away") + ", " +
-         std::to_string(storage_.Rows()) + " rows in the buffer";
+         " up, broker " + (counts.broker ? "up" : "away") + ", " + std::to_string(storage_.Rows()) +
+         " rows in the buffer";
 }
 
 }  // namespace orif::gateway

@@ -22,6 +22,7 @@
 #include "tools/gateway/Outbox.h"
 #include "tools/gateway/Publisher.h"
 #include "tools/gateway/Storage.h"
+#include "tools/page/Server.h"
 
 namespace orif::gateway {
 
@@ -39,12 +40,12 @@ class Gateway {
   /// Ends all cells, publishes what is left, for some seconds at most, and stores the rest.
   ~Gateway();
 
-  /// Starts the cells whose turn it is, one after the other, so that a plant does not refresh at the
-  /// same moment, and looks after the others. Answers when to call again at the latest.
+  /// Starts the cells whose turn it is, one after the other, so that a plant does not refresh at
+  /// the same moment, and looks after the others. Answers when to call again at the latest.
   Instant Turn(Instant now);
 
-  /// Takes over another configuration: cells that are the same keep their connection. What cannot be
-  /// changed while it runs is logged.
+  /// Takes over another configuration: cells that are the same keep their connection. What cannot
+  /// be changed while it runs is logged.
   void Change(const Configuration& configuration);
 
   /// "20 cells, 19 up, broker up, 0 rows in the buffer"
@@ -67,12 +68,14 @@ class Gateway {
   Metrics metrics_;
   Outbox outbox_;
   Storage storage_;
+  std::optional<page::Plant> plant_;
   mutable std::mutex mutex_;  // for cells_, which the publisher looks through
   std::map<std::string, std::shared_ptr<Cell>> cells_;
   std::map<std::string, std::shared_ptr<std::atomic<std::int64_t>>> numbers_;  // of last rows
   std::deque<Starting> starting_;
   std::optional<Publisher> publisher_;
   std::optional<MetricsServer> server_;
+  std::optional<page::Server> page_;
 };
 
 }  // namespace orif::gateway
