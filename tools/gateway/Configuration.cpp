@@ -131,14 +131,31 @@ void ReadPrefix(TopicSettings& topics, const Node& node) {
 }
 
 void ReadForm(TopicSettings& topics, const Node& node) {
-  static constexpr auto Words = std::to_array<std::string_view>({"tags", "rows"});
+  static constexpr auto Words = std::to_array<std::string_view>({"tags", "rows", "sparkplug"});
   OneOf<&TopicSettings::form>(topics, node, Words);
+}
+
+template <auto Member>
+void ReadLevel(TopicSettings& topics, const Node& node) {
+  topics.*Member = TopicText(node, "/+#");
 }
 
 constexpr auto TopicFields = std::to_array<Field<TopicSettings>>({
     {"prefix", ReadPrefix},
     {"form", ReadForm},
+    {"group", ReadLevel<&TopicSettings::group>},
+    {"primary_host", ReadLevel<&TopicSettings::primaryHost>},
 });
+
+void ReadTopics(TopicSettings& topics, const Node& node) {
+  sim::ReadObject<TopicSettings>(node, topics, TopicFields);
+  const bool sparkplug = topics.form == TopicSettings::Form::Sparkplug;
+  if (sparkplug && topics.group.empty()) node.Fail("must have \"group\" in the form sparkplug");
+  for (const char* key : {"group", "primary_host"}) {
+    const Node* own = node.Find(key);
+    if (own != nullptr && !sparkplug) own->Fail("is for the form sparkplug");
+  }
+}
 
 constexpr auto BufferFields = std::to_array<Field<BufferSettings>>({
     {"file", NonEmpty<&BufferSettings::file>, true},
@@ -256,7 +273,7 @@ class Reader {
     const Node& broker = document.At("broker");
     ReadBroker(all, broker);
     if (const Node* topics = document.Find("topics")) {
-      sim::ReadObject<TopicSettings>(*topics, all.topics, TopicFields);
+      ReadTopics(all.topics, *topics);
     }
     sim::ReadObject<BufferSettings>(document.At("buffer"), all.buffer, BufferFields);
     Resolve(all.buffer.file);
