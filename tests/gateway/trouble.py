@@ -100,6 +100,9 @@ def disk_full(chance, length):
     plant.start_broker()
     plant.sent()
     plant.dropped = plant.shown("orif_dropped_rows_total")
+    yield
+    missing = plant.seen.missing
+    need(missing == plant.dropped, f"{missing} rows are missing, {plant.dropped:g} shown as dropped")
 
 
 def cells_lost(chance, length):
