@@ -29,7 +29,7 @@ def broker_gone(chance, length):
     """The broker ends and comes back, with ten minutes' worth of rows; then it is frozen."""
     plant = yield Plant(chance.choice(["tags", "rows"]), "50ms")
     plant.stop_broker()
-    length = max(length, 15)  # 6000 rows, as many as in ten minutes of 2 s
+    length = max(length, 10)  # until it is found again some 6000 rows, as in ten minutes of 2 s
     time.sleep(length)
     need(plant.shown("orif_broker_up") == 0, "the broker is shown as up while it is away")
     rows = plant.shown("orif_buffer_rows")
