@@ -7,6 +7,8 @@ import shutil
 import subprocess
 import sys
 import sysconfig
+from importlib import import_module
+from importlib.util import find_spec
 from pathlib import Path
 
 from setuptools import Extension, setup
@@ -30,6 +32,11 @@ def need(found: object, what: str) -> None:
         )
 
 
+# Without an isolated build nothing else says that they are missing, or only in setuptools' words.
+for package in ("pybind11", "wheel"):
+    need(find_spec(package), f"this Python has no {package}")
+
+
 class CMakeBuild(build_ext):
     """Lets CMake build the native module, and takes over what it has put into the package."""
 
@@ -42,6 +49,7 @@ class CMakeBuild(build_ext):
             "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_UNITY_BUILD=ON", "-DCMAKE_UNITY_BUILD_BATCH_SIZE=0",
             "-DORIF_BUILD_PYTHON=ON", "-DORIF_BUILD_TOOL=OFF", "-DORIF_BUILD_TESTS=OFF",
             "-DORIF_BUILD_EXAMPLES=OFF", "-DORIF_INSTALL=OFF", f"-DPython3_EXECUTABLE={sys.executable}",
+            f"-Dpybind11_DIR={import_module('pybind11').get_cmake_dir()}",
         ]  # fmt: skip
         if shutil.which("ninja"):
             configure += ["-G", "Ninja"]

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -88,18 +87,15 @@ class Sink {
 
  private:
   template <class T>
-  static bool Same(T a, T b) {
-    if constexpr (std::is_same_v<T, float>) {
-      return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);  // also for nan
-    } else {
-      return a == b;
-    }
+  static bool AreSame(T a, T b) {
+    return a == b;
   }
+  static bool AreSame(float a, float b) { return live::AreSame(a, b); }
 
   template <class T>
   void PutNumber(Tag& tag, T value) {
     const T* before = std::get_if<T>(&tag.value);
-    if (before == nullptr || !Same(*before, value)) {
+    if (before == nullptr || !AreSame(*before, value)) {
       tag.value = value;
       Mark(tag);
     }

@@ -1,6 +1,7 @@
 // What a controller's data is to a program: values with unit, quality and time.
 #pragma once
 
+#include <bit>
 #include <chrono>
 #include <concepts>
 #include <cstdint>
@@ -16,6 +17,12 @@
 #include "live/live_export.h"
 
 namespace orif::live {
+
+/// Whether two reals are the same bit by bit. That holds for two that are no number as well, which
+/// are never equal.
+inline bool AreSame(float a, float b) {
+  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
 
 /// A value as the controller has it: nothing (a form of a position that is not valid, an empty
 /// entry of a list), a bit, an integer, a 32-bit real, or a text in the controller's own bytes
@@ -52,6 +59,13 @@ class ORIF_LIVE_EXPORT Value
   /// Whether two values have the same type and are equal.
   friend bool operator==(const Value& a, const Value& b) {
     return static_cast<const variant&>(a) == static_cast<const variant&>(b);
+  }
+
+  /// Whether nothing has changed from one value to the other: they are equal, or AreSame as reals.
+  bool IsSame(const Value& other) const {
+    const auto* const a = std::get_if<float>(this);
+    const auto* const b = std::get_if<float>(&other);
+    return a != nullptr && b != nullptr ? AreSame(*a, *b) : *this == other;
   }
 
   /// Whether there is no value.

@@ -76,6 +76,10 @@ step_plant() { # the gateway runs beside real processes, and a minute of trouble
   scripts/plant-scale.sh 20 5
 }
 
+step_recipes() { # what stands in examples/plant works
+  scripts/recipes.sh
+}
+
 step_package() { # what is installed and packaged works
   scripts/package.sh
 }

@@ -13,15 +13,13 @@ declare -A packages=(
   [windows]='g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools nsis googletest debootstrap unzip'
   [python]='pybind11-dev python3-pybind11 python3-dev python3-setuptools python3-wheel python3-pip python3-venv
     python3-numpy python3-pandas python3-pytest mypy'
-  [gateway]='libmosquitto-dev mosquitto mosquitto-clients libcpp-httplib-dev prometheus-cpp-dev libsystemd-dev
-    python3-paho-mqtt faketime'
   [bench]='libbenchmark-dev libasio-dev'
   [coverage]='gcovr'
   [package]='pkg-config dpkg-dev file'
   [pictures]='gnuplot-nox'
   [site]='doxygen'
   [trouble]='python3'
-  [plant]='mosquitto mosquitto-clients python3-paho-mqtt faketime prometheus sqlite3 openssl curl'
+  [plant]='mosquitto mosquitto-clients python3-paho-mqtt faketime prometheus sqlite3 openssl curl systemd'
   [lint]='git clang-format clang-tidy shellcheck python3-jsonschema'
 )
 

@@ -12,7 +12,7 @@ cells=${1:-200}
 seconds=${2:-20}
 form=${3:-tags}
 
-scripts/install-deps.sh build tool bench gateway >&2
+scripts/install-deps.sh build tool bench gateway plant >&2
 mkdir -p build
 {
   scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON -DORIF_BUILD_BENCH=ON -DORIF_BUILD_GATEWAY=ON

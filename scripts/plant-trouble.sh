@@ -6,7 +6,7 @@
 # more arguments name the troubles to make.
 . "$(dirname "$0")/helpers/common.sh"
 
-scripts/install-deps.sh build tool gateway trouble
+scripts/install-deps.sh build tool gateway plant trouble
 scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON -DORIF_BUILD_GATEWAY=ON >/dev/null
 cmake --build build/run --target orif_tool orif_gateway OrvexCommLibSimulator
 hanging=$PWD/build/run/libhanging_component.so

@@ -5,7 +5,7 @@
 . "$(dirname "$0")/helpers/common.sh"
 seconds=${1:-12}
 
-scripts/install-deps.sh build tool gateway >&2
+scripts/install-deps.sh build tool gateway plant >&2
 mkdir -p build
 {
   scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON -DORIF_BUILD_GATEWAY=ON

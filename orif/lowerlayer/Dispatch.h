@@ -41,4 +41,9 @@ class ORIF_HEADER_TYPE Dispatch {
 /// by several threads at once if the Cores that use it are constructed on several threads.
 using DispatchFactory = std::function<std::shared_ptr<Dispatch>()>;
 
+class Variant;
+
+/// What an operation answered, as a variant. Throws a Fault for a kind that no result has.
+ORIF_EXPORT Variant ToVariant(const OrvexValue& value);
+
 }  // namespace orif

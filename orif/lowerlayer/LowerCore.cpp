@@ -74,6 +74,20 @@ OrvexValue Variable(T& value) {
   return Reference(ArrayView<T>(&value, 0, 0));
 }
 
+std::int32_t Long(const OrvexValue& result) {
+  if (result.kind == ORVEX_I4) [[likely]]
+    return result.as.i4;
+  return ToVariant(result).ToInt32();
+}
+
+float Float(const OrvexValue& result) {
+  if (result.kind == ORVEX_R4) [[likely]]
+    return result.as.r4;
+  return ToVariant(result).ToFloat();
+}
+
+}  // namespace
+
 Variant ToVariant(const OrvexValue& value) {
   switch (value.kind) {
     case ORVEX_EMPTY:
@@ -95,20 +109,6 @@ Variant ToVariant(const OrvexValue& value) {
       throw Fault(Fault::TypeMismatch);
   }
 }
-
-std::int32_t Long(const OrvexValue& result) {
-  if (result.kind == ORVEX_I4) [[likely]]
-    return result.as.i4;
-  return ToVariant(result).ToInt32();
-}
-
-float Float(const OrvexValue& result) {
-  if (result.kind == ORVEX_R4) [[likely]]
-    return result.as.r4;
-  return ToVariant(result).ToFloat();
-}
-
-}  // namespace
 
 OrvexValue LowerCore::Method(DispId id, std::span<const OrvexValue> arguments) {
   return object_->Invoke(static_cast<std::int32_t>(id), ORVEX_METHOD, arguments);

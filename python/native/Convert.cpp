@@ -19,6 +19,10 @@ const char* TypeName(PyObject* object) { return Py_TYPE(object)->tp_name; }
 
 template <class T>
 bool IntegerFromPython(PyObject* object, T& value) {
+  if (const auto bit = BoolOf(object)) {
+    value = *bit ? 1 : 0;
+    return true;
+  }
   int overflow = 0;
   long number = 0;
   if (PyLong_Check(object)) {
@@ -59,6 +63,12 @@ bool AreSame(T one, T other) {
 
 }  // namespace
 
+std::optional<bool> BoolOf(PyObject* object) {
+  const std::string_view type = TypeName(object);
+  if (!PyBool_Check(object) && type != "numpy.bool_" && type != "numpy.bool") return {};
+  return PyObject_IsTrue(object) == 1;
+}
+
 bool FromPython(PyObject* object, std::int16_t& value) { return IntegerFromPython(object, value); }
 bool FromPython(PyObject* object, std::int32_t& value) { return IntegerFromPython(object, value); }
 
@@ -80,9 +90,10 @@ bool FromPython(PyObject* object, float& value) {
 }
 
 bool FromPython(PyObject* object, bool& value) {
-  const int truth = PyObject_IsTrue(object);
-  value = truth > 0;
-  return truth >= 0;
+  std::int32_t number = 0;
+  if (!FromPython(object, number)) return false;
+  value = number != 0;
+  return true;
 }
 
 bool FromPython(PyObject* object, std::string& value) {
@@ -93,8 +104,8 @@ bool FromPython(PyObject* object, std::string& value) {
 }
 
 bool FromPython(PyObject* object, Variant& value) {
-  if (PyBool_Check(object)) {
-    value = object == Py_True;
+  if (const auto bit = BoolOf(object)) {
+    value = *bit;
     return true;
   }
   if (PyUnicode_Check(object) || PyBytes_Check(object)) {
@@ -109,7 +120,11 @@ bool FromPython(PyObject* object, Variant& value) {
       value = number;
       return true;
     }
-    if (PyErr_ExceptionMatches(PyExc_OverflowError) == 0) return false;
+    // A NumPy array of one real has an __index__ that raises.
+    if (PyErr_ExceptionMatches(PyExc_OverflowError) == 0 &&
+        PyErr_ExceptionMatches(PyExc_TypeError) == 0) {
+      return false;
+    }
     PyErr_Clear();
   }
   double number = 0;
@@ -128,7 +143,19 @@ PyObject* NewObject(const Variant& value) {
 }
 
 bool Buffer::Open(PyObject* object, Shape shape) {
-  if (PyObject_GetBuffer(object, &view_, PyBUF_FORMAT | PyBUF_STRIDES) != 0) return false;
+  if (PyObject_GetBuffer(object, &view_, PyBUF_FORMAT | PyBUF_STRIDES) != 0) {
+    // Whatever an object has against it, it is not what the argument has to be.
+    if (PyErr_ExceptionMatches(PyExc_BufferError) != 0 ||
+        PyErr_ExceptionMatches(PyExc_ValueError) != 0) {
+      PyObject *type = nullptr, *said = nullptr, *trace = nullptr;
+      PyErr_Fetch(&type, &said, &trace);
+      PyErr_Format(PyExc_TypeError, "%S", said);
+      Py_XDECREF(type);
+      Py_XDECREF(said);
+      Py_XDECREF(trace);
+    }
+    return false;
+  }
   if (view_.ndim == 1 || (view_.ndim == 0 && shape == MayBeSingle)) return true;
   const int dimensions = view_.ndim;
   Close();
@@ -141,7 +168,7 @@ void Buffer::Close() {
 
 std::byte* Buffer::At(std::size_t place) const {
   auto* const first = static_cast<std::byte*>(view_.buf);
-  return place == 0 ? first : first + static_cast<Py_ssize_t>(place) * view_.strides[0];
+  return place == 0 ? first : first + static_cast<Py_ssize_t>(place) * Stride();
 }
 
 bool Buffer::HoldsElements(bool real, std::size_t size) const {
@@ -251,9 +278,12 @@ bool Elements<T>::GiveBack() {
       std::memcpy(buffer_.At(i), &copies_[i], sizeof(T));
       continue;
     }
+    if (static_cast<Py_ssize_t>(i) >= PyList_GET_SIZE(list_)) {
+      return Refuse(PyExc_TypeError, "a list was shortened during the call");
+    }
     PyObject* const value = NewObject(copies_[i]);
     if (value == nullptr) return false;
-    // Takes over the reference. IndexError if the list was shortened during the call.
+    // Takes over the reference.
     if (PyList_SetItem(list_, static_cast<Py_ssize_t>(i), value) != 0) return false;
   }
   return true;

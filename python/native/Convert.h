@@ -4,6 +4,7 @@
 #include <pybind11/pybind11.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,12 +16,16 @@
 
 namespace orif::python {
 
+/// True or False, or NumPy's kind of it, which is no subclass; nothing for any other object.
+std::optional<bool> BoolOf(PyObject* object);
+
 // From Python. They return false with an exception set for an object of another type (TypeError)
 // and for a number that does not fit (OverflowError).
 bool FromPython(PyObject* object, std::int16_t& value);
 bool FromPython(PyObject* object, std::int32_t& value);
 bool FromPython(PyObject* object, ORIF_DATA_TYPE& value);
 bool FromPython(PyObject* object, float& value);
+/// True, False, an integer or NumPy's kind of a bool.
 bool FromPython(PyObject* object, bool& value);
 bool FromPython(PyObject* object, std::string& value);
 /// An integer of more than 32 bits becomes a real.
@@ -64,7 +69,7 @@ class Buffer {
   /// Whether a single element without a dimension will do as well as a row of them.
   enum Shape : bool { IsRow, MayBeSingle };
 
-  /// False with an exception set if the object has none, or one of another shape.
+  /// False with a TypeError set if the object has none, or one of another shape.
   bool Open(PyObject* object, Shape shape = IsRow);
   void Close();
 
@@ -82,14 +87,15 @@ class Buffer {
   /// Whether they lie side by side, where a `T` may lie.
   template <class T>
   bool IsPlain() const {
-    return view_.strides[0] == sizeof(T) &&
-           reinterpret_cast<std::uintptr_t>(view_.buf) % alignof(T) == 0;
+    return Stride() == sizeof(T) && reinterpret_cast<std::uintptr_t>(view_.buf) % alignof(T) == 0;
   }
   /// What the elements are, for people.
   std::string ElementName() const;
 
  private:
   bool HoldsElements(bool real, std::size_t size) const;
+  // From one element to the next. Arrays of ctypes say nothing of it.
+  Py_ssize_t Stride() const { return view_.strides != nullptr ? view_.strides[0] : view_.itemsize; }
 
   Py_buffer view_{};
 };

@@ -50,13 +50,18 @@ auto WithoutInterpreter(const Body& body) -> std::invoke_result_t<const Body&> {
 }
 
 /// Locks `mutex`, a timed one. While another thread has it, it is waited for without the
-/// interpreter's lock, and a signal (Ctrl-C) ends the wait: false then, with an exception set.
+/// interpreter's lock, and a signal (Ctrl-C) ends the wait: false then, with an exception set. So
+/// does the end of the interpreter, after which a thread that sleeps may have the lock for good.
 template <class Mutex>
 bool LockWithoutInterpreter(Mutex& mutex) {
   constexpr std::chrono::milliseconds SignalsAreSeen{50};
   if (mutex.try_lock()) return true;
   while (!WithoutInterpreter([&] { return mutex.try_lock_for(SignalsAreSeen); })) {
     if (PyErr_CheckSignals() != 0) return false;
+    if (_Py_IsFinalizing() != 0) {
+      PyErr_SetString(PyExc_RuntimeError, "another thread uses this, and the interpreter ends");
+      return false;
+    }
   }
   return true;
 }

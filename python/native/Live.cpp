@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <map>
 #include <span>
@@ -14,6 +15,7 @@
 #include "live/Name.h"
 #include "live/UsageError.h"
 #include "python/native/Bindings.h"
+#include "python/native/Convert.h"
 #include "simulator/served/Address.h"
 #include "simulator/served/RemoteCore.h"
 #include "tools/orif/Encoding.h"
@@ -70,15 +72,16 @@ std::vector<Composite> CompositesOf(const live::Controller& controller) {
     const char* const kind = KindOf(name);
     if (kind == nullptr || name.IsComment()) continue;
     const auto [place, fresh] = known.emplace(item.name, composites.size());
-    if (fresh) composites.push_back({kind, item.name, {}, {}});
-    Composite& composite = composites[place->second];
     const auto fields = name.Fields();
+    if (fresh) composites.push_back({kind, item.name, fields.size(), {}, {}, {}});
+    Composite& composite = composites[place->second];
     for (std::size_t tag = item.first; tag < item.first + item.count; ++tag) {
       const auto field =
           std::ranges::find(fields, controller.Tags()[tag].field, &live::Field::name);
       if (field == fields.end()) continue;  // the comment
       composite.tags.push_back(tag);
       composite.slots.push_back(static_cast<std::size_t>(field - fields.begin()));
+      if (name.IsPosition() && field->name == "config") composite.config = composite.slots.back();
     }
   }
   return composites;
@@ -108,27 +111,16 @@ const live::Value& ValueOf(const Cell& cell, const live::Tag& tag) {
 }
 
 py::object MakeComposite(const Cell& cell, const Composite& composite) {
-  constexpr std::size_t PositionSlots = 21;
-  constexpr std::size_t ConfigSlot = 9;
-  const std::string kind = composite.kind;
-  const std::size_t slots = kind == "Position" ? PositionSlots : kind == "Task" ? 4 : 9;
-  py::tuple values(slots);
-  for (std::size_t i = 0; i < slots; ++i) values[i] = py::none();
+  py::tuple values(composite.size);
+  for (std::size_t i = 0; i < composite.size; ++i) values[i] = py::none();
   for (std::size_t i = 0; i < composite.tags.size(); ++i) {
     const live::Value& value = ValueOf(cell, cell.controller->Tags()[composite.tags[i]]);
-    const bool config = slots == PositionSlots && composite.slots[i] == ConfigSlot;
     const auto* text = std::get_if<std::string>(&value);
-    values[composite.slots[i]] =
-        config && text != nullptr ? Configuration(*text) : Steal(NewValue(value));
+    values[composite.slots[i]] = composite.slots[i] == composite.config && text != nullptr
+                                     ? Configuration(*text)
+                                     : Steal(NewValue(value));
   }
-  return classes->composites.at(kind)(*values);
-}
-
-Cell& CellOf(PyObject* self) {
-  auto* const cell =
-      reinterpret_cast<py::detail::instance*>(self)->get_value_and_holder().value_ptr<Cell>();
-  if (cell == nullptr) throw py::type_error("the controller was not made by its constructor");
-  return *cell;
+  return classes->composites.at(composite.kind)(*values);
 }
 
 PyObject* At(Cell& cell, Py_ssize_t place) {
@@ -148,37 +140,14 @@ PyObject* Subscript(PyObject* self, PyObject* name) {
     return At(cell, cell.Find(name));
   } catch (py::error_already_set& error) {
     error.restore();
+  } catch (const py::builtin_exception& error) {
+    error.set_error();
   } catch (const live::UsageError& error) {
     SetUsageError(error.what(), error.Nearest());
   } catch (const std::exception& error) {
     PyErr_SetString(PyExc_RuntimeError, error.what());
   }
   return nullptr;
-}
-
-live::Value ToValue(const std::string& name, PyObject* object) {
-  const std::string type = Py_TYPE(object)->tp_name;
-  if (object == Py_None) throw live::UsageError(name + ": None is no value to write");
-  if (PyBool_Check(object)) return object == Py_True;
-  if (type == "numpy.bool_" || type == "numpy.bool") return PyObject_IsTrue(object) == 1;
-  if (PyUnicode_Check(object) || PyBytes_Check(object)) {
-    const auto text = TextOf(object);
-    if (!text) throw py::error_already_set();
-    return *text;
-  }
-  if (PyIndex_Check(object)) {
-    const py::object whole = Steal(PyNumber_Index(object));
-    int overflow = 0;
-    const long long number = PyLong_AsLongLongAndOverflow(whole.ptr(), &overflow);
-    if (overflow != 0) throw live::UsageError(name + ": the number does not fit");
-    return static_cast<std::int64_t>(number);
-  }
-  const double real = PyFloat_AsDouble(object);
-  if (PyErr_Occurred()) {
-    PyErr_Clear();
-    throw live::UsageError(name + ": cannot write a value of type " + type);
-  }
-  return real;
 }
 
 void Connect(Cell& cell) {
@@ -245,7 +214,7 @@ py::dict Values(Cell& cell) {
   const auto tags = cell.controller->Tags();
   for (std::size_t i = 0; i < tags.size(); ++i) {
     const py::object value = Steal(NewValue(tags[i].value));
-    PyObject* const name = PyList_GET_ITEM(cell.names.ptr(), static_cast<Py_ssize_t>(i));
+    PyObject* const name = PyTuple_GET_ITEM(cell.names.ptr(), static_cast<Py_ssize_t>(i));
     if (PyDict_SetItem(values.ptr(), name, value.ptr()) != 0) throw py::error_already_set();
   }
   return values;
@@ -273,22 +242,28 @@ class Watch {
   Watch(std::shared_ptr<Cell> cell, double every)
       : cell_(std::move(cell)), pacer_(PeriodOf(every)) {}
 
-  double Wait() { return pacer_.Wait(); }
+  double Wait() { return WaitFor(pacer_); }
   std::int64_t Skipped() const { return pacer_.Skipped(); }
+
+  /// From now on Step does not refresh, even if it waits for the controller already.
+  void End() { ended_ = true; }
+
+  /// What the last refresh that failed raises by itself.
+  py::object LastFailure() const { return Failure(lost_.first, lost_.second); }
 
   /// Refreshes, and answers with what is to be told: the link first.
   py::list Step() {
     std::vector<Told> changed;
     bool good = false;
-    live::Reason reason;
     {
       const CellLock::Held held(cell_->lock);
+      if (ended_) return py::list();
       live::Controller& controller = *cell_->controller;
       good = WithoutInterpreter([&] {
         cell_->Follow();
         return controller.Refresh();
       });
-      if (!good) reason = controller.LastReason();
+      if (!good) lost_ = {controller.State(), controller.LastReason()};
       if (good) Compare(changed);
     }
     pacer_.Take();
@@ -299,7 +274,7 @@ class Watch {
     if (good != wasGood) {
       told.append(classes->change("link", good ? "back" : "lost", "", "good",
                                   ToPython(std::chrono::system_clock::now()),
-                                  good ? py::object(py::none()) : ToPython(reason)));
+                                  good ? py::object(py::none()) : ToPython(lost_.second)));
     }
     for (const Told& each : changed) {
       const live::Tag& tag = cell_->controller->Tags()[each.index];
@@ -320,7 +295,7 @@ class Watch {
     for (std::size_t i = 0; i < tags.size(); ++i) {
       if (tags[i].quality == live::Quality::Stale) continue;
       auto& [quality, value] = known_[i];
-      if (!all && quality == tags[i].quality && value == tags[i].value) continue;
+      if (!all && quality == tags[i].quality && value.IsSame(tags[i].value)) continue;
       quality = tags[i].quality;
       value = tags[i].value;
       changed.push_back({i, tags[i]});
@@ -328,7 +303,9 @@ class Watch {
   }
 
   std::shared_ptr<Cell> cell_;
-  Pacer pacer_;
+  tool::Pacer pacer_;
+  std::atomic<bool> ended_ = false;
+  std::pair<live::Link, live::Reason> lost_{live::Link::Closed, {}};  // the last failed refresh
   std::vector<std::pair<live::Quality, live::Value>> known_;  // what was told; empty for nothing
 };
 
@@ -362,7 +339,47 @@ std::shared_ptr<Cell> MakeCell(const std::string& host, const std::vector<std::s
   return std::make_shared<Cell>(std::move(settings), simulation);
 }
 
+// Clears the exception that says that an object is no number. Throws any other.
+void ClearUnfit() {
+  if (PyErr_ExceptionMatches(PyExc_TypeError) == 0 &&
+      PyErr_ExceptionMatches(PyExc_ValueError) == 0 &&
+      PyErr_ExceptionMatches(PyExc_OverflowError) == 0) {
+    throw py::error_already_set();
+  }
+  PyErr_Clear();
+}
+
 }  // namespace
+
+Cell& CellOf(PyObject* self) {
+  auto* const cell =
+      reinterpret_cast<py::detail::instance*>(self)->get_value_and_holder().value_ptr<Cell>();
+  if (cell == nullptr) throw py::type_error("the controller was not made by its constructor");
+  return *cell;
+}
+
+live::Value ToValue(const std::string& name, PyObject* object) {
+  if (object == Py_None) throw live::UsageError(name + ": None is no value to write");
+  if (const auto bit = BoolOf(object)) return *bit;
+  if (PyUnicode_Check(object) || PyBytes_Check(object)) {
+    const auto text = TextOf(object);
+    if (!text) throw py::error_already_set();
+    return *text;
+  }
+  // What has one may still not be whole, as a NumPy array of one real.
+  if (PyObject* const index = PyIndex_Check(object) != 0 ? PyNumber_Index(object) : nullptr) {
+    const py::object whole = Steal(index);
+    int overflow = 0;
+    const long long number = PyLong_AsLongLongAndOverflow(whole.ptr(), &overflow);
+    if (overflow != 0) throw live::UsageError(name + ": the number does not fit");
+    return static_cast<std::int64_t>(number);
+  }
+  if (PyErr_Occurred() != nullptr) ClearUnfit();
+  const double real = PyFloat_AsDouble(object);
+  if (PyErr_Occurred() == nullptr) return real;
+  ClearUnfit();
+  throw live::UsageError(name + ": cannot write a value of type " + Py_TYPE(object)->tp_name);
+}
 
 void SimulatedCell::Follow() {
   if (!realTime_) return;
@@ -379,10 +396,11 @@ CellLock::Held::Held(CellLock& lock) : lock_(lock) {
 Cell::Cell(live::Settings settings, std::shared_ptr<SimulatedCell> simulated)
     : simulation(std::move(simulated)),
       controller(std::make_unique<live::Controller>(std::move(settings))),
+      names(controller->Tags().size()),
       composites(CompositesOf(*controller)) {
   for (std::size_t i = 0; i < controller->Tags().size(); ++i) {
     const py::str name = ToPython(controller->Tags()[i].name);
-    names.append(name);
+    names[i] = name;
     places[name] = i;
   }
   for (std::size_t i = 0; i < composites.size(); ++i) {
@@ -413,16 +431,9 @@ Py_ssize_t Cell::Find(PyObject* name) {
   return static_cast<Py_ssize_t>(controller->IndexOf(*text));  // throws
 }
 
-double Pacer::Wait() {
+double WaitFor(tool::Pacer& pacer) {
   const auto now = std::chrono::steady_clock::now();
-  if (!due_) due_ = turns_.Next(now, !link.IsLost());
-  if (!start_) start_ = due_;
-  return std::max(std::chrono::duration<double>(*due_ - now).count(), 0.0);
-}
-
-Milliseconds Pacer::SinceStart() const {
-  if (!due_ || !start_) return Milliseconds(0);
-  return std::chrono::floor<Milliseconds>(*due_ - *start_);
+  return std::max(std::chrono::duration<double>(pacer.Due(now) - now).count(), 0.0);
 }
 
 PyObject* NewValue(const live::Value& value) {
@@ -574,6 +585,8 @@ refuses of single tags is no failure; each tag tells it.)")
       .def(py::init<std::shared_ptr<Cell>, double>(), py::arg("controller"), py::arg("every"))
       .def("wait", &Watch::Wait, "Seconds until the next refresh is due.")
       .def("step", &Watch::Step, "Refresh, and tell what changed.")
+      .def("end", &Watch::End, "Refresh no more.")
+      .def_property_readonly("failure", &Watch::LastFailure, "Why the link was lost, to be raised.")
       .def_property_readonly("skipped", &Watch::Skipped, "Turns that were left out.");
 
   BindRecordings(module);

@@ -14,11 +14,10 @@
 #include <string_view>
 #include <vector>
 
-#include "live/Clock.h"
 #include "live/Controller.h"
 #include "python/native/Interpreter.h"
 #include "simulator/Network.h"
-#include "tools/orif/Link.h"
+#include "tools/orif/Pacer.h"
 
 namespace orif::python {
 
@@ -34,7 +33,6 @@ class SimulatedCell {
 
   sim::Network& Network() { return network_; }
   std::vector<std::string>& Hosts() { return hosts_; }
-  bool IsRealTime() const { return realTime_; }
 
   /// Lets as much time pass as has passed since the cell was made, if it does so by itself. On any
   /// thread.
@@ -71,10 +69,12 @@ class CellLock {
 
 /// What items with several values are in Python.
 struct Composite {
-  const char* kind;                ///< a class in orif._values
-  std::string name;                ///< of the item
-  std::vector<std::size_t> tags;   ///< of its fields
-  std::vector<std::size_t> slots;  ///< where in the object each belongs
+  const char* kind;                   ///< a class in orif._values
+  std::string name;                   ///< of the item
+  std::size_t size;                   ///< how many fields the object has
+  std::vector<std::size_t> tags;      ///< of its fields
+  std::vector<std::size_t> slots;     ///< where in the object each belongs
+  std::optional<std::size_t> config;  ///< where in the object a configuration belongs
 };
 
 /// A live::Controller with its lock. All but `controller` never changes.
@@ -95,31 +95,20 @@ struct Cell {
   std::shared_ptr<SimulatedCell> simulation;
   std::unique_ptr<live::Controller> controller;
   CellLock lock;
-  py::list names;                     // of all tags
+  py::tuple names;                    // of all tags
   py::dict places;                    // of names: a tag's index, or -1 - that of a composite
   std::vector<Composite> composites;  // items with several values
 };
 
-/// The pace of a watch or a recording, and what its refreshes tell of the link.
-class Pacer {
- public:
-  explicit Pacer(Milliseconds every) : turns_(every) {}
+/// The Cell of its object in Python. Throws a py::type_error if the constructor has not run.
+Cell& CellOf(PyObject* self);
 
-  /// How long until the turn that is due next, in seconds. Asking again does not change it.
-  double Wait();
-  /// The turn is taken.
-  void Take() { due_.reset(); }
-  /// When the turn is due, since the first one.
-  Milliseconds SinceStart() const;
-  std::int64_t Skipped() const { return turns_.Skipped(); }
+/// How long until the turn of a watch or a recording is due, in seconds.
+double WaitFor(tool::Pacer& pacer);
 
-  tool::LinkStates link;
-
- private:
-  live::Turns turns_;
-  std::optional<live::Turns::Time> start_;
-  std::optional<live::Turns::Time> due_;
-};
+/// The value of an object of Python that is written to `name`. Throws a live::UsageError for what
+/// is none.
+live::Value ToValue(const std::string& name, PyObject* object);
 
 /// The value in Python. A new reference, or null with an exception set.
 PyObject* NewValue(const live::Value& value);
@@ -143,4 +132,26 @@ py::object FromPackage(const char* module, const char* name);
 /// Recordings.
 void BindRecordings(py::module_& module);
 
+/// For members: without it pybind11 would make up a Cell for an object whose constructor has not
+/// run.
+template <class Usual>
+struct ConstructedCaster : Usual {
+  bool load(py::handle source, bool convert) {
+    if (py::isinstance<Cell>(source)) CellOf(source.ptr());
+    return Usual::load(source, convert);
+  }
+};
+
 }  // namespace orif::python
+
+namespace pybind11::detail {
+
+template <>
+struct type_caster<orif::python::Cell>
+    : orif::python::ConstructedCaster<type_caster_base<orif::python::Cell>> {};
+template <>
+struct type_caster<std::shared_ptr<orif::python::Cell>>
+    : orif::python::ConstructedCaster<
+          copyable_holder_caster<orif::python::Cell, std::shared_ptr<orif::python::Cell>>> {};
+
+}  // namespace pybind11::detail

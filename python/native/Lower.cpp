@@ -100,25 +100,6 @@ PyObject* NewObject(const LowerAnswer& answer) {
 
 namespace {
 
-Variant ToVariant(const OrvexValue& value) {
-  switch (value.kind) {
-    case ORVEX_I2:
-      return value.as.i2;
-    case ORVEX_I4:
-      return value.as.i4;
-    case ORVEX_R4:
-      return value.as.r4;
-    case ORVEX_R8:
-      return value.as.r8;
-    case ORVEX_BOOLEAN:
-      return value.as.boolean != 0;
-    case ORVEX_TEXT:
-      return std::string(value.as.text, static_cast<std::size_t>(value.count));
-    default:
-      return {};
-  }
-}
-
 template <class Body>
 LowerAnswer Answered(const Body& body) {
   try {

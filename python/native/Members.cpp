@@ -18,6 +18,10 @@ struct Argument<NumbersToWrite> {
   static constexpr bool IsOutput = false;
   bool Take(PyObject* given) {
     if (Take(given, value.integers)) return true;
+    if (PyErr_ExceptionMatches(PyExc_TypeError) == 0 &&
+        PyErr_ExceptionMatches(PyExc_OverflowError) == 0) {
+      return false;
+    }
     PyErr_Clear();
     value.areIntegers = false;
     return Take(given, value.reals);

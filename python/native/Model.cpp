@@ -61,8 +61,8 @@ PyObject* NewObject(PyTypeObject* type, std::shared_ptr<Unit> unit, std::shared_
 void Dealloc(PyObject* self) {
   auto& fields = *reinterpret_cast<Object*>(self);
   PyTypeObject* const type = Py_TYPE(self);
+  fields.unit->Forget(fields.object.get());  // a callback of a weak reference may ask for it
   if (fields.weakReferences != nullptr) PyObject_ClearWeakRefs(self);
-  fields.unit->Forget(fields.object.get());
   fields.unit->Release(std::move(fields.object), fields.holdsConnection);
   fields.object.~shared_ptr();
   fields.unit.~shared_ptr();
@@ -79,6 +79,7 @@ PyObject* NewCore(PyTypeObject* type, PyObject* arguments, PyObject* keywords) t
                                   &component, &simulation) == 0) {
     return nullptr;
   }
+  if (simulation == Py_False) simulation = Py_None;
   if (component != Py_None && simulation != Py_None) {
     PyErr_SetString(PyExc_TypeError, "Core() takes a component or a simulation, not both");
     return nullptr;
@@ -119,6 +120,13 @@ std::string TextOfMethod(const Description& described) {
          described.parameters + ")\n--\n\n" + described.text;
 }
 
+// An object's class says what its pointer points to, so it cannot be given another one.
+#if PY_VERSION_HEX >= 0x030A0000
+constexpr unsigned Flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_IMMUTABLETYPE;
+#else
+constexpr unsigned Flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE;
+#endif
+
 void MakeClass(const ClassRow& row, py::module_& module) {
   const bool isCore = std::strcmp(row.name, "Core") == 0;
   auto made = std::make_unique<Made>();
@@ -154,8 +162,8 @@ void MakeClass(const ClassRow& row, py::module_& module) {
   };
   if (isCore) slots.push_back({Py_tp_new, reinterpret_cast<void*>(&NewCore)});
   slots.push_back({0, nullptr});
-  PyType_Spec description{keep(std::string("orif.") + row.name), sizeof(Object), 0,
-                          Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, slots.data()};
+  PyType_Spec description{keep(std::string("orif.") + row.name), sizeof(Object), 0, Flags,
+                          slots.data()};
   const py::object bases =
       row.base == nullptr ? py::object() : py::make_tuple(module.attr(row.base));
   PyObject* const type = PyType_FromSpecWithBases(&description, bases.ptr());

@@ -76,7 +76,7 @@ void Parameters::Blame(std::size_t place) const {
   PyObject* value = nullptr;
   PyObject* trace = nullptr;
   PyErr_Fetch(&type, &value, &trace);
-  if (type == PyExc_TypeError || type == PyExc_OverflowError || type == PyExc_BufferError) {
+  if (type == PyExc_TypeError || type == PyExc_OverflowError) {
     PyErr_Format(type, "%s() argument '%U': %S", member_, names_[place], value);
     Py_XDECREF(type);
     Py_XDECREF(value);

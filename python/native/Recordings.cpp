@@ -27,6 +27,7 @@ class Recording {
     target.out = out;
     target.replace = replace;
     target.append = append;
+    target.options = {"replace=True", "append=True"};
     if (rotateAfter) target.rotateAfter = PeriodOf(*rotateAfter);
     target.rotateAt = rotateAt;
     tool::CheckRecordingTarget(target);
@@ -38,9 +39,9 @@ class Recording {
         [this](const std::string& line) { notes_.push_back(line); });
   }
 
-  double Wait() { return pacer_.Wait(); }
+  double Wait() { return WaitFor(pacer_); }
 
-  double SinceStart() const { return std::chrono::duration<double>(pacer_.SinceStart()).count(); }
+  double SinceStart() { return std::chrono::duration<double>(DueSinceStart()).count(); }
 
   /// Refreshes and adds the row. Answers with what keeps the values from being read, if anything
   /// does, as an exception that is not raised.
@@ -51,7 +52,7 @@ class Recording {
     WithoutInterpreter([&] {
       cell_->Follow();
       const auto wall = std::chrono::floor<Milliseconds>(controller.Settings().clock->Wall());
-      tool::RecordedRow row{wall, pacer_.SinceStart(), tool::Link::Up, {}};
+      tool::RecordedRow row{wall, DueSinceStart(), tool::Link::Up, {}};
       good = controller.Refresh();
       row.link = pacer_.link.Next(good);
       const std::vector<live::Value> values = tool::ValuesOf(controller);
@@ -78,8 +79,12 @@ class Recording {
   std::vector<std::string> TakeNotes() { return std::exchange(notes_, {}); }
 
  private:
+  Milliseconds DueSinceStart() {
+    return pacer_.SinceStart(pacer_.Due(std::chrono::steady_clock::now()));
+  }
+
   std::shared_ptr<Cell> cell_;
-  Pacer pacer_;
+  tool::Pacer pacer_;
   std::vector<std::string> notes_;
   std::unique_ptr<tool::Recorder> recorder_;
   std::string summary_;
@@ -127,24 +132,20 @@ py::list Typed(const std::string& name, const std::vector<std::string>& cells,
 py::dict ReadRecording(const std::string& path) {
   tool::Cells names;
   std::vector<std::vector<std::string>> columns;
+  std::vector<bool> read;
   WithoutInterpreter([&] {
     try {
       const auto rows = tool::OpenRows(path, names);
       columns.resize(names.size());
+      tool::RowCheck check(names.size());
       for (tool::Cells cells = names; rows->Next(cells);) {
-        if (cells.size() != names.size()) {
-          throw std::runtime_error("row " + std::to_string(columns[0].size() + 1) +
-                                   " has too few or many values");
-        }
+        read.push_back(check.Next(cells).link != tool::Link::Lost);
         for (std::size_t i = 0; i < cells.size(); ++i) columns[i].push_back(cells[i]);
       }
     } catch (const std::exception& error) {
       throw live::UsageError(path + " is no recording: " + error.what());
     }
   });
-  std::vector<bool> always(columns[0].size(), true);
-  std::vector<bool> read;
-  for (const std::string& link : columns[2]) read.push_back(link != ToText(tool::Link::Lost));
   py::dict recording;
   for (std::size_t i = 0; i < names.size(); ++i) {
     py::object column;

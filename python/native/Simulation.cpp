@@ -25,13 +25,43 @@
 namespace orif::python {
 namespace {
 
+/// A text in any bytes, on its way to and from Python.
+struct Text {
+  std::string bytes;
+};
+
+}  // namespace
+}  // namespace orif::python
+
+namespace pybind11::detail {
+
+template <>
+struct type_caster<orif::python::Text> {
+  PYBIND11_TYPE_CASTER(orif::python::Text, const_name("str"));
+
+  bool load(handle source, bool /*convert*/) {
+    auto text = orif::python::TextOf(source.ptr());
+    if (!text) throw error_already_set();
+    value.bytes = *std::move(text);
+    return true;
+  }
+  static handle cast(const orif::python::Text& text, return_value_policy /*policy*/,
+                     handle /*parent*/) {
+    return orif::python::NewText(text.bytes);
+  }
+};
+
+}  // namespace pybind11::detail
+
+namespace orif::python {
+namespace {
+
 // A position as Python hands it over: its values in the order of orif.Position, None for those that
 // it has not.
-using PositionSlots = std::tuple<std::vector<std::optional<float>>,         // X to E3
-                                 std::optional<std::vector<std::int16_t>>,  // configuration
-                                 std::vector<std::optional<float>>,         // J1 to J9
+using PositionSlots = std::tuple<std::vector<std::optional<float>>,           // X to E3
+                                 std::optional<std::array<std::int16_t, 7>>,  // configuration
+                                 std::vector<std::optional<float>>,           // J1 to J9
                                  std::optional<std::int16_t>, std::optional<std::int16_t>>;
-using SimulatedValue = std::variant<bool, std::int32_t, float, std::string, PositionSlots>;
 
 [[noreturn]] void Refuse(const live::Name& name, const std::string& why) {
   throw live::UsageError(name.text + ": " + why);
@@ -46,9 +76,7 @@ sim::Position ToPosition(const PositionSlots& slots) {
     position.xyzwpr[i] = i < xyzwpr.size() ? xyzwpr[i].value_or(0) : 0;
     position.joint[i] = i < joint.size() ? joint[i].value_or(0) : 0;
   }
-  if (config && config->size() == position.config.size()) {
-    std::ranges::copy(*config, position.config.begin());
-  }
+  if (config) std::ranges::copy(*config, position.config.begin());
   position.uf = uf.value_or(0);
   position.ut = ut.value_or(0);
   return position;
@@ -88,18 +116,28 @@ class Robot {
     return Within(name, [&] { return GetHere(name); });
   }
 
-  void Set(const std::string& text, const SimulatedValue& value) {
+  void Set(const std::string& text, const py::object& value) {
     const live::Name name = Single(text);
-    Within(name, [&] { SetHere(name, value); });
+    if (!py::isinstance<py::tuple>(value)) {
+      const live::Value scalar = ToValue(text, value.ptr());
+      return Within(name, [&] { SetHere(name, scalar); });
+    }
+    sim::Position position;
+    try {
+      position = ToPosition(value.cast<PositionSlots>());
+    } catch (const py::cast_error&) {
+      Refuse(name, "a configuration and frames are whole numbers of 16 bits");
+    }
+    Within(name, [&] { SetPosition(name, position); });
   }
 
-  using TaskEntry = std::tuple<std::string, std::int16_t, std::int16_t, std::string>;
+  using TaskEntry = std::tuple<Text, std::int16_t, std::int16_t, Text>;
 
   std::vector<TaskEntry> Tasks() const {
     const auto held = Lock();
     std::vector<TaskEntry> entries;
     for (const sim::Task& task : robot_->TaskList()) {
-      entries.emplace_back(task.program, task.line, task.state, task.parentProgram);
+      entries.push_back({{task.program}, task.line, task.state, {task.parentProgram}});
     }
     return entries;
   }
@@ -108,16 +146,16 @@ class Robot {
     std::vector<sim::Task> tasks;
     tasks.reserve(entries.size());
     for (const auto& [program, line, state, parent] : entries) {
-      tasks.push_back({.program = program, .line = line, .state = state, .parentProgram = parent});
+      tasks.push_back(
+          {.program = program.bytes, .line = line, .state = state, .parentProgram = parent.bytes});
     }
     const auto held = Lock();
     robot_->TaskList() = std::move(tasks);
   }
 
   // Date and time as six numbers, then the fields of orif.Alarm behind its time.
-  using AlarmEntry =
-      std::tuple<std::array<std::int16_t, 6>, std::int16_t, std::int16_t, std::int16_t, std::string,
-                 std::string, std::int16_t, std::int16_t, std::string>;
+  using AlarmEntry = std::tuple<std::array<std::int16_t, 6>, std::int16_t, std::int16_t,
+                                std::int16_t, Text, Text, std::int16_t, std::int16_t, Text>;
 
   std::vector<AlarmEntry> Alarms(const std::string& list) const {
     const auto held = Lock();
@@ -125,8 +163,8 @@ class Robot {
     for (const sim::Alarm& alarm : robot_->Alarms(ListOf(list))) {
       entries.emplace_back(
           std::array{alarm.year, alarm.month, alarm.day, alarm.hour, alarm.minute, alarm.second},
-          alarm.id, alarm.number, alarm.severity, alarm.severityMessage, alarm.message,
-          alarm.causeId, alarm.causeNumber, alarm.causeMessage);
+          alarm.id, alarm.number, alarm.severity, Text{alarm.severityMessage}, Text{alarm.message},
+          alarm.causeId, alarm.causeNumber, Text{alarm.causeMessage});
     }
     return entries;
   }
@@ -147,23 +185,24 @@ class Robot {
                         .hour = time[3],
                         .minute = time[4],
                         .second = time[5],
-                        .message = message,
-                        .causeMessage = cause,
-                        .severityMessage = severityText});
+                        .message = message.bytes,
+                        .causeMessage = cause.bytes,
+                        .severityMessage = severityText.bytes});
     }
     const auto held = Lock();
     robot_->Alarms(ListOf(list)) = std::move(alarms);
   }
 
-  std::vector<std::string> Commands() const {
+  std::vector<Text> Commands() const {
     const auto held = Lock();
-    return robot_->Commands();
+    std::vector<Text> commands;
+    for (const std::string& command : robot_->Commands()) commands.push_back({command});
+    return commands;
   }
 
-  void FailNext(const std::string& operation, std::int32_t status, const std::string& text,
-                int times) {
+  void FailNext(const std::string& operation, std::int32_t status, const Text& text, int times) {
     const auto held = Lock();
-    Faults().FailNext(operation, {status, text}, times);
+    Faults().FailNext(operation, {status, text.bytes}, times);
   }
 
   void AnswerAfter(std::int32_t milliseconds) {
@@ -192,7 +231,11 @@ class Robot {
   }
 
  private:
-  sim::Network::Held Lock() const { return cell_->Network().Lock(); }
+  // What is asked of the controller is asked at this moment.
+  sim::Network::Held Lock() const {
+    cell_->Follow();
+    return cell_->Network().Lock();
+  }
   sim::FaultInjection& Faults() { return robot_->FaultInjection(); }
 
   // Runs `body` under the lock; what it does not find the controller does not have.
@@ -240,15 +283,15 @@ class Robot {
     }
   }
 
-  void SetHere(const live::Name& name, const SimulatedValue& value) {
+  void SetHere(const live::Name& name, const live::Value& value) {
     if (name.IsComment()) {
       Comment(name) = As<std::string>(name, value, "a text");
       return;
     }
     switch (name.Is()) {
       case live::Kind::NumReg:
-        if (const auto* whole = std::get_if<std::int32_t>(&value)) {
-          robot_->NumericRegister(name.first) = *whole;
+        if (std::holds_alternative<std::int64_t>(value)) {
+          robot_->NumericRegister(name.first) = Whole(name, value, "a number");
         } else {
           robot_->NumericRegister(name.first) = As<float>(name, value, "a number");
         }
@@ -258,8 +301,7 @@ class Robot {
         break;
       case live::Kind::PosReg:
       case live::Kind::CurPos:
-        PositionAt(name) = ToPosition(As<PositionSlots>(name, value, "a Position"));
-        break;
+        Refuse(name, "the value must be a Position");
       case live::Kind::SysVar:
         SetVariable(name, value);
         break;
@@ -267,14 +309,24 @@ class Robot {
         if (const auto* bit = std::get_if<bool>(&value)) {
           SignalAt(name) = *bit ? 1 : 0;
         } else {
-          SignalAt(name) = As<std::int32_t>(name, value, "True or False") != 0 ? 1 : 0;
+          SignalAt(name) = Whole(name, value, "True or False") != 0 ? 1 : 0;
         }
         break;
       case live::Kind::Group:
-        SignalAt(name) = As<std::int32_t>(name, value, "a whole number");
+        SignalAt(name) = Whole(name, value, "a whole number");
         break;
       default:
         Refuse(name, "use tasks and alarms()");
+    }
+  }
+
+  void SetPosition(const live::Name& name, const sim::Position& position) {
+    if (name.Is() == live::Kind::SysVar) {
+      robot_->SetVariable(name.variable, position);
+    } else if (name.IsPosition() && !name.IsComment()) {
+      PositionAt(name) = position;
+    } else {
+      Refuse(name, "it is no position");
     }
   }
 
@@ -287,9 +339,15 @@ class Robot {
   }
 
   template <class T>
-  static T As(const live::Name& name, const SimulatedValue& value, const char* what) {
+  static T As(const live::Name& name, const live::Value& value, const char* what) {
     if (const auto* held = std::get_if<T>(&value)) return *held;
     Refuse(name, std::string("the value must be ") + what);
+  }
+
+  static std::int32_t Whole(const live::Name& name, const live::Value& value, const char* what) {
+    const auto number = As<std::int64_t>(name, value, what);
+    if (!std::in_range<std::int32_t>(number)) Refuse(name, "the number does not fit 32 bits");
+    return static_cast<std::int32_t>(number);
   }
 
   sim::Position& PositionAt(const live::Name& name) const {
@@ -321,13 +379,11 @@ class Robot {
     return robot_->Comment(kinds.at(name.symbol->name), name.first);
   }
 
-  void SetVariable(const live::Name& name, const SimulatedValue& value) {
-    if (const auto* position = std::get_if<PositionSlots>(&value)) {
-      robot_->SetVariable(name.variable, ToPosition(*position));
-    } else if (const auto* text = std::get_if<std::string>(&value)) {
+  void SetVariable(const live::Name& name, const live::Value& value) {
+    if (const auto* text = std::get_if<std::string>(&value)) {
       robot_->SetVariable(name.variable, *text);
-    } else if (const auto* whole = std::get_if<std::int32_t>(&value)) {
-      robot_->SetVariable(name.variable, *whole);
+    } else if (std::holds_alternative<std::int64_t>(value)) {
+      robot_->SetVariable(name.variable, Whole(name, value, "a number"));
     } else {
       robot_->SetVariable(name.variable, As<float>(name, value, "a number, a text or a Position"));
     }
@@ -369,9 +425,11 @@ class Service {
 
   void Stop() {
     ended_ = true;
-    if (!thread_.joinable()) return;
+    // Of several threads that stop it one joins.
+    std::thread thread = std::exchange(thread_, {});
+    if (!thread.joinable()) return;
     WithoutInterpreter([&] {
-      thread_.join();
+      thread.join();
       server_.reset();
     });
   }
@@ -408,9 +466,9 @@ void BindSimulation(py::module_& module) {
       }))
       .def_static("load", &LoadCell, py::arg("file"), py::arg("real_time"))
       .def_property_readonly("hosts", [](SimulatedCell& cell) { return cell.Hosts(); })
-      .def_property_readonly("real_time", &SimulatedCell::IsRealTime)
       .def_property_readonly("now",
                              [](SimulatedCell& cell) {
+                               cell.Follow();
                                return std::chrono::duration<double>(cell.Network().Now()).count();
                              })
       .def(

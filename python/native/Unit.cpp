@@ -26,21 +26,15 @@ void Unit::ReleaseGivenUp() {
 }
 
 void Unit::Release(std::shared_ptr<void> object, bool mayWait) {
-  if (!mutex_.try_lock()) {
-    {
-      const std::lock_guard lock(givenUpMutex_);
-      givenUp_.push_back(std::move(object));
-      anyGivenUp_ = true;
-    }
-    if (!mutex_.try_lock()) return;
-  } else if (mayWait) {
-    PyThreadState* const state = ReleaseInterpreter();
-    object.reset();
-    TakeInterpreter(state);
-  } else {
-    object.reset();
+  {
+    const std::lock_guard lock(givenUpMutex_);
+    givenUp_.push_back(std::move(object));
+    anyGivenUp_ = true;
   }
+  if (!mutex_.try_lock()) return;
+  PyThreadState* const state = mayWait ? ReleaseInterpreter() : nullptr;
   Unlock();
+  if (mayWait) TakeInterpreter(state);
 }
 
 PyObject* Unit::Find(const void* object) const {

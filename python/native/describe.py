@@ -124,6 +124,9 @@ ADDED = {
 }
 
 
+# Parameters that are something else in Python than a type of the headers says, by class and member.
+TAKEN_OTHERWISE = {"DataNumReg": {"SetValues": Parameter("_Numbers", "Value")}}
+
 # A class that has no header of its own in the object model.
 LOWER_CORE = Class(
     "LowerCore",
@@ -203,6 +206,10 @@ def parse(headers: list[Path]) -> tuple[list[Class], list[Kind]]:
             classes.append(Class(name, base, plain(comment), parse_members(public, name)))
         for name, value, comment in re.findall(r"^  (\w+) = (\d+), +///< (.+)$", text, re.MULTILINE):
             kinds.append(Kind(name, int(value), comment))
+    for one in classes:
+        for member, parameter in TAKEN_OTHERWISE.get(one.name, {}).items():
+            (taken,) = one.members[member]
+            taken.parameters = [parameter if p.name == parameter.name else p for p in taken.parameters]
     for added in classes:
         for member in ADDED.get(added.name, []):
             added.members[member.name] = [member]
@@ -229,7 +236,7 @@ def in_python(text: str) -> str:
 # What the headers say of C++ alone.
 SAID_OTHERWISE = {
     "Members throw nothing: a failure shows in what they return, and": "Members raise TypeError "
-    "and OverflowError for arguments of a wrong kind and nothing else: a failure shows in what they "
+    "and OverflowError for arguments of a wrong kind alone: a failure shows in what they "
     "return, and",
     "which one thread uses at a time.": "whose threads wait for each other.",
     "It must be an array of 32-bit integers for NUMREG_INT, of 32-bit reals for NUMREG_REAL.": "For "
@@ -332,8 +339,6 @@ def write_stub(classes: list[Class], kinds: list[Kind]) -> str:
             arguments = ["self"]
             for parameter in getter.inputs:
                 kind = input_type(parameter)
-                if one.name == "DataNumReg" and name == "SetValues" and parameter.name == "Value":
-                    kind = "_Numbers"
                 default = " = " + parameter.default if parameter.default else ""
                 arguments.append(f"{parameter.name}: {kind}{default}")
             lines.append(f"    def {name}({', '.join(arguments)}) -> {result}: ...")

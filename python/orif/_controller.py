@@ -10,12 +10,12 @@ from collections import deque
 from collections.abc import AsyncIterator, Callable, Iterable, Iterator, Mapping
 from datetime import datetime
 from types import TracebackType
-from typing import Any, Deque, Dict, List, NamedTuple, Optional, Tuple, Type, Union
+from typing import Any, Deque, List, NamedTuple, Optional, Set, Tuple, Type, Union
 
 from . import _native
-from ._errors import NotConnected, Reason, UsageError
+from ._errors import Reason, UsageError
 from ._simulation import SimulatedCell, simulation_of
-from ._values import Change, Position
+from ._values import Change, Position, position_of
 
 __all__ = ["ENCODINGS", "Controller", "Retry", "Tag", "Watch"]
 
@@ -132,6 +132,8 @@ class Controller(_native._LiveController):
         encoding: of the controller's texts, one of orif.ENCODINGS; UTF-8 without.
         retry: how long to wait before a lost link is tried again.
         """
+        if "_watches" in vars(self):
+            raise UsageError("a controller is made once; make another one")
         if isinstance(tags, (str, bytes)):
             raise UsageError("tags is a list of names", f'["{tags!s}"]')
         if encoding is not None:
@@ -142,7 +144,6 @@ class Controller(_native._LiveController):
         super().__init__(
             host, list(tags), simulation_of(simulate), path, port, timeout, comments, encoding, Retry(*retry)
         )
-
         self._watches: "weakref.WeakSet[Watch]" = weakref.WeakSet()
 
     def __enter__(self) -> "Controller":
@@ -154,13 +155,20 @@ class Controller(_native._LiveController):
         self.close()
 
     def close(self) -> None:
-        """Stop the watches that have threads, and close the link. refresh() and writes open it again."""
-        for watch in list(self._watches):
+        """Stop the watches, and close the link. refresh() and writes open it again.
+
+        It waits for the threads of watches, unless a callback calls it, and hands what their callbacks
+        have raised to threading.excepthook.
+        """
+        with _registering:
+            watches = list(vars(self).get("_watches", ()))
+        for watch in watches:
             watch.end()
+            watch._report()
         super().close()
 
     @property
-    def names(self) -> List[str]:
+    def names(self) -> Tuple[str, ...]:
         """The names of all tags, in the order in which they were given."""
         return self._names
 
@@ -220,9 +228,9 @@ class Controller(_native._LiveController):
         for change in cell.watch(every=0.1): ...        # also: async for
         with cell.watch(every=0.1, callback=print): ... # in a thread of its own, until the end
 
-        The first refresh tells all values, and so does one after a gap. A lost link is told as a
-        change named "link" of value "lost" with a reason, then "back"; with raise_lost it raises
-        NotConnected instead.
+        The first refresh tells all values, and so does one after a gap. A refresh that fails is told
+        as a change named "link" of value "lost" with a reason, then "back"; with raise_lost it raises
+        NotConnected instead, or Refused if the controller refuses it and the link is up.
         """
         return Watch(self, every, callback, raise_lost)
 
@@ -232,24 +240,20 @@ class Controller(_native._LiveController):
 
 def _parts(name: str, value: Any) -> Iterator[Tuple[str, Any]]:
     """The single values to write for what was given for a position."""
-    position = value if isinstance(value, Position) else _position(name, value)
+    position = position_of(name, value)
     # Of two forms, the cartesian one is written.
     cartesian = any(part is not None for part in position[:10])
     form = Position._fields[:10] if cartesian else Position._fields[10:19]
-    for field in (*form, "UF", "UT"):
+    given = [each for each in (*form, "UF", "UT") if getattr(position, each) is not None]
+    if not given:
+        raise UsageError(f"{name}: a Position without values writes nothing")
+    for field in given:
         part = getattr(position, field)
-        if part is not None:
-            yield f"{name}.{field}", part if field != "config" else " ".join(map(str, part))
+        yield f"{name}.{field}", part if field != "config" else " ".join(map(str, part))
 
 
-def _position(name: str, values: Any) -> Position:
-    try:
-        numbers = [float(each) for each in values]
-    except (TypeError, ValueError):
-        raise UsageError(f"{name}: {values!r} is no Position and no sequence of numbers") from None
-    if not 1 <= len(numbers) <= 9:
-        raise UsageError(f"{name}: a position has X, Y, Z, W, P, R and up to three more axes")
-    return Position(**dict(zip(Position._fields, numbers)))  # type: ignore[arg-type]
+class _WatchThread(threading.Thread):
+    """The thread of a watch. It waits for no other one's end, which may be waiting for its own."""
 
 
 class Watch:
@@ -257,7 +261,8 @@ class Watch:
 
     As an iterator it refreshes when it is asked for the next change, and sleeps in between; Ctrl-C
     ends the sleep. With a callback it has a thread of its own, until stop() or the end of a `with`;
-    an exception of the callback ends it too, and stop() raises it.
+    an exception of the callback ends it too, and stop() raises it. If the controller is closed
+    instead, or the interpreter ends, threading.excepthook gets it.
     """
 
     def __init__(
@@ -267,15 +272,17 @@ class Watch:
         self._watch = _native._LiveWatch(cell, every)
         self._raise_lost = raise_lost
         self._ready: Deque[Change] = deque()
+        self._stepping = threading.RLock()
         self._stopped = threading.Event()
         self._error: Optional[BaseException] = None
         self._thread: Optional[threading.Thread] = None
+        with _registering:
+            cell._watches.add(self)
         if callback is not None:
-            self._thread = threading.Thread(
+            self._thread = _WatchThread(
                 target=self._run, args=(callback,), name=f"orif watch {cell.host}", daemon=True
             )
             _watches.add(self)
-            cell._watches.add(self)
             self._thread.start()
 
     @property
@@ -285,9 +292,10 @@ class Watch:
 
     def stop(self, timeout: Optional[float] = None) -> bool:
         """End the watch. With a callback, wait for its thread, at most `timeout` seconds, and raise
-        what the callback has raised. Returns whether the thread has ended; may be called by it."""
+        what the callback has raised. A callback may call it, of this watch and of others, and does not
+        wait. Returns whether no further change is told."""
         ended = self.end(timeout)
-        error, self._error = self._error, None
+        error = self._take_error()
         if error is not None:
             raise error
         return ended
@@ -295,10 +303,26 @@ class Watch:
     def end(self, timeout: Optional[float] = None) -> bool:
         """The same without raising."""
         self._stopped.set()
+        self._watch.end()
         if self._thread is None or self._thread is threading.current_thread():
             return True
-        self._thread.join(timeout)
+        if not isinstance(threading.current_thread(), _WatchThread):
+            self._thread.join(timeout)
         return not self._thread.is_alive()
+
+    def _take_error(self) -> Optional[BaseException]:
+        error, self._error = self._error, None
+        if error is not None:
+            _watches.discard(self)
+        return error
+
+    def _report(self) -> None:
+        """Tell what the callback has raised, if nobody asks for it."""
+        error = self._take_error()
+        if error is not None:
+            threading.excepthook(
+                threading.ExceptHookArgs((type(error), error, error.__traceback__, self._thread))
+            )
 
     def __enter__(self) -> "Watch":
         return self
@@ -315,28 +339,33 @@ class Watch:
         while not self._ready:
             if self._stopped.wait(self._watch.wait()):
                 raise StopIteration
-            self._take(self._watch.step())
-        return self._ready.popleft()
+            self._step()
+        return self._next_ready()
 
     def __aiter__(self) -> AsyncIterator[Change]:
         return self
 
     async def __anext__(self) -> Change:
         while not self._ready:
-            await asyncio.sleep(self._watch.wait())
+            while (pause := self._watch.wait()) > 0 and not self._stopped.is_set():
+                await asyncio.sleep(min(pause, _STOP_IS_SEEN))
             if self._stopped.is_set():
                 raise StopAsyncIteration
             # The event loop goes on while the controller answers.
-            changes = await asyncio.get_running_loop().run_in_executor(None, self._watch.step)
-            self._take(changes)
-        return self._ready.popleft()
+            await asyncio.get_running_loop().run_in_executor(None, self._step)
+        return self._next_ready()
 
-    def _take(self, changes: List[Change]) -> None:
-        if self._raise_lost:
-            for change in changes:
-                if change.is_link and change.value == "lost":
-                    raise NotConnected(str(change.reason), change.reason)
-        self._ready.extend(changes)
+    def _step(self) -> None:
+        # It goes on after whoever awaits it was cancelled, and its changes are for the next one.
+        with self._stepping:
+            if not self._ready:
+                self._ready.extend(self._watch.step())
+
+    def _next_ready(self) -> Change:
+        change = self._ready.popleft()
+        if self._raise_lost and change.is_link and change.value == "lost":
+            raise self._watch.failure
+        return change
 
     def _run(self, callback: Callable[[Change], object]) -> None:
         try:
@@ -346,14 +375,18 @@ class Watch:
                     break
         except BaseException as error:
             self._error = error
-        finally:
+        else:
             _watches.discard(self)
 
     def __repr__(self) -> str:
         return f"<Watch of {self._cell.host}>"
 
 
-_watches: "weakref.WeakSet[Watch]" = weakref.WeakSet()
+_STOP_IS_SEEN = 0.05  # within so many seconds by a watch that an event loop waits for
+
+_registering = threading.RLock()  # a WeakSet cannot be iterated while another thread adds to it
+
+_watches: Set[Watch] = set()  # that have a thread, or an exception that nobody was told
 
 
 @atexit.register
@@ -364,3 +397,4 @@ def _stop_watches() -> None:
     end = time.monotonic() + 2.0
     for watch in list(_watches):
         watch.end(max(0.0, end - time.monotonic()))
+        watch._report()

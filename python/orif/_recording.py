@@ -46,7 +46,7 @@ def record(
 
     out: a file that ends in .csv or in .db, an SQLite database.
     every: seconds from one refresh to the next.
-    duration, count: seconds, or refreshes, after which it ends; without them it goes on until Ctrl-C,
+    duration, count: seconds (more than 0), or refreshes (1 or more), after which it ends; without them it goes on until Ctrl-C,
         which raises KeyboardInterrupt with all rows in the file.
     wait: whether to wait for a controller that is off at first. Without it, the first refresh that
         fails raises NotConnected or Refused; later ones are gaps in the recording.
@@ -59,9 +59,10 @@ def record(
     path = os.fspath(out)
     if not path.endswith((".csv", ".db")):
         raise UsageError(f"{path!r}: a recording ends in .csv for a CSV file or in .db for an SQLite database")
-    rotates = rotate_after is not None or rotate_at is not None
-    if os.path.lexists(path) and not (append or replace or rotates):
-        raise UsageError(f"{path} exists; name another file, or say append=True or replace=True")
+    if append and replace:
+        raise UsageError("append goes on with a file and replace ends it; say one of them")
+    if (duration is not None and not duration > 0) or (count is not None and count < 1):
+        raise UsageError("a recording has a duration of more than 0 s, and a count of 1 or more")
     recording = _native._LiveRecording(cell, path, every, append, replace, rotate_after, rotate_at)
     refreshes = 0
     try:

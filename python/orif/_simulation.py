@@ -7,7 +7,7 @@ from typing import Any, Dict, List, Optional, Tuple, Type, Union
 
 from . import _native
 from ._errors import UsageError
-from ._values import Alarm, Position, Task
+from ._values import Alarm, Position, Task, position_of
 
 __all__ = ["ServedCell", "SimulatedCell", "SimulatedController"]
 
@@ -20,7 +20,9 @@ class SimulatedCell:
     robot["R[1]"] = 42
     with orif.Controller("cell1", ["R[1]"], simulate=cell) as controller: ...
 
-    Time passes with advance() only, or with the clock if it was made with real_time.
+    Time passes with advance() only. If it was made with real_time it passes with the clock: the cell
+    is at the present moment whenever a Controller, this object or a served client looks at it. A Core
+    that has the cell does not move it.
     """
 
     def __init__(
@@ -131,9 +133,10 @@ class SimulatedController:
         return Position._make((*xyzwpr, tuple(config) if config is not None else None, *joint, frame, tool))
 
     def __setitem__(self, name: str, value: Any) -> None:
-        """Set it. The forms of a position that the value has are valid. Raises as reading."""
-        if isinstance(value, Sequence) and not isinstance(value, (str, bytes)):
-            position = value if isinstance(value, Position) else Position(*value)
+        """Set it. The forms of a position that the value has are valid. Raises as reading, and
+        UsageError for a value that does not fit."""
+        if _is_sequence(value):
+            position = position_of(name, value)
             value = (position[:9], position.config, position[10:19], position.UF, position.UT)
         self._robot.set(name, value)
 
@@ -210,6 +213,13 @@ def simulation_of(
     if isinstance(simulate, SimulatedCell):
         return simulate._network
     return SimulatedCell(simulate, real_time=True)._network
+
+
+def _is_sequence(value: Any) -> bool:
+    try:
+        return not isinstance(value, (str, bytes)) and len(value) >= 0
+    except TypeError:  # NumPy's arrays of one number have a length, which raises
+        return False
 
 
 def _date(time: Sequence[int]) -> Optional[str]:

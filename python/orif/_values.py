@@ -1,5 +1,6 @@
 """What values of several parts are in Python, and what a watch tells."""
 
+import operator
 from datetime import datetime
 from typing import Any, NamedTuple, Optional, Tuple
 
@@ -65,6 +66,29 @@ class Position(NamedTuple):
         return f"Position({', '.join(parts)})"
 
 
+def position_of(name: str, given: Any) -> Position:
+    """The Position that is given for `name`, or a sequence of numbers for one. Raises UsageError for
+    anything else."""
+    position = given
+    if not isinstance(given, Position):
+        try:
+            numbers = list(given)
+        except TypeError:
+            raise UsageError(f"{name}: {given!r} is no Position and no sequence of numbers") from None
+        if not 1 <= len(numbers) <= 9:
+            raise UsageError(f"{name}: a position has X, Y, Z, W, P, R and up to three more axes")
+        position = Position(*numbers)
+    try:
+        reals = [None if each is None else float(each) for each in (*position[:9], *position[10:19])]
+        config = None if position.config is None else tuple(map(operator.index, position.config))
+        frames = [None if each is None else operator.index(each) for each in position[19:]]
+    except (TypeError, ValueError, OverflowError):
+        raise UsageError(f"{name}: {given!r} is no Position and no sequence of numbers") from None
+    if config is not None and len(config) != 7:
+        raise UsageError(f"{name}: a configuration has seven numbers, (1, 0, 1, 0, 0, 0, 0)")
+    return Position._make((*reals[:9], config, *reals[9:], *frames))
+
+
 def _form(values: Tuple[Any, ...]) -> Optional[Tuple[float, ...]]:
     count = values.index(None) if None in values else len(values)
     return values[:count] or None
@@ -99,7 +123,8 @@ class Alarm(NamedTuple):
 
 
 class Change(NamedTuple):
-    """A tag that changed, or the link: then the name is "link" and the value "lost" or "back"."""
+    """A tag that changed, or the link: then the name is "link" and the value "lost" or "back". It is
+    lost while refreshes fail, even if the controller answers and refuses them."""
 
     name: str
     value: Any

@@ -45,11 +45,35 @@ def test_values_have_pythons_types_and_tags_tell_the_rest(orif_robot, orif_conne
     assert before - datetime.timedelta(seconds=1) < tag.time <= datetime.datetime.now(datetime.timezone.utc)
     assert cell.tag("R[1]").comment == "Parts" and cell.tag("SR[1]").comment == ""
     values = cell.values()
-    assert list(values) == cell.names == list(cell) and len(cell) == len(values)
+    assert tuple(values) == cell.names == tuple(cell) and len(cell) == len(values)
     assert values["R[2]"] == 42.7 and values["PR[2].X"] is None
     assert "R[1]" in cell and "PR[1]" in cell and "R[3]" not in cell and 5 not in cell
     assert repr(cell) == f"<Controller cell1 up, {len(cell)} tags>"
     assert repr(tag) == "<Tag PR[1].X=1.0 mm good>"
+
+
+class Interrupted:
+    def __float__(self):
+        raise KeyboardInterrupt
+
+
+def test_a_controller_without_its_constructor_refuses_everything():
+    class Hasty(orif.Controller):
+        def __init__(self):
+            self.tried = []
+            for use in (
+                lambda: self["R[1]"], lambda: self.refresh(), lambda: self.values(), lambda: self.names,
+                lambda: "R[1]" in self or self._find("R[1]"), lambda: self.link, lambda: self.host,
+                lambda: self.watch(), lambda: repr(self), lambda: self.close(), lambda: self.write({}),
+            ):
+                with pytest.raises(TypeError, match="not made by its constructor"):
+                    use()
+                self.tried.append(use)
+            super().__init__("demo", ["R[1]"], simulate=True)
+
+    with Hasty() as cell:
+        cell.refresh()
+        assert len(cell.tried) == 11 and cell["R[1]"] == 120
 
 
 def test_writes_at_once_and_positions_as_a_whole(orif_robot, orif_connect):
@@ -75,6 +99,10 @@ def test_writes_at_once_and_positions_as_a_whole(orif_robot, orif_connect):
     numpy = pytest.importorskip("numpy")
     cell.write({"R[3]": numpy.int32(3), "R[4]": numpy.float32(0.5), "DO[1]": numpy.bool_(False)})
     cell["PR[2]"] = numpy.arange(6.0)
+    cell["R[5]"] = numpy.array(1.5)
+    assert robot["R[5]"] == 1.5
+    with pytest.raises(KeyboardInterrupt):
+        cell["R[1]"] = Interrupted()
     assert (robot["R[3]"], robot["R[4]"], robot["DO[1]"], robot["PR[2]"].Y) == (3, 0.5, False, 1.0)
     robot.alarms = [orif.Alarm(message="Stop")]
     cell.clear_alarms()
@@ -94,6 +122,11 @@ def test_writes_at_once_and_positions_as_a_whole(orif_robot, orif_connect):
         (lambda c: c.write({"R[1]": 2**80}), "R[1]: the number does not fit", ""),
         (lambda c: c.write({"PR[1]": range(10)}), "PR[1]: a position has X, Y, Z", ""),
         (lambda c: c.write({"PR[1]": 5}), "PR[1]: 5 is no Position and no sequence of numbers", ""),
+        (lambda c: c.write({"PR[1]": orif.Position()}), "PR[1]: a Position without values", ""),
+        (lambda c: c.write({"PR[1]": orif.Position(config=5)}), "PR[1]: Position(config=5) is no Position", ""),
+        (lambda c: c.write({"PR[1]": orif.Position(X="x")}), "PR[1]: Position(X='x') is no Position", ""),
+        (lambda c: c.write({"PR[1]": orif.Position(config=(1, 0))}), "PR[1]: a configuration has seven", ""),
+        (lambda c: c.__init__("a", []), "a controller is made once", ""),
         (lambda c: c.watch(every=0), "a period is from 0.001 s to a day", ""),
         (lambda c: orif.Controller("", []), "no controller is named; say its host", ""),
         (lambda c: orif.Controller("a", "R[1]"), "tags is a list of names", '["R[1]"]'),
@@ -161,6 +194,37 @@ def test_a_lost_link_raises_and_comes_back_by_itself(orif_robot, orif_connect):
         orif.Controller("cell1", ["R[1]"], component="/nowhere.so").refresh()
     with pytest.raises(orif.NotConnected, match="not read yet"):
         orif.Controller("cell1", ["R[1]"], component="/nowhere.so")["R[1]"]
+
+
+@pytest.mark.parametrize(
+    "name, value, said",
+    [
+        ("R[1]", 2**40, "R[1]: the number does not fit 32 bits"),
+        ("R[1]", "1", "R[1]: the value must be a number"),
+        ("R[1]", (1, 2, 3), "R[1]: it is no position"),
+        ("R[1]", None, "R[1]: None is no value to write"),
+        ("SR[1]", 1, "SR[1]: the value must be a text"),
+        ("PR[1]", 5, "PR[1]: the value must be a Position"),
+        ("PR[1]", orif.Position(config=(1, 0)), "PR[1]: a configuration has seven numbers"),
+        ("PR[1]", orif.Position(1, config=(2**15,) * 7), "PR[1]: a configuration and frames are"),
+    ],
+)
+def test_a_simulated_controller_refuses_what_does_not_fit(name, value, said, orif_robot):
+    with pytest.raises(orif.UsageError) as raised:
+        orif_robot[name] = value
+    assert str(raised.value).startswith(said)
+
+
+def test_a_simulated_controller_takes_numpy_and_any_bytes(orif_robot):
+    numpy = pytest.importorskip("numpy")
+    orif_robot["R[1]"], orif_robot["R[2]"] = numpy.float32(1.5), numpy.array(2.5)
+    orif_robot["DO[1]"], orif_robot["GO[1]"] = numpy.bool_(True), numpy.int64(3)
+    orif_robot["PR[1]"] = numpy.arange(6)
+    assert [orif_robot[n] for n in ("R[1]", "R[2]", "DO[1]", "GO[1]")] == [1.5, 2.5, True, 3]
+    assert orif_robot["PR[1]"].cartesian[:6] == (0, 1, 2, 3, 4, 5)
+    orif_robot["SR[1]"] = b"\xe9"
+    orif_robot.tasks, orif_robot.alarms = [orif.Task("\udce9")], [orif.Alarm(message="\udce9")]
+    assert orif_robot["SR[1]"] == orif_robot.tasks[0].program == orif_robot.alarms[0].message == "\udce9"
 
 
 def test_texts_have_the_encoding_of_the_controller(orif_robot, orif_connect):

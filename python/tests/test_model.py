@@ -1,6 +1,7 @@
 """The object model: values on their way in and out, arguments that are refused, buffers."""
 
 import array
+import ctypes
 import gc
 import inspect
 import itertools
@@ -142,6 +143,9 @@ def test_representations(core, table):
         ("item.SetValues(1, 'ab', 2)", "argument 'Value': must be a sequence of numbers, not str"),
         ("item.SetValuesInt(1, [1.5], 1)", "argument 'Value': must be int, not float"),
         ("core.Connect(b'demo', 1)", "Connect() takes 1 argument, not 2"),
+        ("core.AddUserMessage(None)", "AddUserMessage() argument 'vstrMessage': must be str"),
+        ("setattr(core, 'DebugLog', 'no')", "must be int, not str"),
+        ("setattr(item, '__class__', orif.DataPosReg)", "__class__ assignment"),
         ("core.Connect(1)", "Connect() argument 'HostName': must be str, not int"),
         ("orif.Core('a', simulate=True)", "a component or a simulation, not both"),
         ("orif.Core(simulate=object())", "simulate must be"),
@@ -191,6 +195,9 @@ def test_buffers_are_filled_in_place(core, table):
     assert item.GetValues(3, part[:2], 2) and part.tolist() == [2, 3, 5, 5]
     assert not item.GetValues(1, part, 5) and not item.GetValues(19, part, 3)
     assert not item.GetValues(2**31 - 1, part, 2) and not item.GetValues(1, part, 0)
+    plain = (ctypes.c_int * 4)()  # has no strides
+    assert item.GetValues(3, plain, 3) and list(plain) == [2, 3, 4, 0]
+    assert core.ReadSDO(1, (ctypes.c_short * 3)(), 3)
     # Writes take any dtype that converts, and count like the members do.
     assert item.SetValuesInt(1, np.array([3, 4]), 2) and item.SetValuesInt(3, wide[:4:2], 2)
     assert not item.SetValuesInt(1, [1], 2)
@@ -198,6 +205,10 @@ def test_buffers_are_filled_in_place(core, table):
     assert core.WriteSDO(1, signals, 3)
     states = [7, 7, 7, 7]
     assert core.ReadSDO(1, states, 3) and states == [1, 0, 1, 7]
+    assert core.WriteSDO(1, np.array([False, True, True]), 3)
+    assert core.ReadSDO(1, states, 3) and states == [0, 1, 1, 7]
+    assert item.SetValue(5, np.array(1.0)) and item.SetValue(6, np.bool_(True))
+    assert table.Refresh() and [item.GetValue(i)[1] for i in (5, 6)] == [1, -1]
     groups = np.zeros(2, "i")
     assert core.WriteGO(1, [5, 6], 2) and core.ReadGO(1, groups, 2) and list(groups) == [5, 6]
 
@@ -208,6 +219,8 @@ def test_buffers_of_another_kind_are_refused_before_anything_is_read(core, table
     table.Refresh()
     frozen = np.zeros(4, "f")
     frozen.flags.writeable = False
+    closed = memoryview(array.array("f", [0] * 4))
+    closed.release()
     for refused, message in [
         (np.zeros(4), "must hold float32, not float64|must hold int32, not float64"),
         (np.zeros(4, "i"), "must hold float32, as the item does"),
@@ -217,6 +230,7 @@ def test_buffers_of_another_kind_are_refused_before_anything_is_read(core, table
         (frozen, "must be writable"),
         (bytearray(16), "elements of format 'B'"),
         ((1, 2), "bytes-like"),
+        (closed, "'Values': operation forbidden on released memoryview"),
     ]:
         with pytest.raises(TypeError, match=message):
             item.GetValues(1, refused, 4)
@@ -226,6 +240,34 @@ def test_buffers_of_another_kind_are_refused_before_anything_is_read(core, table
     assert set(untouched) == {7}
     with pytest.raises(TypeError, match="'Config': must be int, not NoneType"):
         position.GetValue(1, untouched, [None] * 7, [0] * 9)
+
+
+class Number:
+    """Does something while it is converted, the first time."""
+
+    def __init__(self, first):
+        self.first = [first]
+
+    def __index__(self):
+        return self.first.pop()() or 0 if self.first else 0
+
+
+def test_what_an_element_does_while_it_is_converted(core, table):
+    item = table.AddNumReg(orif.NUMREG_INT, 1, 3)
+    for raised in (KeyboardInterrupt, MemoryError):
+        def fail(raised=raised):
+            raise raised
+
+        for call in (item.SetValuesInt, item.SetValues):
+            with pytest.raises(raised):
+                call(1, [Number(fail)], 1)
+        with pytest.raises(raised):
+            item.SetValue(1, Number(fail))
+    config = [0] * 7
+    position = table.AddPosReg(orif.POSREG, 1, 1, 1)
+    assert table.Refresh()
+    with pytest.raises(TypeError, match="a list was shortened during the call"):
+        position.GetValue(1, [0] * 9, config, [0.0] * 8 + [Number(config.clear)])
 
 
 def test_every_text_comes_back_as_it_was(table):
@@ -288,6 +330,17 @@ def test_objects_end_in_any_order(order):
         if "core" not in objects:
             check_without_core(objects.values())
     assert [one() for one in seen] == [None] * 4
+
+
+def test_an_object_that_ends_does_not_come_back(table):
+    table.AddNumReg(orif.NUMREG_INT, 1, 2)
+    table.Refresh()
+    for _ in range(100):
+        again = []
+        one = table.Item(1)
+        seen = weakref.ref(one, lambda _: again.append(table.Item(1)))
+        del one
+        assert seen() is None and again[0].GetValue(1)[0]
 
 
 def test_a_class_can_be_derived_and_be_part_of_a_circle():

@@ -1,6 +1,7 @@
 """Recordings are the tool's files."""
 
 import math
+import re
 import shutil
 import subprocess
 import threading
@@ -51,7 +52,7 @@ def test_a_recording_that_cannot_be_made_says_why(tmp_path, orif_robot, orif_con
     cell = orif_connect(["R[1]"])
     path = tmp_path / "run.csv"
     orif.record(cell, path, every=0.001, count=1)
-    with pytest.raises(orif.UsageError, match="append=True or replace=True"):
+    with pytest.raises(orif.UsageError, match="exists; .* with replace=True, or .* append=True"):
         orif.record(cell, path)
     with pytest.raises(orif.UsageError, match="ends in .csv"):
         orif.record(cell, "run.txt")
@@ -62,6 +63,23 @@ def test_a_recording_that_cannot_be_made_says_why(tmp_path, orif_robot, orif_con
     (tmp_path / "odd.csv").write_text("a,b\n1,2\n")
     with pytest.raises(orif.UsageError, match="no columns time"):
         orif.read_recording(tmp_path / "odd.csv")
+    for rows, said in [
+        ("t,x,up,1\n", "row 1 has no time in seconds but 'x'"),
+        ("t,1,up,1\nt,0,up,1\n", "row 2 is earlier than the one before"),
+        ("t,0,u,1\n", "row 1 has no link 'up', 'lost' or 'back' but 'u'"),
+        ("t,0,up\n", "row 1 has too few or many values"),
+        ("t,0,up,1\n", "odd.csv is no recording: time data 't'"),
+    ]:
+        (tmp_path / "odd.csv").write_text("time,seconds,link,R[1]\n" + rows)
+        with pytest.raises(orif.UsageError, match=said):
+            orif.read_recording(tmp_path / "odd.csv")
+    for column in ("time", "R[1]"):
+        (tmp_path / "odd.csv").write_text(f"time,seconds,link,R[1],{column}\nt,0,up,1,1\n")
+        with pytest.raises(orif.UsageError, match=f"it has the column {re.escape(column)} twice"):
+            orif.read_recording(tmp_path / "odd.csv")
+    for wrong in ({"append": True, "replace": True}, {"duration": -1}, {"count": 0}):
+        with pytest.raises(orif.UsageError):
+            orif.record(cell, tmp_path / "odd.csv", **{"replace": True, **wrong})
     with path.open("a") as file:
         file.write("cut off")
     with pytest.warns(UserWarning, match="incomplete line"):

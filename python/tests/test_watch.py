@@ -46,6 +46,23 @@ def test_a_watch_tells_what_changes_and_the_link(orif_robot, orif_connect):
         until(cell.watch(every=0.005, raise_lost=True), lambda change: False)
     watch.stop()
     assert list(watch) == []
+    orif_robot.restore_link()
+    watch = orif_connect(["R[1]"]).watch(every=0.005, raise_lost=True)
+    next(watch)
+    orif_robot.fail_next("ReadRShort", -20, "Busy")
+    with pytest.raises(orif.Refused, match="Busy"):
+        next(watch)
+    assert next(watch).value == "back"
+
+
+def test_what_is_no_number_changes_once_and_a_closed_controller_stays_closed(orif_robot, orif_connect):
+    orif_robot["R[1]"] = float("nan")
+    cell = orif_connect(["R[1-2]"])
+    watch = cell.watch(every=0.001)
+    threading.Timer(0.1, lambda: orif_robot.__setitem__("R[2]", 1)).start()
+    assert [next(watch).name for _ in range(3)] == ["R[1]", "R[2]", "R[2]"]
+    threading.Timer(0.1, cell.close).start()
+    assert list(watch) == [] and cell.link == "closed"
 
 
 def test_async_watches_leave_the_loop_free(orif_robot, orif_connect):
@@ -75,8 +92,39 @@ def test_async_watches_leave_the_loop_free(orif_robot, orif_connect):
         orif_robot["R[1]"] = 0
         asyncio.run(cancelled())
 
+    async def stopped():
+        watch = cell.watch(every=30)
+        threading.Timer(0.1, watch.stop).start()
+        return [change.value async for change in watch]
 
-def test_a_callback_has_a_thread_and_its_exception_comes_back(orif_robot, orif_connect):
+    started = time.monotonic()
+    assert asyncio.run(stopped()) == [0] and time.monotonic() - started < 5
+
+
+def test_a_cancelled_wait_takes_nothing_from_an_async_watch(orif_robot, orif_cell):
+    async def values(cell, raise_lost):
+        watch = cell.watch(every=0.01, raise_lost=raise_lost)
+        await watch.__anext__()
+        orif_robot.answer_after(0.3)
+        if raise_lost:
+            orif_robot.cut_link()
+        else:
+            orif_robot["R[1]"] = 7
+        while True:
+            try:
+                return (await asyncio.wait_for(watch.__anext__(), 0.1)).value
+            except asyncio.TimeoutError:
+                await asyncio.sleep(0.5)
+
+    with orif_cell.serve() as served:
+        with orif.Controller(served.host, ["R[1]"], timeout=1.0) as cell:
+            assert asyncio.run(values(cell, False)) == 7
+            orif_robot.recover()
+            with pytest.raises(orif.NotConnected):
+                asyncio.run(values(cell, True))
+
+
+def test_a_callback_has_a_thread_and_its_exception_comes_back(orif_robot, orif_connect, monkeypatch):
     cell = orif_connect(["R[1]"])
     seen, five = [], threading.Event()
 
@@ -100,6 +148,17 @@ def test_a_callback_has_a_thread_and_its_exception_comes_back(orif_robot, orif_c
     watch = cell.watch(0.005, lambda change: None)
     cell.close()
     assert not watch._thread.is_alive() and cell.link == "closed"
+    told = []
+    monkeypatch.setattr(threading, "excepthook", told.append)
+    watch = cell.watch(0.005, fail)
+    watch._thread.join(5)
+    cell.close()
+    assert [(each.exc_type, each.thread) for each in told] == [(KeyError, watch._thread)] and watch.stop()
+    both = threading.Barrier(2)
+    watches = [cell.watch(0.005, lambda change: both.wait() and 0 or cell.close()) for _ in range(2)]
+    for watch in watches:  # neither waits for the other
+        watch._thread.join(5)
+        assert watch.stop()
     itself = []
     watch = cell.watch(0.005, lambda change: itself.append(watch.stop()))
     watch._thread.join(5)
@@ -172,6 +231,27 @@ def test_the_interpreter_ends_quietly(end):
     assert (code, out, err) == (0, "", "")
 
 
+def test_the_interpreter_ends_although_a_thread_sleeps_with_the_controller_and_tells_what_is_left():
+    code, out, err = run("""
+        import orif, sys, threading, time
+        served = orif.SimulatedCell(True).serve()
+        cell = orif.Controller(served.host, ["R[1]"])
+        cell.refresh()
+        def use():
+            while True: cell.refresh()
+        for _ in range(3): threading.Thread(target=use, daemon=True).start()
+        orif.Controller("demo", ["R[1]"], simulate=True).watch(0.01, lambda change: 1 / 0)
+        time.sleep(0.2)
+        class Late:
+            def __del__(self, cell=cell, error=RuntimeError, print=print):
+                try: cell.refresh()
+                except error as raised: print(raised)
+        sys.late = Late()
+        """)
+    assert code == 0 and out in ("", "another thread uses this, and the interpreter ends\n")
+    assert err.startswith("Exception in thread orif watch demo") and err.endswith("division by zero\n")
+
+
 @pytest.mark.skipif(shutil.which("orif") is None, reason="the tool is not built")
 def test_a_watch_comes_back_when_the_served_cell_is_killed_and_started_again(free_port):
     def serve():
@@ -230,6 +310,16 @@ def test_a_cell_built_in_code_is_served_and_makes_trouble(orif_robot, orif_cell,
     press.advance(5)
     assert press["press"]["R[1]"] == 50 and press.hosts == ["press"] and press.now == 5.0
     assert repr(press) == "<SimulatedCell press>"
+    clocked = orif.SimulatedCell(scenario, real_time=True)
+    time.sleep(0.1)
+    assert clocked["press"]["R[1]"] >= 1 and clocked.now >= 0.1  # nobody else looks at it
+    served = press.serve()
+    stopping = [threading.Thread(target=served.stop) for _ in range(8)]
+    for thread in stopping:
+        thread.start()
+    for thread in stopping:
+        thread.join(5)
+        assert not thread.is_alive()
     for wrong in ("R[10001]", "$NONE", "POS[1]", "R[1-2]", "PR[1].X"):
         with pytest.raises(orif.UsageError):
             press["press"][wrong]

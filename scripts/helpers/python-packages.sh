@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Python package's wheel and its Debian package, python3-orif, into build/package, without a network and from
-# the files under version control alone, and tries both: each in a clean environment runs the package's examples.
+# the files under version control alone, and tries both: the wheel in a clean environment and the Debian package in a copy
+# of this system, which takes root or sudo. Each is installed and runs the package's examples.
 . "$(dirname "$0")/common.sh"
 root=$PWD
 
@@ -64,10 +65,10 @@ dpkg-deb --build --root-owner-group "$deb" build/package >/dev/null
 # Runs the examples with that Python, away from this tree.
 try() {
   local said example
-  said=$(cd "$work" && env -i HOME="$work" LC_ALL=C.UTF-8 PYTHONPATH="${site_tried-}" "$@" -c 'import orif; print(orif.__version__)')
+  said=$(cd "$work" && env -i HOME="$work" LC_ALL=C.UTF-8 "$@" -c 'import orif; print(orif.__version__)')
   [ "$said" = "$version" ] || fail "$* has version $said"
   for example in python/examples/*.py; do
-    (cd "$work" && env -i HOME="$work" LC_ALL=C.UTF-8 PYTHONPATH="${site_tried-}" "$@" "$root/$example") |
+    (cd "$work" && env -i HOME="$work" LC_ALL=C.UTF-8 "$@" "$root/$example") |
       diff - "python/examples/output/$(basename "$example" .py).txt"
   done
   echo "$*: the examples of the Python package print what they should"
@@ -75,6 +76,32 @@ try() {
 /usr/bin/python3 -m venv "$work/clean"
 "${alone[@]}" "$work/clean/bin/pip" --quiet install --no-index "$wheel"
 try "$work/clean/bin/python"
-dpkg-deb -x build/package/python3-orif_*.deb "$work/unpacked"
-site_tried=$work/unpacked/usr/lib/python3/dist-packages try /usr/bin/python3
+
+# In the copy.
+install_and_try() {
+  dpkg -i build/package/python3-orif_*.deb >/dev/null
+  try /usr/bin/python3
+  dpkg -r python3-orif >/dev/null
+  [ ! -e /usr/lib/python3/dist-packages/orif ] || fail "python3-orif leaves files behind"
+}
+# In a mount namespace of its own: what changes in the copy is in memory, and gone with the namespace.
+enter_copy() {
+  local copy=$work/copy kept
+  mkdir "$copy"
+  mount -t tmpfs tmpfs "$copy"
+  mkdir "$copy"/{changes,work,system}
+  mount -t overlay overlay -o "lowerdir=/,upperdir=$copy/changes,workdir=$copy/work" "$copy/system"
+  for kept in "$root" "$work"; do
+    mkdir -p "$copy/system$kept"
+    mount --bind "$kept" "$copy/system$kept"
+  done
+  mount --rbind /proc "$copy/system/proc"
+  mount --rbind /dev "$copy/system/dev"
+  export PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive
+  chroot "$copy/system" bash -euo pipefail -c "$carried; cd '$root'; install_and_try"
+}
+sudo=()
+[ "$(id -u)" -eq 0 ] || sudo=(sudo)
+carried="$(declare -f fail try install_and_try); $(declare -p root work version)"
+"${sudo[@]}" unshare --mount bash -euo pipefail -c "$carried; $(declare -f enter_copy); $(declare -p carried); enter_copy"
 ls build/package/*.whl build/package/python3-orif_*.deb

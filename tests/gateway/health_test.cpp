@@ -3,10 +3,12 @@
 
 #include <arpa/inet.h>
 #include <httplib.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -136,6 +138,17 @@ TEST_F(GatewayServer, IsNotHeldUpByClients) {
   EXPECT_LT(steady_clock::now() - end, 500ms);
   for (const int open : clients) ::close(open);
   ::close(drip);
+}
+
+TEST_F(GatewayServer, AnswersBesideManyConnections) {  // more than select could look at
+  rlimit files{};
+  ::getrlimit(RLIMIT_NOFILE, &files);
+  files.rlim_cur = std::min<rlim_t>(files.rlim_max, 4096);
+  ::setrlimit(RLIMIT_NOFILE, &files);
+  std::vector<int> many;
+  while (many.empty() || many.back() < 1100) many.push_back(::dup(STDIN_FILENO));
+  EXPECT_EQ(client.Get("/metrics")->status, 200);
+  for (const int open : many) ::close(open);
 }
 
 TEST_F(GatewayServer, TellsWhyItCannotListen) {

@@ -105,7 +105,7 @@ TEST(Messages, KeepHostileTextsApart) {
   EXPECT_EQ(payloads[2]["value"], nullptr);
   EXPECT_EQ(payloads[2]["time"], "T");  // of the refresh that found it so
   EXPECT_EQ(payloads[2]["reason"], refused.reason->ToText().replace(
-      refused.reason->ToText().find('\xff'), 1, "\xEF\xBF\xBD"));
+                                       refused.reason->ToText().find('\xff'), 1, "\xEF\xBF\xBD"));
 
   const Topics rows({.prefix = "orif", .form = TopicSettings::Form::Rows}, "hall");
   RowMessages late(rows, row, true);

@@ -92,10 +92,10 @@ Broker::Broker(const BrokerSettings& settings, const Message& lastWill, Events e
   Check(mosquitto_int_option(handle, MOSQ_OPT_TCP_NODELAY, 1), "no delay");
   // The window is kept here; the library is not to queue.
   Check(mosquitto_int_option(handle, MOSQ_OPT_SEND_MAXIMUM, 65535), "send maximum");
-  Check(mosquitto_will_set(handle, lastWill.topic.c_str(),
-                           static_cast<int>(lastWill.payload.size()), lastWill.payload.data(), Qos,
-                           lastWill.retain),
-        "last will");
+  Check(
+      mosquitto_will_set(handle, lastWill.topic.c_str(), static_cast<int>(lastWill.payload.size()),
+                         lastWill.payload.data(), Qos, lastWill.retain),
+      "last will");
   if (!settings_.user.empty()) {
     const std::string password =
         settings_.passwordFile.empty() ? "" : Secret(settings_.passwordFile);

@@ -51,7 +51,8 @@ class Broker {
   /// Holds small packets back, until it is called with false, and sends them together.
   void Gather(bool on);
 
-  /// Whether a message with that code of acknowledgement was refused, and whether it will always be.
+  /// Whether a message with that code of acknowledgement was refused, and whether it will always
+  /// be.
   static bool IsRefusal(int code) { return code >= 0x80; }
   static bool IsFinal(int code);
   static std::string CodeText(int code);

@@ -46,8 +46,7 @@ Cell::Cell(CellSettings settings, std::int64_t session,
       hooks_(std::move(hooks)),
       sampler_(settings_) {
   const auto timeOut = settings_.connection.timeOut;
-  silentAfter_ =
-      3 * std::max(settings_.period, timeOut ? Milliseconds(*timeOut) : UsualTimeOut);
+  silentAfter_ = 3 * std::max(settings_.period, timeOut ? Milliseconds(*timeOut) : UsualTimeOut);
 }
 
 void Cell::Start() {
@@ -56,12 +55,11 @@ void Cell::Start() {
   if (simulated) settings.clock = std::make_shared<SimulatedTime>(*simulated);
   tags_ = live::Controller(settings).Tags().size();
   lastSign_ = std::chrono::steady_clock::now();
-  monitor_.emplace(std::move(settings), settings_.period,
-                   live::MonitorEvents{
-                       .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
-                       .onLink = [this](live::Link link, const live::Reason& reason) {
-                         OnLink(link, reason);
-                       }});
+  monitor_.emplace(
+      std::move(settings), settings_.period,
+      live::MonitorEvents{
+          .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
+          .onLink = [this](live::Link link, const live::Reason& reason) { OnLink(link, reason); }});
 }
 
 void Cell::Stop() {
@@ -82,9 +80,8 @@ void Cell::OnRefresh(const live::Refreshed& refreshed) {
   lastSign_ = now;
   const auto tags = refreshed.controller.Tags();
   const auto refused = std::ranges::count_if(
-      refreshed.controller.Items(), [&](const live::Item& item) {
-        return tags[item.first].quality == live::Quality::Refused;
-      });
+      refreshed.controller.Items(),
+      [&](const live::Item& item) { return tags[item.first].quality == live::Quality::Refused; });
   metrics_->Refreshed(refreshed.good, refreshed.took, refreshed.skipped,
                       static_cast<std::size_t>(refused));
   Row row{.cell = settings_.name,

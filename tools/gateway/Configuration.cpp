@@ -53,8 +53,8 @@ void Size(Target& target, const Node& node) {
   const std::string& text = node.Text();
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  const auto* unit = std::ranges::find(
-      Units, std::string_view(end, text.data() + text.size()), &Unit::name);
+  const auto* unit =
+      std::ranges::find(Units, std::string_view(end, text.data() + text.size()), &Unit::name);
   if (error == std::errc() && unit != Units.end()) {
     if (const double bytes = number * unit->bytes; bytes >= 1e5 && bytes <= 1e15) {
       target.*Member = std::llround(bytes);
@@ -294,8 +294,8 @@ class Reader {
     }
     ResolveReadable(broker.passwordFile, node);
     if (!broker.tls) return;
-    for (std::string* file :
-         {&broker.tls->ca, &broker.tls->certificate, &broker.tls->key, &broker.tls->keyPasswordFile})
+    for (std::string* file : {&broker.tls->ca, &broker.tls->certificate, &broker.tls->key,
+                              &broker.tls->keyPasswordFile})
       ResolveReadable(*file, node.At("tls"));
   }
 

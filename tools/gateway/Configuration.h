@@ -54,9 +54,9 @@ struct TopicSettings {
 };
 
 struct BufferSettings {
-  std::string file;                        ///< an SQLite database
-  std::int64_t limit = 1'000'000'000;      ///< bytes of rows in the file
-  std::int64_t memoryLimit = 64'000'000;   ///< bytes of rows that the file cannot take
+  std::string file;                       ///< an SQLite database
+  std::int64_t limit = 1'000'000'000;     ///< bytes of rows in the file
+  std::int64_t memoryLimit = 64'000'000;  ///< bytes of rows that the file cannot take
 
   bool operator==(const BufferSettings&) const = default;
 };

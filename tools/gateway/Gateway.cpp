@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 /// The cells of a plant start within this time.
 constexpr std::chrono::nanoseconds StartWithin = 10s;
-constexpr auto Round = 1s;
+constexpr auto LookAfter = 1s;
 
 Buffer OpenBuffer(const BufferSettings& settings) {
   try {
@@ -53,21 +53,21 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     log_.Write(Level::Error, "buffer", "",
                {{"state", "broken"}, {"moved_to", buffer_.MovedAside()->string()}});
   }
-  if (configuration.metrics) {
-    const MetricsSettings& metrics = *configuration.metrics;
-    server_.emplace(metrics.address, metrics.port, metrics_, health);
-  }
-  publisher_.emplace(configuration.broker, topics_, outbox_, metrics_, log,
-                     health.Watch("publisher"),
-                     Publisher::Hooks{.birth = [this] { return Birth(); },
-                                      .death = Death(buffer_.Session(), "connection lost", false),
-                                      .tellAll = [this](const std::string& cell) { TellAll(cell); }});
   log_.Write(Level::Info, "start", "",
              {{"gateway", configuration.gateway},
               {"version", VersionText},
               {"session", std::to_string(buffer_.Session())},
               {"cells", std::to_string(configuration.cells.size())},
               {"buffered", std::to_string(buffer_.Rows())}});
+  if (configuration.metrics) {
+    const MetricsSettings& metrics = *configuration.metrics;
+    server_.emplace(metrics.address, metrics.port, metrics_, health);
+  }
+  publisher_.emplace(
+      configuration.broker, topics_, outbox_, metrics_, log, health.Watch("publisher"),
+      Publisher::Hooks{.birth = [this] { return Birth(); },
+                       .death = Death(buffer_.Session(), "connection lost", false),
+                       .tellAll = [this](const std::string& cell) { TellAll(cell); }});
   Add(configuration.cells);
 }
 
@@ -88,12 +88,11 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
     }
     auto cell = std::make_shared<Cell>(
         settings, buffer_.Session(), numbers, metrics_.Cell(settings.name), log_,
-        Cell::Hooks{.row = [this](Row row) {
-                      outbox_.Add(std::move(row), std::chrono::steady_clock::now());
-                    },
-                    .state = [this, topic = topics_.CellState(settings.name)](std::string state) {
-                      publisher_->Keep(topic, std::move(state));
-                    }});
+        Cell::Hooks{
+            .row =
+                [this](Row row) { outbox_.Add(std::move(row), std::chrono::steady_clock::now()); },
+            .state = [this, topic = topics_.CellState(settings.name)](
+                         std::string state) { publisher_->Keep(topic, std::move(state)); }});
     starting_.push_back({cell, at});
     at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
           static_cast<std::int64_t>(cells.size());
@@ -108,7 +107,7 @@ Gateway::Instant Gateway::Turn(Instant now) {
     starting_.pop_front();
   }
   for (const auto& [name, cell] : cells_) cell->Watch(now);
-  return starting_.empty() ? now + Round : std::min(starting_.front().at, now + Round);
+  return starting_.empty() ? now + LookAfter : std::min(starting_.front().at, now + LookAfter);
 }
 
 void Gateway::Change(const Configuration& configuration) {
@@ -169,16 +168,16 @@ std::string Gateway::Birth() const {
   }
   return "{\"state\":\"online\",\"session\":" + std::to_string(buffer_.Session()) + ",\"time\":\"" +
          TimeText(std::chrono::system_clock::now()) + "\",\"version\":\"" + VersionText +
-         "\",\"cells\":" +
-         std::to_string(cells) + ",\"buffered\":" + std::to_string(storage_.Rows()) +
+         "\",\"cells\":" + std::to_string(cells) +
+         ",\"buffered\":" + std::to_string(storage_.Rows()) +
          ",\"dropped\":" + std::to_string(storage_.Dropped()) + '}';
 }
 
 std::string Gateway::Status() const {
   const auto counts = metrics_.Count();
   return std::to_string(counts.cells) + " cells, " + std::to_string(counts.cellsUp) +
-         " up, broker " + (counts.broker ? "up" : "away") + ", " +
-         std::to_string(storage_.Rows()) + " rows in the buffer";
+         " up, broker " + (counts.broker ? "up" : "away") + ", " + std::to_string(storage_.Rows()) +
+         " rows in the buffer";
 }
 
 }  // namespace orif::gateway

@@ -39,12 +39,12 @@ class Gateway {
   /// Ends all cells, publishes what is left, for some seconds at most, and stores the rest.
   ~Gateway();
 
-  /// Starts the cells whose turn it is, one after the other, so that a plant does not refresh at the
-  /// same moment, and looks after the others. Answers when to call again at the latest.
+  /// Starts the cells whose turn it is, one after the other, so that a plant does not refresh at
+  /// the same moment, and looks after the others. Answers when to call again at the latest.
   Instant Turn(Instant now);
 
-  /// Takes over another configuration: cells that are the same keep their connection. What cannot be
-  /// changed while it runs is logged.
+  /// Takes over another configuration: cells that are the same keep their connection. What cannot
+  /// be changed while it runs is logged.
   void Change(const Configuration& configuration);
 
   /// "20 cells, 19 up, broker up, 0 rows in the buffer"

@@ -48,7 +48,6 @@ class RowMessages {
   bool Next(Message& message);
 
  private:
-
   const Topics* topics_;
   const Row* row_;
   std::string_view values_;

@@ -138,7 +138,7 @@ std::string Metrics::Text() const {
   const auto cells = Cells();
   Page page;
   page.Add("orif_gateway_info", MetricType::Gauge, "Name and version of the gateway");
-  page.Value(GaugeOf(1), {{"gateway", gateway_}, {"version", Version()}});
+  page.Value(GaugeOf(1), {{"gateway", gateway_}, {"version", orif::Version()}});
 
   page.Add("orif_cell_up", MetricType::Gauge, "Whether the link to the cell is up");
   for (const auto& [name, cell] : cells) page.Value(GaugeOf(cell->isUp_ ? 1 : 0), {{"cell", name}});

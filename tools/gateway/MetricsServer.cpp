@@ -139,7 +139,7 @@ class HttpWorkers : public httplib::ThreadPool {
 
 class MetricsServer::Server : private httplib::Server {
  public:
-  Server(const std::string& address, int port, const Metrics& metrics, const Health& health);
+  Server(std::string address, int port, const Metrics& metrics, const Health& health);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
   ~Server() override;
@@ -158,9 +158,9 @@ class MetricsServer::Server : private httplib::Server {
   std::thread thread_;
 };
 
-MetricsServer::Server::Server(const std::string& address, int port, const Metrics& metrics,
+MetricsServer::Server::Server(std::string address, int port, const Metrics& metrics,
                               const Health& health)
-    : address_(address), port_(port) {
+    : address_(std::move(address)), port_(port) {
   new_task_queue = [this] { return new HttpWorkers(load_); };  // the library deletes it
   // The library's own options would let a second program listen at the same port.
   set_socket_options([](socket_t socket) {
@@ -244,9 +244,9 @@ bool MetricsServer::Server::process_and_close_socket(socket_t socket) {
   });
 }
 
-MetricsServer::MetricsServer(const std::string& address, int port, const Metrics& metrics,
+MetricsServer::MetricsServer(std::string address, int port, const Metrics& metrics,
                              const Health& health)
-    : server_(std::make_unique<Server>(address, port, metrics, health)) {}
+    : server_(std::make_unique<Server>(std::move(address), port, metrics, health)) {}
 
 MetricsServer::~MetricsServer() = default;
 

@@ -16,7 +16,7 @@ class MetricsServer {
  public:
   /// Listens at an address of this computer; port 0 is any that is free. Both references outlive
   /// it. Throws std::runtime_error with a text that is fit to show if it cannot listen.
-  MetricsServer(const std::string& address, int port, const Metrics& metrics, const Health& health);
+  MetricsServer(std::string address, int port, const Metrics& metrics, const Health& health);
   MetricsServer(const MetricsServer&) = delete;
   MetricsServer& operator=(const MetricsServer&) = delete;
 

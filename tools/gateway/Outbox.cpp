@@ -15,7 +15,7 @@ constexpr auto LiveAtMost = 1s;
 /// How often the storage looks while rows wait for it.
 constexpr auto StorageRound = 20ms;
 
-constexpr std::size_t LateAhead = 100;     // rows read back in advance
+constexpr std::size_t LateAhead = 100;      // rows read back in advance
 constexpr std::size_t LargestInsert = 500;  // rows
 
 }  // namespace
@@ -122,7 +122,8 @@ void Outbox::Divert(Instant now) {
 }
 
 void Outbox::Forget(const ParcelPtr& parcel) {
-  if (known_.erase(parcel->Row().id) != 0) bytes_ -= static_cast<std::int64_t>(parcel->Row().Size());
+  if (known_.erase(parcel->Row().id) != 0)
+    bytes_ -= static_cast<std::int64_t>(parcel->Row().Size());
 }
 
 void Outbox::LimitMemory() {
@@ -142,7 +143,8 @@ Outbox::Work Outbox::WaitForWork(std::chrono::milliseconds longest, bool all) {
   Work work = TakeWork(std::chrono::steady_clock::now(), all);
   if (!work.Empty()) return work;
   const bool soon = !unstored_.empty() || !erase_.empty();
-  changed_.wait_for(lock, soon ? std::min<std::chrono::milliseconds>(longest, StorageRound) : longest);
+  changed_.wait_for(lock,
+                    soon ? std::min<std::chrono::milliseconds>(longest, StorageRound) : longest);
   return TakeWork(std::chrono::steady_clock::now(), all);
 }
 
@@ -213,9 +215,8 @@ void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
 
 bool Outbox::HasUnstored() const {
   const std::lock_guard lock(mutex_);
-  return std::ranges::any_of(unstored_, [](const ParcelPtr& parcel) {
-    return !parcel->gone_ && !parcel->stored_;
-  });
+  return std::ranges::any_of(
+      unstored_, [](const ParcelPtr& parcel) { return !parcel->gone_ && !parcel->stored_; });
 }
 
 }  // namespace orif::gateway

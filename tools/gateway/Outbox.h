@@ -66,8 +66,8 @@ class Outbox {
   // The publisher.
   void Connected();
   void Disconnected();
-  /// The next live row to publish, or the next late one; null if there is none. It is under way until
-  /// Acknowledge or Disconnected.
+  /// The next live row to publish, or the next late one; null if there is none. It is under way
+  /// until Acknowledge or Disconnected.
   ParcelPtr NextLive(Instant now);
   ParcelPtr NextLate();
   /// The broker has the row, or will never take it.

@@ -175,11 +175,15 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
 
 void Publisher::BeginAttempt() {
   auto attempt = std::make_shared<Attempt>();
-  try {
+  BrokerSettings settings;
+  {
     const std::lock_guard lock(mutex_);
+    settings = settings_;
+  }
+  try {
     attempt->broker = std::make_shared<Broker>(
-        settings_, Message{topics_.GatewayState(), hooks_.death, true},
-        Broker::Events{[this] { OnConnected(); },
+        settings, Message{topics_.GatewayState(), hooks_.death, true},
+        Broker::Events{[this] { arrived_ = true; },
                        [this](int message, int code) { OnAcknowledged(message, code); }});
   } catch (const std::runtime_error& error) {
     return Lost(error.what());
@@ -216,7 +220,7 @@ void Publisher::OnConnected() {
 
 void Publisher::Lost(std::string reason) {
   broker_.reset();
-  connected_ = false;
+  connected_ = arrived_ = false;
   metrics_.BrokerUp(false);
   if (reason != lastLoss_) {
     log_.Write(Level::Warning, "broker", "", {{"state", "lost"}, {"reason", reason}});
@@ -244,6 +248,8 @@ void Publisher::Turn(std::chrono::milliseconds longest) {
     Lost(broker_->Reason());
   } else if (!loss_.empty()) {
     Lost(std::exchange(loss_, {}));
+  } else if (std::exchange(arrived_, false)) {
+    OnConnected();
   }
 }
 

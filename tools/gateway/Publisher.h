@@ -93,6 +93,7 @@ class Publisher {
   // Of the thread.
   std::shared_ptr<Attempt> attempt_;
   std::shared_ptr<Broker> broker_;
+  bool arrived_ = false;  // the broker has just accepted the connection
   bool connected_ = false;
   Steady::time_point retryAt_;
   Steady::time_point answerBy_;  // of the broker, to a connection

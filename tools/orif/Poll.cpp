@@ -18,15 +18,14 @@ Poll::Poll(Cell& cell, const std::vector<std::string>& items, const Pace& pace)
     : clock_(std::make_shared<Clock>(cell)),
       controller_(With(cell.Settings(items), clock_)),
       pace_(pace),
-      turns_(pace.every) {
+      pacer_(pace.every) {
   platform::CatchInterrupt();
   if (!controller_.Connect() && !pace_.wait) throw NoConnection(controller_);
 }
 
 std::optional<Link> Poll::Next() {
-  const auto due = turns_.Next(clock_->Now(), !link_.IsLost());
-  if (!start_) start_ = due;
-  const auto sinceStart = std::chrono::floor<Pace::Milliseconds>(due - *start_);
+  const auto due = pacer_.Due(clock_->Now());
+  const auto sinceStart = pacer_.SinceStart(due);
   if ((pace_.length && sinceStart >= *pace_.length) || (pace_.count && refreshes_ >= *pace_.count))
     return {};
   bool goesOn = true;
@@ -34,7 +33,7 @@ std::optional<Link> Poll::Next() {
   if (platform::Interrupted() || !goesOn) return {};
 
   const auto began = clock_->Now();
-  began_ = std::chrono::floor<Pace::Milliseconds>(began - *start_);
+  began_ = pacer_.SinceStart(began);
   wall_ = std::chrono::floor<Pace::Milliseconds>(clock_->Wall());
   const bool first = refreshes_++ == 0;
   if (onRefresh_) onRefresh_(true);
@@ -42,7 +41,8 @@ std::optional<Link> Poll::Next() {
   if (onRefresh_) onRefresh_(false);
   took_ = std::chrono::floor<Pace::Milliseconds>(clock_->Now() - began);
   if (first && !pace_.wait) CheckFirstRefresh(controller_, good);
-  return link_.Next(good);
+  pacer_.Take();
+  return pacer_.link.Next(good);
 }
 
 }  // namespace orif::tool

@@ -13,6 +13,7 @@
 #include "tools/orif/Cell.h"
 #include "tools/orif/Clock.h"
 #include "tools/orif/Link.h"
+#include "tools/orif/Pacer.h"
 
 namespace orif::tool {
 
@@ -53,17 +54,15 @@ class Poll {
   Pace::Milliseconds Took() const { return took_; }
 
   /// How many refreshes were skipped.
-  std::int64_t Skipped() const { return turns_.Skipped(); }
+  std::int64_t Skipped() const { return pacer_.Skipped(); }
   /// How often the link was lost.
-  std::int64_t Gaps() const { return link_.Gaps(); }
+  std::int64_t Gaps() const { return pacer_.link.Gaps(); }
 
  private:
   std::shared_ptr<Clock> clock_;
   Controller controller_;
   Pace pace_;
-  live::Turns turns_;
-  LinkStates link_;
-  std::optional<std::chrono::steady_clock::time_point> start_;
+  Pacer pacer_;
   Pace::Milliseconds began_{};
   Pace::Milliseconds took_{};
   Clock::WallTime wall_;

@@ -275,21 +275,15 @@ class Player {
   }
 
   void Read(RowSource& rows, Cells cells) {
-    const std::size_t columns = cells.size();
+    RowCheck check(cells.size());
     double start = 0;
     while (rows.Next(cells)) {
+      const auto [seconds, link] = check.Next(cells);
       const std::size_t row = times_.size() + 1;
-      const auto seconds = ParsedNumber<double>(cells.size() > 1 ? cells[1] : "");
-      if (cells.size() != columns || !seconds || !std::isfinite(*seconds)) {
-        throw std::runtime_error("row " + std::to_string(row) + " is not whole");
-      }
-      if (times_.empty()) start = *seconds;
-      const Time at(std::llround((*seconds - start) * 1000));
-      if (!times_.empty() && at < times_.back()) {
-        throw std::runtime_error("row " + std::to_string(row) + " is earlier than the one before");
-      }
+      if (times_.empty()) start = seconds;
+      const Time at(std::llround((seconds - start) * 1000));
       times_.push_back(at);
-      const bool lost = cells[2] == ToText(Link::Lost);
+      const bool lost = link == Link::Lost;
       const bool open = !gaps_.empty() && !gaps_.back().second;
       if (lost && !open) gaps_.push_back({at, {}});
       if (lost) continue;

@@ -71,10 +71,10 @@ std::optional<std::chrono::sys_time<Milliseconds>> TimeIn(const std::string& tex
 
 [[noreturn]] void RefuseToRecord(const std::string& what) { throw Error(Exit::Usage, what); }
 
-[[noreturn]] void RefuseExisting(const std::filesystem::path& path) {
-  RefuseToRecord(
-      path.string() +
-      " exists; name another file, replace it with --force, or go on with it with --append");
+[[noreturn]] void RefuseExisting(const std::filesystem::path& path,
+                                 const RecordingTarget::Options& say) {
+  RefuseToRecord(path.string() + " exists; name another file, replace it with " + say.replace +
+                 ", or go on with it with " + say.append);
 }
 
 }  // namespace
@@ -95,7 +95,7 @@ void CheckRecordingTarget(const RecordingTarget& target) {
         "for standard output");
   if (IsDatabase(target.out)) RequireDatabases(target.out);
   if (!target.replace && !target.append && !target.Rotates() && MayExist(target.out))
-    RefuseExisting(target.out);
+    RefuseExisting(target.out, target.options);
 }
 
 Recorder::Recorder(RecordingTarget target, std::vector<Column> columns, RunInfo run, Tell tell)
@@ -154,7 +154,7 @@ void Recorder::Begin(RecordedRow& row) {
     } else if (target_.replace) {
       Replace();
     } else {
-      RefuseExisting(path_);
+      RefuseExisting(path_, target_.options);
     }
   } catch (const Error&) {
     throw;

@@ -25,6 +25,13 @@ struct RecordingTarget {
   std::optional<std::chrono::milliseconds> rotateAfter;
   std::optional<std::uint64_t> rotateAt;
 
+  /// How users say `replace` and `append`.
+  struct Options {
+    const char* replace = "--force";
+    const char* append = "--append";
+  };
+  Options options = {};
+
   bool Rotates() const { return rotateAfter || rotateAt; }
 };
 

@@ -1,6 +1,7 @@
 #include "tools/orif/recording/Recording.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <iterator>
 #include <limits>
@@ -140,8 +141,9 @@ class Reader {
     std::vector<std::size_t> wanted{TimeColumn, SecondsColumn, LinkColumn};
     wanted.insert(wanted.end(), chosen.begin(), chosen.end());
     rows_->Want(wanted);
+    RowCheck check(columns.Count());
     while (rows_->Next(cells_)) {
-      AddRow(recording, columns.Count());
+      AddRow(recording, check.Next(cells_));
       for (std::size_t i = 0; i < chosen.size(); ++i)
         AddValue(recording.series[i], cells_[chosen[i]]);
     }
@@ -149,22 +151,13 @@ class Reader {
   }
 
  private:
-  void AddRow(Recording& recording, std::size_t columns) {
-    constexpr double Most = 1e10;  // three centuries
-    const std::string row = "row " + std::to_string(recording.seconds.size() + 1);
-    if (cells_.size() != columns) throw std::runtime_error(row + " has too few or many values");
-    const std::string& text = cells_[SecondsColumn];
-    const double seconds = ParsedNumber<double>(text).value_or(-1);
-    if (!(seconds >= 0 && seconds <= Most))
-      throw std::runtime_error(row + " has no time in seconds but '" + Shortened(text) + "'");
+  void AddRow(Recording& recording, const RowStart& row) {
     const bool first = recording.seconds.empty();
-    if (!first && seconds < recording.seconds.back())
-      throw std::runtime_error(row + " is earlier than the one before");
     if (first) recording.start = cells_[TimeColumn];
     // A recorder that was started again knows nothing of the time since the row before.
-    if (!first && cells_[LinkColumn] == ToText(Link::Back)) recording.lost.back() = true;
-    recording.seconds.push_back(seconds);
-    recording.lost.push_back(cells_[LinkColumn] == ToText(Link::Lost));
+    if (!first && row.link == Link::Back) recording.lost.back() = true;
+    recording.seconds.push_back(row.seconds);
+    recording.lost.push_back(row.link == Link::Lost);
   }
 
   Cells cells_;
@@ -204,6 +197,24 @@ Column ColumnNamed(const std::string& name) {
   return {name, name.substr(0, dot), field, mm ? "mm" : deg ? "deg" : ""};
 }
 
+RowStart RowCheck::Next(const Cells& cells) {
+  constexpr double Most = 1e10;  // three centuries
+  constexpr std::array Links{Link::Up, Link::Lost, Link::Back};
+  const std::string row = "row " + std::to_string(++rows_);
+  if (cells.size() != columns_) throw std::runtime_error(row + " has too few or many values");
+  const std::string& text = cells[SecondsColumn];
+  const double seconds = ParsedNumber<double>(text).value_or(-1);
+  if (!(seconds >= 0 && seconds <= Most))
+    throw std::runtime_error(row + " has no time in seconds but '" + Shortened(text) + "'");
+  if (seconds < last_) throw std::runtime_error(row + " is earlier than the one before");
+  last_ = seconds;
+  const auto* const link = std::ranges::find(Links, cells[LinkColumn], ToText);
+  if (link == Links.end())
+    throw std::runtime_error(row + " has no link 'up', 'lost' or 'back' but '" +
+                             Shortened(cells[LinkColumn]) + "'");
+  return {seconds, *link};
+}
+
 std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& names) {
   std::unique_ptr<RowSource> rows;
   if (IsDatabase(path))
@@ -213,6 +224,10 @@ std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& na
   if (!rows->Next(names) || names.size() <= RowColumns.size() ||
       !std::ranges::equal(RowColumns, std::span(names).first(RowColumns.size())))
     throw std::runtime_error("it has no columns time, seconds, link and the recorded values");
+  Cells sorted = names;
+  std::ranges::sort(sorted);
+  if (const auto twice = std::ranges::adjacent_find(sorted); twice != sorted.end())
+    throw std::runtime_error("it has the column " + Shortened(*twice) + " twice");
   return rows;
 }
 

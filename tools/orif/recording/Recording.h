@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/orif/Column.h"
+#include "tools/orif/Link.h"
 #include "tools/orif/recording/RowSource.h"
 
 namespace orif::tool {
@@ -27,9 +28,29 @@ struct Recording {
   std::vector<Series> series;
 };
 
-/// Opens a CSV file or a database, and reads the names of its columns. Throws a std::runtime_error
-/// if it is no recording.
+/// Opens a CSV file or a database, and reads the names of its columns, each of which is there once.
+/// Throws a std::runtime_error if it is no recording.
 std::unique_ptr<RowSource> OpenRows(const std::filesystem::path& path, Cells& names);
+
+/// What the first columns of a row say.
+struct RowStart {
+  double seconds;  // not less than in the row before
+  Link link;       // Up, Lost or Back
+};
+
+/// Checks the rows of a recording as they are read.
+class RowCheck {
+ public:
+  explicit RowCheck(std::size_t columns) : columns_(columns) {}
+
+  /// Throws a std::runtime_error that names the row unless it is whole.
+  RowStart Next(const Cells& cells);
+
+ private:
+  std::size_t columns_;
+  std::size_t rows_ = 0;
+  double last_ = 0;
+};
 
 /// Works out a column's item, field and unit from its name.
 Column ColumnNamed(const std::string& name);
