@@ -48,7 +48,9 @@ class Sparkplug : public testing::Test, protected Wire {
   void Connect() {
     said_.clear();
     form_->Disconnected();
+    form_->LastWill();  // an attempt that does not reach the broker
     will_ = form_->LastWill();
+    form_->Connecting();
     form_->Connected(*this);
     for (int i = 1; i <= subscriptions_; ++i) form_->Subscribed(*this, i);
     subscriptions_ = 0;

@@ -108,8 +108,10 @@ class Form {
 
   // The publisher.
 
-  /// For the connection that comes next.
+  /// For the connection that is tried next.
   virtual Message LastWill() = 0;
+  /// That last will has gone to the broker.
+  virtual void Connecting() {}
   virtual void Connected(Wire& wire) = 0;
   virtual void Disconnected() = 0;
   virtual void Subscribed(Wire& /*wire*/, int /*number*/) {}

@@ -184,6 +184,7 @@ void Publisher::EndAttempt() {
   const auto attempt = std::exchange(attempt_, nullptr);
   if (!attempt->reason.empty()) return Lost(attempt->reason);
   broker_ = attempt->broker;
+  form_.Connecting();
   answerBy_ = Steady::now() + AnswerWithin;
 }
 

@@ -60,8 +60,7 @@ SparkplugForm::SparkplugForm(const TopicSettings& settings, const std::string& g
       hostTopic_(settings.primaryHost.empty() ? "" : Namespace + ("STATE/" + settings.primaryHost)),
       counter_(std::move(counter)),
       plant_(std::move(plant)) {
-  std::uint64_t last = 0;
-  if (std::ifstream(counter_) >> last) connects_ = last;
+  std::ifstream(counter_) >> connects_;
 }
 
 std::string SparkplugForm::Topic(std::string_view type, std::string_view device) const {
@@ -87,21 +86,24 @@ void SparkplugForm::Forget(const std::string& cell, const std::vector<std::strin
 
 // A connection.
 
-std::string SparkplugForm::Death() const {
+std::string SparkplugForm::Death(std::uint64_t connect) {
   sparkplug::Payload payload;
   payload.set_timestamp(Now());
-  AddMetric(payload, "bdSeq", Datatype::Int64).set_long_value(connects_.value_or(0));
+  AddMetric(payload, "bdSeq", Datatype::Int64).set_long_value(connect);
   return payload.SerializeAsString();
 }
 
 Message SparkplugForm::LastWill() {
-  connects_ = connects_ ? *connects_ + 1 : 0;
+  return {.topic = Topic("NDEATH"), .payload = Death(connects_), .retain = false, .qos = 1};
+}
+
+void SparkplugForm::Connecting() {
+  ++connects_;
   // A file that cannot be replaced keeps its number; this start of the gateway counts on.
   const std::filesystem::path next = counter_.string() + ".new";
-  std::ofstream(next) << *connects_ << '\n';
+  std::ofstream(next) << connects_ << '\n';
   std::error_code ignored;
   std::filesystem::rename(next, counter_, ignored);
-  return {.topic = Topic("NDEATH"), .payload = Death(), .retain = false, .qos = 1};
 }
 
 void SparkplugForm::Connected(Wire& wire) {
@@ -183,7 +185,8 @@ void SparkplugForm::AfterRows(Wire& wire) {
 void SparkplugForm::GoodBye(Wire& wire) {
   AfterRows(wire);
   for (const auto& [cell, device] : devices_) Bury(wire, cell);
-  wire.Publish({.topic = Topic("NDEATH"), .payload = Death(), .retain = false, .qos = 1});
+  wire.Publish(
+      {.topic = Topic("NDEATH"), .payload = Death(connects_ - 1), .retain = false, .qos = 1});
 }
 
 // Births and deaths
@@ -198,7 +201,7 @@ Message SparkplugForm::Sequenced(std::string topic, sparkplug::Payload& payload)
 void SparkplugForm::BearAll(Wire& wire) {
   sparkplug::Payload payload;
   payload.set_timestamp(Now());
-  AddMetric(payload, "bdSeq", Datatype::Int64).set_long_value(connects_.value_or(0));
+  AddMetric(payload, "bdSeq", Datatype::Int64).set_long_value(connects_ - 1);
   AddMetric(payload, Rebirth, Datatype::Boolean).set_boolean_value(false);
   auto& version = AddMetric(payload, VersionMetric, Datatype::String);
   version.set_alias(VersionAlias);

@@ -29,6 +29,7 @@ class SparkplugForm final : public Form {
   void Forget(const std::string& cell, const std::vector<std::string>& tags) override;
 
   Message LastWill() override;
+  void Connecting() override;
   void Connected(Wire& wire) override;
   void Disconnected() override;
   void Subscribed(Wire& wire, int number) override;
@@ -59,7 +60,7 @@ class SparkplugForm final : public Form {
 
   std::string Topic(std::string_view type, std::string_view device = {}) const;
   Message Sequenced(std::string topic, sparkplug::Payload& payload);
-  std::string Death() const;
+  static std::string Death(std::uint64_t connect);
   void Begin(Wire& wire);
   bool Bear(Wire& wire, const std::string& cell);
   void Bury(Wire& wire, const std::string& cell);
@@ -79,9 +80,9 @@ class SparkplugForm final : public Form {
   std::set<std::string> forgotten_;
 
   // Of the publisher's thread.
-  std::optional<std::uint64_t> connects_;  // the number of the connection, bdSeq
-  std::set<int> subscriptions_;            // that the broker has not accepted yet
-  bool begun_ = false;                     // births have been published on this connection
+  std::uint64_t connects_ = 0;   // so far; the number of each, from 0 on, is its bdSeq
+  std::set<int> subscriptions_;  // that the broker has not accepted yet
+  bool begun_ = false;           // births have been published on this connection
   bool rebirth_ = false;
   bool hostOnline_ = false;
   bool hostGone_ = false;
