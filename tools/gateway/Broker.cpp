@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace orif::gateway {
 namespace {
@@ -94,15 +94,15 @@ struct Broker::Callbacks {
     const std::string& password =
         Of(mosquitto_userdata(static_cast<mosquitto*>(handle))).keyPassword_;
     const auto length = std::min(password.size(), static_cast<std::size_t>(std::max(size, 0)));
-    std::memcpy(buffer, password.data(), length);
+    std::copy_n(password.data(), length, buffer);
     return static_cast<int>(length);
   }
 };
 
 void Broker::Free::operator()(mosquitto* handle) const { mosquitto_destroy(handle); }
 
-Broker::Broker(const BrokerSettings& settings, const Message& lastWill, Events events)
-    : settings_(settings), events_(std::move(events)), window_(UsualWindow) {
+Broker::Broker(BrokerSettings settings, const Message& lastWill, Events events)
+    : settings_(std::move(settings)), events_(std::move(events)), window_(UsualWindow) {
   StartLibrary();
   handle_.reset(mosquitto_new(settings_.client.c_str(), true, this));
   if (handle_ == nullptr) throw std::runtime_error(WhyNot(MOSQ_ERR_NOMEM));

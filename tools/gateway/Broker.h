@@ -25,7 +25,7 @@ class Broker {
   };
 
   /// Reads the secrets that the settings name. Throws a std::runtime_error with the reason.
-  Broker(const BrokerSettings& settings, const Message& lastWill, Events events);
+  Broker(BrokerSettings settings, const Message& lastWill, Events events);
   Broker(const Broker&) = delete;
   Broker& operator=(const Broker&) = delete;
   ~Broker();

@@ -96,7 +96,7 @@ constexpr auto TlsFields = std::to_array<Field<Tls>>({
 void ReadTls(BrokerSettings& broker, const Node& node) {
   sim::ReadObject<Tls>(node, broker.tls.emplace(), TlsFields);
   if (broker.tls->certificate.empty() != broker.tls->key.empty()) {
-    node.Fail("must have \"certificate\" and \"key\", or neither");
+    node.Fail(R"(must have "certificate" and "key", or neither)");
   }
 }
 
@@ -307,7 +307,7 @@ class Reader {
     if (broker.port == 0) broker.port = broker.tls ? 8883 : 1883;
     if (broker.client.empty()) broker.client = "orif-" + all.gateway;
     if (broker.user.empty() && !broker.passwordFile.empty()) {
-      node.Fail("must have \"user\" where it has \"password_file\"");
+      node.Fail(R"(must have "user" where it has "password_file")");
     }
     ResolveReadable(broker.passwordFile, node);
     if (!broker.tls) return;
@@ -322,15 +322,15 @@ class Reader {
     sim::ReadFields<CellSettings>(node, cell, CellFields);
     sim::ReadFields<CellSettings>(node, cell, SharedFields);
     if (!names_.insert(cell.name).second) node.At("name").Fail("is the name of two cells");
-    if (cell.tags.empty()) node.Fail("must have \"tags\", its own or those of \"defaults\"");
+    if (cell.tags.empty()) node.Fail(R"(must have "tags", its own or those of "defaults")");
     if (cell.connection.simulate) {
       if (node.Find("component") != nullptr) {
-        node.Fail("must have \"component\" or \"simulate\", not both");
+        node.Fail(R"(must have "component" or "simulate", not both)");
       }
       cell.connection.component.clear();
       if (*cell.connection.simulate != tool::DemoCell) Resolve(*cell.connection.simulate);
     } else if (cell.connection.host.empty()) {
-      node.Fail("must have \"host\" or \"simulate\"");
+      node.Fail(R"(must have "host" or "simulate")");
     }
     if (cell.connection.component.find('/') != std::string::npos) {
       ResolveReadable(cell.connection.component, node);

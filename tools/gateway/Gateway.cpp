@@ -32,6 +32,7 @@ Buffer OpenBuffer(const BufferSettings& settings) {
 // A component that hangs is waited for; all together.
 void StopAll(std::vector<std::shared_ptr<Cell>> cells) {
   std::vector<std::jthread> threads;
+  threads.reserve(cells.size());
   for (auto& cell : cells) threads.emplace_back([&cell] { cell->Stop(); });
 }
 

@@ -79,8 +79,8 @@ class JsonForm::Messages final : public RowMessages {
 
   void MakeRow(Message& message) {
     message.topic = form_.Below(row_.cell, "row");
-    message.payload += "\"number\":" + std::to_string(row_.number) + ",\"time\":\"" + row_.time +
-                       "\",\"full\":" + (row_.full ? "true" : "false") + ",\"values\":{";
+    message.payload += "\"number\":" + std::to_string(row_.number) + R"(,"time":")" + row_.time +
+                       R"(","full":)" + (row_.full ? "true" : "false") + ",\"values\":{";
     for (bool first = true; !values_.empty(); first = false) {
       const RowValue value = TakeValue(values_);
       if (!first) message.payload += ',';

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 
 #include "live/Name.h"
@@ -73,12 +74,21 @@ std::uint64_t ParseTime(std::string_view text) {
     }
     return value;
   };
-  using namespace std::chrono;
-  const auto day = sys_days(year(number(0, 4)) / month(static_cast<unsigned>(number(5, 2))) /
-                            std::chrono::day(static_cast<unsigned>(number(8, 2))));
-  const milliseconds time = day.time_since_epoch() + hours(number(11, 2)) + minutes(number(14, 2)) +
-                            seconds(number(17, 2)) + milliseconds(number(20, 3));
+  namespace chrono = std::chrono;
+  const chrono::sys_days day = chrono::year(number(0, 4)) /
+                               chrono::month(static_cast<unsigned>(number(5, 2))) /
+                               chrono::day(static_cast<unsigned>(number(8, 2)));
+  const chrono::milliseconds time =
+      day.time_since_epoch() + chrono::hours(number(11, 2)) + chrono::minutes(number(14, 2)) +
+      chrono::seconds(number(17, 2)) + chrono::milliseconds(number(20, 3));
   return static_cast<std::uint64_t>(std::max<std::int64_t>(time.count(), 0));
+}
+
+// Texts and infinities fit into no number.
+bool Fits(const std::optional<double>& number, Datatype type) {
+  using Whole = std::numeric_limits<std::int32_t>;
+  return number && std::isfinite(*number) &&
+         (type != Datatype::Int32 || (*number >= Whole::min() && *number <= Whole::max()));
 }
 
 sparkplug::PropertyValue& AddProperty(sparkplug::Metric& metric, const char* key, Datatype type) {
@@ -118,7 +128,7 @@ void SetValue(sparkplug::Metric& metric, Datatype type, const live::Value& value
   if (type == Datatype::String && !value.IsEmpty()) {
     const auto* text = std::get_if<std::string>(&value);
     metric.set_string_value(text != nullptr ? tool::Utf8(*text) : value.Text());
-  } else if (!number || !std::isfinite(*number)) {
+  } else if (!Fits(number, type)) {
     metric.set_is_null(true);
   } else if (type == Datatype::Boolean) {
     metric.set_boolean_value(*number != 0);
@@ -127,10 +137,8 @@ void SetValue(sparkplug::Metric& metric, Datatype type, const live::Value& value
   } else if (type == Datatype::Double) {
     const auto* real = std::get_if<float>(&value);
     metric.set_double_value(real != nullptr ? tool::Widened(*real) : *number);
-  } else if (std::abs(*number) <= std::numeric_limits<std::int32_t>::max()) {
-    metric.set_int_value(static_cast<std::uint32_t>(static_cast<std::int32_t>(*number)));
   } else {
-    metric.set_is_null(true);
+    metric.set_int_value(static_cast<std::uint32_t>(static_cast<std::int32_t>(*number)));
   }
 }
 
@@ -154,14 +162,14 @@ ReadValue ReadMembers(std::string_view members) {
   ReadValue read;
   std::string_view rest = members.substr(std::min(Begin.size(), members.size()));
   read.value = ParseToken(TakeToken(rest));
-  const std::string_view quality = TakeUpTo(rest, "\"quality\":\"", '"');
+  const std::string_view quality = TakeUpTo(rest, R"("quality":")", '"');
   read.quality = quality == "good"    ? live::Quality::Good
                  : quality == "stale" ? live::Quality::Stale
                                       : live::Quality::Refused;
   // Neighbours mostly have the same time.
   thread_local std::string lastText;
   thread_local std::uint64_t lastTime = 0;
-  const std::string_view time = TakeUpTo(rest, "\"time\":\"", '"');
+  const std::string_view time = TakeUpTo(rest, R"("time":")", '"');
   if (time != lastText) {
     lastText = time;
     lastTime = ParseTime(time);

@@ -32,7 +32,7 @@ sparkplug::Metric& AddMetric(sparkplug::Payload& payload, const char* name, Data
 
 /// What of a row's members tells whether there is something new: all before the time.
 std::string_view WithoutTime(std::string_view members) {
-  return members.substr(0, members.rfind("\"time\":\""));
+  return members.substr(0, members.rfind(R"("time":")"));
 }
 
 }  // namespace
@@ -53,10 +53,10 @@ class SparkplugForm::Data final : public RowMessages {
   bool given_ = false;
 };
 
-SparkplugForm::SparkplugForm(const TopicSettings& settings, const std::string& gateway,
+SparkplugForm::SparkplugForm(const TopicSettings& settings, std::string gateway,
                              std::filesystem::path counter, Plant plant)
     : group_(settings.group),
-      node_(gateway),
+      node_(std::move(gateway)),
       hostTopic_(settings.primaryHost.empty() ? "" : Namespace + ("STATE/" + settings.primaryHost)),
       counter_(std::move(counter)),
       plant_(std::move(plant)) {
@@ -266,7 +266,7 @@ void SparkplugForm::Bury(Wire& wire, const std::string& cell) {
 Opened SparkplugForm::Open(Wire& wire, const Row& row, bool late) {
   const auto found = devices_.find(row.cell);
   if (found == devices_.end() || !found->second.born) {
-    const bool tells = row.values.find("\"quality\":\"good\"") != std::string::npos;
+    const bool tells = row.values.find(R"("quality":"good")") != std::string::npos;
     if (!plant_.picture(row.cell)) {
       return {late || tells ? Opened::Fate::Drop : Opened::Fate::Skip};
     }

@@ -22,8 +22,8 @@ namespace orif::gateway {
 class SparkplugForm final : public Form {
  public:
   /// `counter` is the file that counts the connections, over all starts of the gateway.
-  SparkplugForm(const TopicSettings& settings, const std::string& gateway,
-                std::filesystem::path counter, Plant plant);
+  SparkplugForm(const TopicSettings& settings, std::string gateway, std::filesystem::path counter,
+                Plant plant);
 
   void Tell(const CellState& state) override;
   void Forget(const std::string& cell, const std::vector<std::string>& tags) override;
