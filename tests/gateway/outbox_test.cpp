@@ -44,7 +44,8 @@ class OutboxTest : public testing::Test {
 
   std::vector<ParcelPtr> Taken(bool late) {
     std::vector<ParcelPtr> taken;
-    while (auto parcel = late ? outbox_.NextLate() : outbox_.NextLive(now_)) taken.push_back(parcel);
+    while (auto parcel = late ? outbox_.NextLate() : outbox_.NextLive(now_))
+      taken.push_back(parcel);
     return taken;
   }
 

@@ -126,7 +126,7 @@ class Seen:
         self.rows = collections.defaultdict(dict)  # by cell and number: {tag: reading}
         self.first_late = collections.defaultdict(list)  # by cell: numbers first seen as late
         self.live = {}  # by topic: the last payload that should be retained
-        self.late = self.duplicates = 0
+        self.late = self.duplicates = self.missing = 0
 
     def tag(self, cell, number, tag, reading):
         where = f"{cell} {tag} number {number}"
@@ -242,6 +242,7 @@ def check(messages, prefix="orif", kept=None, dropped=0, clock_set=False, from_s
                     need(then <= reading["time"], f"{cell} {tag}: back to {reading} after {then}")
                     times[tag] = reading["time"]
             need(seen.cells[cell], f"{cell} has rows and no state")
+        seen.missing = len(missing)
         shown = ", ".join(missing[:5] + ["..."] * (len(missing) > 5))
         need(len(missing) <= dropped, f"{len(missing)} rows are missing: {shown}")
         need(seen.gateway, f"the gateway {name} has no state")

@@ -25,11 +25,11 @@ from plant import CELLS, HOSTILE, Plant, until
 from subscriber import SESSION, Wrong, need
 
 
-def broker_gone(chance, length):
+def broker_gone(chance, length, form):
     """The broker ends and comes back, with ten minutes' worth of rows; then it is frozen."""
-    plant = yield Plant(chance.choice(["tags", "rows"]), "50ms")
+    plant = yield Plant(form, "50ms")
     plant.stop_broker()
-    length = max(length, 15)  # 6000 rows, as many as in ten minutes of 2 s
+    length = max(length, 10)  # until it is found again some 6000 rows, as in ten minutes of 2 s
     time.sleep(length)
     need(plant.shown("orif_broker_up") == 0, "the broker is shown as up while it is away")
     rows = plant.shown("orif_buffer_rows")
@@ -43,14 +43,15 @@ def broker_gone(chance, length):
     plant.broker.send_signal(signal.SIGCONT)
 
 
-def gateway_killed(chance, length):
-    """Killed while connecting, live, while the broker is away, and while the backlog is sent."""
-    plant = yield Plant(chance.choice(["tags", "rows"]))
+def gateway_killed(chance, length, form):
+    """Killed while connecting, live, while the broker is away, and while the backlog is sent; and
+    ended while the broker is away."""
+    plant = yield Plant(form)
     kept = {}  # by cell and session: rows that must have been stored or sent
 
-    def kill():
+    def kill(how=plant.kill_gateway):
         session, found = plant.in_file("SELECT session FROM gateway"), plant.metrics()
-        plant.kill_gateway()
+        how()
         for cell in plant.cells():
             kept[cell, session] = found.get(("orif_cell_rows_total", cell), 0)
 
@@ -69,7 +70,10 @@ def gateway_killed(chance, length):
         time.sleep(chance.uniform(0.5, 2))
         kill()
         plant.start_gateway()
-        time.sleep(chance.uniform(0.5, 3))
+        time.sleep(chance.uniform(0.5, 1.5))
+        kill(plant.end)
+        plant.start_gateway()
+        time.sleep(chance.uniform(0.5, 1.5))
         plant.start_broker()
         until("the broker is connected", lambda: plant.shown("orif_broker_up"))
         time.sleep(chance.uniform(0, 0.2))
@@ -83,9 +87,9 @@ def gateway_killed(chance, length):
         need(last >= rows - 1, f"{cell}: {rows:g} rows before a kill, {last} came")
 
 
-def disk_full(chance, length):
+def disk_full(chance, length, form):
     """The buffer's file cannot grow for a while; then the buffer reaches its limit."""
-    plant = yield Plant(chance.choice(["tags", "rows"]), buffer="200KB")
+    plant = yield Plant(form, buffer="200KB")
     plant.stop_broker()
     time.sleep(1)
     size = max(os.path.getsize(name) for name in os.listdir(".") if name.startswith("buffer.db"))
@@ -100,11 +104,14 @@ def disk_full(chance, length):
     plant.start_broker()
     plant.sent()
     plant.dropped = plant.shown("orif_dropped_rows_total")
+    yield
+    missing = plant.seen.missing
+    need(missing == plant.dropped, f"{missing} rows are missing, {plant.dropped:g} shown as dropped")
 
 
-def cells_lost(chance, length):
+def cells_lost(chance, length, form):
     """All cells are frozen, then killed and started again."""
-    plant = yield Plant(chance.choice(["tags", "rows"]))
+    plant = yield Plant(form)
     for how in (signal.SIGSTOP, signal.SIGKILL):
         for server in plant.servers:
             server.process.send_signal(how)
@@ -127,9 +134,9 @@ def cells_lost(chance, length):
         need(len(stale) >= 2, f"{cell} was lost twice, and stale {len(stale)} times: {stale}")
 
 
-def component_hangs(chance, length):
+def component_hangs(chance, length, form):
     """A component hangs in the bulk read of one cell, and once more at the end of the gateway."""
-    plant = Plant(chance.choice(["tags", "rows"]))
+    plant = Plant(form)
     plant.config["cells"][0]["component"] = os.environ["HANGING_COMPONENT"]
     plant.environment["HANGING_COMPONENT_FILE"] = f"{os.getcwd()}/hang"
     plant = yield plant
@@ -151,9 +158,9 @@ def component_hangs(chance, length):
     plant.before_end = lambda: (open("hang", "w", encoding="utf-8").close(), time.sleep(1))
 
 
-def clock_set_back(chance, length):
+def clock_set_back(chance, length, form):
     """The computer's clock is an hour behind all of a sudden, and right again later."""
-    plant = yield Plant(chance.choice(["tags", "rows"]), clock=True)
+    plant = yield Plant(form, clock=True)
     for seconds in (-3600, 0):
         plant.set_clock(seconds)
         before = plant.metrics()
@@ -168,9 +175,9 @@ def clock_set_back(chance, length):
         plant.sent()
 
 
-def hostile_texts(chance, length):
+def hostile_texts(chance, length, form):
     """Texts that break quoting; a broken and a changed file, while a cell is lost."""
-    plant = yield Plant(chance.choice(["tags", "rows"]))
+    plant = yield Plant(form)
     for index, text in enumerate(HOSTILE, 1):
         host = plant.config["cells"][2]["host"]
         write = ["orif", "write", b"SR[%d]=" % index + text, "--yes", "--host", host]
@@ -218,10 +225,10 @@ TROUBLES = (
 )
 
 
-def make(trouble, chance, length):
+def make(trouble, chance, length, form):
     """A trouble yields its plant, and once more if it has something to say about what was seen."""
     began = time.time()
-    steps = trouble(chance, length)
+    steps = trouble(chance, length, form)
     plant = next(steps)
     try:
         plant.begin()
@@ -249,11 +256,11 @@ def main():
     length = 600 if seconds >= 7200 else 5 if seconds < 300 else 30
     end = time.time() + seconds
     while True:
-        for trouble in chance.sample(chosen, len(chosen)):
+        for number, trouble in enumerate(chance.sample(chosen, len(chosen)), seed):
             directory = tempfile.mkdtemp(prefix="plant-trouble-")
             os.chdir(directory)
             try:
-                make(trouble, chance, length)
+                make(trouble, chance, length, ("tags", "rows")[number % 2])
             except (Wrong, OSError, sqlite3.Error) as wrong:
                 sys.exit(f"{trouble.__name__} (seed {seed}): {wrong}\nits files are in {directory}")
             shutil.rmtree(directory)

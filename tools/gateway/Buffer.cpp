@@ -9,8 +9,8 @@
 namespace orif::gateway {
 namespace {
 
-constexpr std::size_t ReadAtOnce = 100;            // rows
-constexpr std::int64_t ReadBytes = 2'000'000;      // at most, but for one row
+constexpr std::size_t ReadAtOnce = 100;        // rows
+constexpr std::int64_t ReadBytes = 2'000'000;  // at most, but for one row
 
 // A file of another version is none of ours.
 constexpr const char* FileVersion = "1";
@@ -55,16 +55,19 @@ Buffer::Buffer(const std::filesystem::path& file, std::int64_t limit) : limit_(l
 void Buffer::Begin(const std::filesystem::path& file) {
   database_.emplace(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   // Nobody else may write to it, and no other gateway may open it.
-  database_->Execute("PRAGMA busy_timeout = 2000; PRAGMA locking_mode = EXCLUSIVE; PRAGMA auto_vacuum = INCREMENTAL;"
-                     "PRAGMA journal_mode = WAL; PRAGMA journal_size_limit = 8000000;"
-                     "PRAGMA synchronous = FULL; BEGIN IMMEDIATE");
+  database_->Execute(
+      "PRAGMA busy_timeout = 2000; PRAGMA locking_mode = EXCLUSIVE; PRAGMA auto_vacuum = "
+      "INCREMENTAL;"
+      "PRAGMA journal_mode = WAL; PRAGMA journal_size_limit = 8000000;"
+      "PRAGMA synchronous = FULL; BEGIN IMMEDIATE");
   const bool empty = database_->Value("SELECT count(*) FROM sqlite_master") == "0";
   if (empty) {
     database_->Execute(
         "CREATE TABLE gateway (version TEXT, session INTEGER);"
         "CREATE TABLE row (id INTEGER PRIMARY KEY, cell TEXT, number INTEGER, time TEXT,"
         " is_full INTEGER, size INTEGER, tags TEXT);"
-        "INSERT INTO gateway VALUES (" + std::string(FileVersion) + ", 0)");
+        "INSERT INTO gateway VALUES (" +
+        std::string(FileVersion) + ", 0)");
   }
   if (database_->Value("SELECT version FROM gateway") != FileVersion) {
     throw tool::DatabaseBroken("it is not a buffer of this version");
@@ -74,11 +77,12 @@ void Buffer::Begin(const std::filesystem::path& file) {
   database_->Execute("UPDATE gateway SET session = " + std::to_string(session_));
   insert_.emplace(database_->Prepare("INSERT INTO row VALUES (?, ?, ?, ?, ?, ?, ?)"));
   erase_.emplace(database_->Prepare("DELETE FROM row WHERE id = ? RETURNING size"));
-  eraseOldest_.emplace(database_->Prepare(
-      "DELETE FROM row WHERE id = (SELECT min(id) FROM row) RETURNING size"));
-  read_.emplace(database_->Prepare("SELECT id, cell, number, time, is_full, tags FROM row"
-                                   " WHERE id > ? ORDER BY id LIMIT " +
-                                   std::to_string(ReadAtOnce)));
+  eraseOldest_.emplace(
+      database_->Prepare("DELETE FROM row WHERE id = (SELECT min(id) FROM row) RETURNING size"));
+  read_.emplace(
+      database_->Prepare("SELECT id, cell, number, time, is_full, tags FROM row"
+                         " WHERE id > ? ORDER BY id LIMIT " +
+                         std::to_string(ReadAtOnce)));
   Count();
   lastId_ = Whole(database_->Value("SELECT max(id) FROM row"));
   // From here on a crash of the machine may take the last moments, a kill of the gateway nothing.

@@ -26,9 +26,8 @@ std::string_view Name(Level level) {
 void Append(std::string& line, std::string_view name, std::string_view value) {
   if (value.empty()) return;
   ((line += ' ') += name) += '=';
-  const bool plain = std::ranges::all_of(value, [](char c) {
-    return c > ' ' && c < 0x7F && c != '"' && c != '\\' && c != '=';
-  });
+  const bool plain = std::ranges::all_of(
+      value, [](char c) { return c > ' ' && c < 0x7F && c != '"' && c != '\\' && c != '='; });
   if (plain) {
     line += value;
   } else {

@@ -25,11 +25,10 @@ class Log {
   explicit Log(bool journal, std::function<void(const std::string& line)> write = {});
 
   /// `time=... level=warning event=cell cell=press1 state=lost reason="..."`; without a cell or a
-  /// field that is empty. Of each event of each cell at most ten lines a minute; then one tells how many were
-  /// left out.
+  /// field that is empty. Of each event of each cell at most ten lines a minute; then one tells how
+  /// many were left out.
   void Write(Level level, std::string_view event, std::string_view cell,
-             std::initializer_list<Field> fields,
-             Instant now = std::chrono::steady_clock::now());
+             std::initializer_list<Field> fields, Instant now = std::chrono::steady_clock::now());
 
  private:
   struct Minute {

@@ -15,7 +15,7 @@ constexpr auto LiveAtMost = 1s;
 /// How often the storage looks while rows wait for it.
 constexpr auto StorageRound = 20ms;
 
-constexpr std::size_t LateAhead = 100;     // rows read back in advance
+constexpr std::size_t LateAhead = 100;      // rows read back in advance
 constexpr std::size_t LargestInsert = 500;  // rows
 
 }  // namespace
@@ -59,6 +59,7 @@ void Outbox::Disconnected() {
     live_.clear();
     late_.clear();
     owed_.clear();  // the next connection begins with everything
+    held_.clear();
     std::vector<ParcelPtr> known;
     for (const auto& [id, parcel] : known_) known.push_back(parcel);
     for (const ParcelPtr& parcel : known) {
@@ -101,6 +102,23 @@ void Outbox::Acknowledge(const ParcelPtr& parcel) {
   Forget(parcel);
 }
 
+void Outbox::PutBack(const ParcelPtr& parcel) {
+  const std::lock_guard lock(mutex_);
+  held_.insert(parcel->Row().cell);
+  parcel->live_ = parcel->begun_ = parcel->queued_ = false;
+  if (parcel->stored_) Forget(parcel);
+}
+
+void Outbox::Release(const std::string& cell) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (held_.erase(cell) == 0) return;
+    readTo_ = 0;
+    mayHaveMore_ = true;
+  }
+  changed_.notify_all();
+}
+
 std::set<std::string> Outbox::TakeOwed() {
   const std::lock_guard lock(mutex_);
   return connected_ && live_.empty() ? std::exchange(owed_, {}) : std::set<std::string>();
@@ -122,7 +140,8 @@ void Outbox::Divert(Instant now) {
 }
 
 void Outbox::Forget(const ParcelPtr& parcel) {
-  if (known_.erase(parcel->Row().id) != 0) bytes_ -= static_cast<std::int64_t>(parcel->Row().Size());
+  if (known_.erase(parcel->Row().id) != 0)
+    bytes_ -= static_cast<std::int64_t>(parcel->Row().Size());
 }
 
 void Outbox::LimitMemory() {
@@ -142,7 +161,8 @@ Outbox::Work Outbox::WaitForWork(std::chrono::milliseconds longest, bool all) {
   Work work = TakeWork(std::chrono::steady_clock::now(), all);
   if (!work.Empty()) return work;
   const bool soon = !unstored_.empty() || !erase_.empty();
-  changed_.wait_for(lock, soon ? std::min<std::chrono::milliseconds>(longest, StorageRound) : longest);
+  changed_.wait_for(lock,
+                    soon ? std::min<std::chrono::milliseconds>(longest, StorageRound) : longest);
   return TakeWork(std::chrono::steady_clock::now(), all);
 }
 
@@ -193,7 +213,7 @@ void Outbox::Finish(const Work& work, Done done, Instant now) {
 void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
   for (Row& row : rows) {
     readTo_ = row.id;
-    if (known_.contains(row.id)) continue;
+    if (known_.contains(row.id) || held_.contains(row.cell)) continue;
     auto parcel = std::make_shared<Parcel>(std::move(row), now, false);
     parcel->stored_ = parcel->queued_ = true;
     bytes_ += static_cast<std::int64_t>(parcel->Row().Size());
@@ -204,7 +224,7 @@ void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
   mayHaveMore_ = false;
   for (const ParcelPtr& parcel : unstored_) {
     if (parcel->gone_ || parcel->stored_ || parcel->storing_ || parcel->live_ || parcel->begun_ ||
-        parcel->queued_)
+        parcel->queued_ || held_.contains(parcel->Row().cell))
       continue;
     parcel->queued_ = true;
     late_.push_back(parcel);
@@ -213,9 +233,8 @@ void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
 
 bool Outbox::HasUnstored() const {
   const std::lock_guard lock(mutex_);
-  return std::ranges::any_of(unstored_, [](const ParcelPtr& parcel) {
-    return !parcel->gone_ && !parcel->stored_;
-  });
+  return std::ranges::any_of(
+      unstored_, [](const ParcelPtr& parcel) { return !parcel->gone_ && !parcel->stored_; });
 }
 
 }  // namespace orif::gateway

@@ -42,9 +42,9 @@ class Sampler {
   Milliseconds full_;
   bool begun_ = false;
   Instant fullAt_;
-  std::vector<Instant> dueAt_;           // of each group
+  std::vector<Instant> dueAt_;  // of each group
   std::vector<Held> held_;
-  std::vector<std::size_t> heldOfTag_;   // index in held_, or None
+  std::vector<std::size_t> heldOfTag_;  // index in held_, or None
 };
 
 }  // namespace orif::gateway

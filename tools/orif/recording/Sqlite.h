@@ -1,6 +1,6 @@
-// An SQLite database and its prepared statements, as far as recordings and the gateway's buffer need
-// them. Every failure is a std::runtime_error with SQLite's reason and, where there is one, the
-// system's. Locks of other programs are waited for.
+// An SQLite database and its prepared statements, as far as recordings and the gateway's buffer
+// need them. Every failure is a std::runtime_error with SQLite's reason and, where there is one,
+// the system's. Locks of other programs are waited for.
 #pragma once
 
 #include <sqlite3.h>

@@ -175,12 +175,13 @@ function showCells() {
   }
   $("no-cells").hidden = visible > 0 || cells.size === 0;
   const down = Object.entries(counts).filter(([state]) => state !== "up");
-  const bad = down.map(([state, count]) => `${count} ${state}`);
-  if (alarmed > 0) bad.push(`${alarmed} with alarms`);
-  const summary = cells.size === 1 ? "" : `${counts.up ?? 0} of ${cells.size} cells up`;
-  const text = summary + (bad.length ? (summary && " · ") + bad.join(", ") : "");
-  if ($("summary").textContent !== text) {
-    $("summary").replaceChildren(summary, bad.length && summary ? " · " : "", make("b", "", bad.join(", ")));
+  const parts = down.map(([state, count]) => make("span", state, `${count} ${state}`));
+  if (alarmed > 0) parts.push(make("span", "alarm", `${alarmed} with alarms`));
+  if (cells.size > 1) parts.unshift(make("span", "", `${counts.up ?? 0} of ${cells.size} cells up`));
+  const said = parts.map((part) => part.textContent).join();
+  if ($("summary").dataset.said !== said) {
+    $("summary").dataset.said = said;
+    $("summary").replaceChildren(...parts);
   }
   showHead();
 }
@@ -348,19 +349,21 @@ function showPlot() {
   const least = history.least.filter(number);
   const alone = history.last.map((y, i, all) => (y !== null && all[i - 1] == null && all[i + 1] == null ? 2 : 0));
   const line = color("--accent");
+  const bit = tag.kind === "bit";
+  const options = plotOptions(bit);
   const data = {
     datasets: [
-      { label: "last", data: points(history.last), borderColor: line, borderWidth: 2, pointRadius: alone, pointBackgroundColor: line, stepped: tag.kind === "bit" ? "before" : false },
+      { label: "last", data: points(history.last), borderColor: line, borderWidth: 2, pointRadius: alone, pointBackgroundColor: line, stepped: bit && "before" },
       { label: "greatest", data: points(history.greatest), borderWidth: 0, pointRadius: 0, backgroundColor: line + "38", fill: "+1" },
       { label: "least", data: points(history.least), borderWidth: 0, pointRadius: 0 },
     ],
   };
   for (const set of data.datasets) set.pointHitRadius = 0;
   if (!chart) {
-    chart = new Chart($("chart"), { type: "line", data, options: plotOptions() });
+    chart = new Chart($("chart"), { type: "line", data, options });
   } else {
     chart.data = data;
-    chart.options = plotOptions();
+    chart.options = options;
     chart.update("none");
   }
   const last = history.last.filter(number);
@@ -374,7 +377,7 @@ function showPlot() {
   $("chart").setAttribute("aria-label", `Plot of the last hour of ${tag.name}`);
 }
 
-function plotOptions() {
+function plotOptions(bit) {
   const axis = { color: color("--quiet"), font: { size: 12 }, maxRotation: 0 };
   const grid = { color: color("--line"), drawBorder: false, drawTicks: false };
   return {
@@ -396,9 +399,11 @@ function plotOptions() {
     scales: {
       x: {
         type: "linear", min: -60, max: 0, grid: { ...grid, display: false },
-        ticks: { ...axis, stepSize: 15, callback: (x) => (x === 0 ? "now" : `${-x} min`) },
+        ticks: { ...axis, padding: 6, align: "inner", stepSize: 15, callback: (x) => (x === 0 ? "now" : `${-x} min`) },
       },
-      y: { grid, ticks: { ...axis, maxTicksLimit: 5 }, grace: "5%" },
+      y: bit
+        ? { grid, min: 0, max: 1, ticks: { ...axis, padding: 6, stepSize: 1, callback: (y) => (y ? "on" : "off") } }
+        : { grid, grace: "5%", ticks: { ...axis, padding: 6, maxTicksLimit: 5 } },
     },
   };
 }
