@@ -86,6 +86,7 @@ void Cell::CountAlarms() {
 
 void Cell::SetState(std::string_view state, std::string_view reason) {
   const std::lock_guard lock(mutex_);
+  if (state == state_ && reason == reason_) return;
   state_ = state;
   reason_ = reason;
   ++summaryVersion_;

@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kTick = 50ms;            // between two looks at what is new
+constexpr auto kTick = 25ms;            // between two looks at what is new
 constexpr auto kPatience = 10s;         // for a client to take what it is told
 constexpr auto kAges = 1s;              // between two events with the ages of all cells
 constexpr int kHeldBySystem = 1 << 17;  // bytes that a client has still to take

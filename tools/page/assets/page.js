@@ -114,7 +114,10 @@ function takeCells(all) {
   for (const [name, cell] of cells) if (!now.has(name)) cell.item?.remove();
   cells = now;
   told = true;
-  if (news.length > 0 && news.length < 5) put($("news"), news.join(". "));
+  if (news.length > 0 && news.length < 5) {
+    $("news").append(...news.map((text) => make("p", "", text)));
+    while ($("news").childElementCount > 10) $("news").firstChild.remove();
+  }
   document.body.toggleAttribute("data-single", cells.size === 1);
   const names = [...cells.keys()].sort(inOrder);
   names.forEach((name, place) => {
@@ -208,19 +211,20 @@ function takeTags(all) {
   showDetail();
 }
 
+// The layout of rows is none of a table, so their roles are said.
 function makeTag(name, unit, index) {
   const row = make("tr");
+  const head = make("th");
   const button = make("button", "", name);
+  const [value, unitCell, quality, since] = ["value", "unit", "quality", "since"].map((each) => make("td", each));
+  row.setAttribute("role", "row");
+  head.setAttribute("role", "rowheader");
+  for (const cell of [value, unitCell, quality, since]) cell.setAttribute("role", "cell");
   button.type = "button";
   button.tabIndex = index === 0 ? 0 : -1;
-  button.dataset.index = index;
-  const cellsOfRow = ["value", "unit", "quality", "since"].map((each) => make("td", each));
-  const [value, unitCell, quality, since] = cellsOfRow;
-  const head = make("th");
-  head.scope = "row";
-  head.append(button);
   unitCell.textContent = unit;
-  row.append(head, ...cellsOfRow);
+  head.append(button);
+  row.append(head, value, unitCell, quality, since);
   return { name, unit, row, button, value, quality, since, text: "", kind: "none", state: "", reason: "", at: 0 };
 }
 
