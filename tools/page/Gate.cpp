@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 constexpr std::size_t kShortest = 16;
 constexpr std::size_t kLongest = 200;
 constexpr int kWrongInAMinute = 10;
-constexpr std::size_t kAddresses = 10'000;  // kept in mind
+constexpr std::size_t kAddresses = 1'000;  // kept in mind
 
 }  // namespace
 
