@@ -8,7 +8,8 @@ declare -A packages=(
   [build]='g++ cmake ninja-build'
   [tool]='libcli11-dev nlohmann-json3-dev libsqlite3-dev libasio-dev'
   [test]='libgtest-dev libgmock-dev sqlite3 gnuplot-nox'
-  [gateway]='libcli11-dev libmosquitto-dev libcpp-httplib-dev prometheus-cpp-dev libsystemd-dev pkg-config'
+  [gateway]='libcli11-dev libmosquitto-dev libcpp-httplib-dev prometheus-cpp-dev libsystemd-dev libprotobuf-dev
+    protobuf-compiler pkg-config'
   [clang]='clang libclang-rt-14-dev'
   [windows]='g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools nsis googletest debootstrap unzip'
   [python]='pybind11-dev python3-pybind11 python3-dev python3-setuptools python3-wheel python3-pip python3-venv

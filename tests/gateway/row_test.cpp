@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "simulator/Network.h"
-#include "tools/gateway/Messages.h"
+#include "tools/gateway/JsonForm.h"
 #include "tools/gateway/Row.h"
 #include "tools/gateway/Sampler.h"
 
@@ -78,6 +78,16 @@ live::Tag TagOf(std::string name, live::Value value) {
   return tag;
 }
 
+// A form says much to the wire; these tests are about rows.
+class NoWire final : public Wire {
+ public:
+  void Publish(const Message& /*message*/) override {}
+  int Subscribe(const std::string& /*topic*/) override { return 1; }
+  void Ready() override {}
+  void Release(const std::string& /*cell*/) override {}
+  void Leave(const std::string& /*reason*/) override {}
+};
+
 TEST(Messages, KeepHostileTextsApart) {
   const std::string hostile = "\"},\n\t\x01\x7f\xC2\x85\xff\\ \xE2\x82\xAC";
   Row row{.cell = "press", .number = 3'000'000'001, .time = "T"};
@@ -90,9 +100,10 @@ TEST(Messages, KeepHostileTextsApart) {
 
   std::vector<json> payloads;
   std::vector<std::string> topics;
-  const Topics tags({.prefix = "orif"}, "hall");
+  NoWire wire;
+  JsonForm tags({.prefix = "orif"}, "hall", {});
   Message message;
-  for (RowMessages messages(tags, row, false); messages.Next(message);) {
+  for (const auto opened = tags.Open(wire, row, false); opened.messages->Next(message);) {
     EXPECT_TRUE(message.retain);
     topics.push_back(message.topic);
     payloads.push_back(json::parse(message.payload));
@@ -107,15 +118,15 @@ TEST(Messages, KeepHostileTextsApart) {
   EXPECT_EQ(payloads[2]["reason"], refused.reason->ToText().replace(
                                        refused.reason->ToText().find('\xff'), 1, "\xEF\xBF\xBD"));
 
-  const Topics rows({.prefix = "orif", .form = TopicSettings::Form::Rows}, "hall");
-  RowMessages late(rows, row, true);
-  ASSERT_TRUE(late.Next(message));
+  JsonForm rows({.prefix = "orif", .form = TopicSettings::Form::Rows}, "hall", {});
+  const auto late = rows.Open(wire, row, true).messages;
+  ASSERT_TRUE(late->Next(message));
   EXPECT_FALSE(message.retain);
   const json whole = json::parse(message.payload);
   EXPECT_EQ(whole["late"], true);
   EXPECT_EQ(whole["values"].size(), 3);
   EXPECT_EQ(whole["values"]["$A/B+#%:string"]["value"], payloads[0]["value"]);
-  EXPECT_FALSE(late.Next(message));
+  EXPECT_FALSE(late->Next(message));
 }
 
 }  // namespace

@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace orif::gateway {
 namespace {
@@ -18,6 +18,7 @@ namespace {
 /// Messages under way to a broker that sets no limit of its own. The library visits all of them at
 /// each acknowledgement: with some thousands that is what takes most of the time once they pile up.
 constexpr int UsualWindow = 500;
+/// Of subscriptions.
 constexpr int Qos = 1;
 
 std::string WhyNot(int result) {
@@ -59,6 +60,26 @@ struct Broker::Callbacks {
     broker.events_.connected();
   }
 
+  static void Subscribed(mosquitto* /*handle*/, void* self, int number, int /*count*/,
+                         const int* /*qos*/, const mosquitto_property* /*properties*/) {
+    Of(self).events_.subscribed(number);
+  }
+
+  static void Unsubscribed(mosquitto* /*handle*/, void* self, int number,
+                           const mosquitto_property* /*properties*/) {
+    Of(self).events_.subscribed(number);
+  }
+
+  static void Received(mosquitto* /*handle*/, void* self, const mosquitto_message* message,
+                       const mosquitto_property* /*properties*/) {
+    const auto* const bytes = static_cast<const char*>(message->payload);
+    const auto size = static_cast<std::size_t>(std::max(message->payloadlen, 0));
+    Of(self).events_.received({.topic = message->topic,
+                               .payload = size == 0 ? std::string() : std::string(bytes, size),
+                               .retain = message->retain,
+                               .qos = message->qos});
+  }
+
   static void Acknowledged(mosquitto* /*handle*/, void* self, int message, int code,
                            const mosquitto_property* /*properties*/) {
     Of(self).events_.acknowledged(message, code);
@@ -73,15 +94,15 @@ struct Broker::Callbacks {
     const std::string& password =
         Of(mosquitto_userdata(static_cast<mosquitto*>(handle))).keyPassword_;
     const auto length = std::min(password.size(), static_cast<std::size_t>(std::max(size, 0)));
-    std::memcpy(buffer, password.data(), length);
+    std::copy_n(password.data(), length, buffer);
     return static_cast<int>(length);
   }
 };
 
 void Broker::Free::operator()(mosquitto* handle) const { mosquitto_destroy(handle); }
 
-Broker::Broker(const BrokerSettings& settings, const Message& lastWill, Events events)
-    : settings_(settings), events_(std::move(events)), window_(UsualWindow) {
+Broker::Broker(BrokerSettings settings, const Message& lastWill, Events events)
+    : settings_(std::move(settings)), events_(std::move(events)), window_(UsualWindow) {
   StartLibrary();
   handle_.reset(mosquitto_new(settings_.client.c_str(), true, this));
   if (handle_ == nullptr) throw std::runtime_error(WhyNot(MOSQ_ERR_NOMEM));
@@ -95,7 +116,7 @@ Broker::Broker(const BrokerSettings& settings, const Message& lastWill, Events e
   Check(mosquitto_int_option(handle, MOSQ_OPT_SEND_MAXIMUM, 65535), "send maximum");
   Check(
       mosquitto_will_set(handle, lastWill.topic.c_str(), static_cast<int>(lastWill.payload.size()),
-                         lastWill.payload.data(), Qos, lastWill.retain),
+                         lastWill.payload.data(), lastWill.qos, lastWill.retain),
       "last will");
   if (!settings_.user.empty()) {
     const std::string password =
@@ -110,6 +131,9 @@ Broker::Broker(const BrokerSettings& settings, const Message& lastWill, Events e
           "TLS");
   }
   mosquitto_connect_v5_callback_set(handle, Callbacks::Connected);
+  mosquitto_subscribe_v5_callback_set(handle, Callbacks::Subscribed);
+  mosquitto_unsubscribe_v5_callback_set(handle, Callbacks::Unsubscribed);
+  mosquitto_message_v5_callback_set(handle, Callbacks::Received);
   mosquitto_publish_v5_callback_set(handle, Callbacks::Acknowledged);
   mosquitto_disconnect_v5_callback_set(handle, Callbacks::Disconnected);
 }
@@ -145,7 +169,7 @@ int Broker::Publish(const Message& message) {
   int number = 0;
   const int result = mosquitto_publish(handle_.get(), &number, message.topic.c_str(),
                                        static_cast<int>(message.payload.size()),
-                                       message.payload.data(), Qos, message.retain);
+                                       message.payload.data(), message.qos, message.retain);
   switch (result) {
     case MOSQ_ERR_SUCCESS:
       return number;
@@ -175,6 +199,26 @@ bool Broker::IsFinal(int code) {
 
 std::string Broker::CodeText(int code) { return mosquitto_reason_string(code); }
 
-void Broker::Disconnect() { mosquitto_disconnect(handle_.get()); }
+int Broker::Numbered(int result, int number) {
+  if (result == MOSQ_ERR_SUCCESS) return number;
+  Fail(WhyNot(result));
+  return 0;
+}
+
+int Broker::Subscribe(const std::string& topic) {
+  int number = 0;
+  const int result = mosquitto_subscribe(handle_.get(), &number, topic.c_str(), Qos);
+  return Numbered(result, number);
+}
+
+int Broker::Unsubscribe(const std::string& topic) {
+  int number = 0;
+  const int result = mosquitto_unsubscribe(handle_.get(), &number, topic.c_str());
+  return Numbered(result, number);
+}
+
+void Broker::Disconnect(bool withWill) {
+  mosquitto_disconnect_v5(handle_.get(), withWill ? MQTT_RC_DISCONNECT_WITH_WILL_MSG : 0, nullptr);
+}
 
 }  // namespace orif::gateway

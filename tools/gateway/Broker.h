@@ -8,7 +8,7 @@
 #include <string>
 
 #include "tools/gateway/Configuration.h"
-#include "tools/gateway/Messages.h"
+#include "tools/gateway/Form.h"
 
 struct mosquitto;
 
@@ -19,11 +19,13 @@ class Broker {
   /// What happens to the connection; called by Turn.
   struct Events {
     std::function<void()> connected;
+    std::function<void(int number)> subscribed;  ///< or unsubscribed
+    std::function<void(const Message&)> received;
     std::function<void(int message, int code)> acknowledged;  ///< code: as MQTT 5 has it
   };
 
   /// Reads the secrets that the settings name. Throws a std::runtime_error with the reason.
-  Broker(const BrokerSettings& settings, const Message& lastWill, Events events);
+  Broker(BrokerSettings settings, const Message& lastWill, Events events);
   Broker(const Broker&) = delete;
   Broker& operator=(const Broker&) = delete;
   ~Broker();
@@ -44,9 +46,13 @@ class Broker {
   /// How many messages the broker takes before it has acknowledged the first.
   int Window() const { return window_; }
 
-  /// Sends a message that is to be acknowledged, and answers its number; 0 if the connection is
-  /// gone. Throws a std::runtime_error if it can never be sent.
+  /// Sends a message, and answers its number; 0 if the connection is gone. Throws a
+  /// std::runtime_error if it can never be sent.
   int Publish(const Message& message);
+
+  /// The number of the request, which the broker answers; 0 if the connection is gone.
+  int Subscribe(const std::string& topic);
+  int Unsubscribe(const std::string& topic);
 
   /// Holds small packets back, until it is called with false, and sends them together.
   void Gather(bool on);
@@ -57,12 +63,14 @@ class Broker {
   static bool IsFinal(int code);
   static std::string CodeText(int code);
 
-  /// Says good-bye, so that there is no last will.
-  void Disconnect();
+  /// Says good-bye, so that there is no last will, or, where the protocol can tell so, that there
+  /// is to be one.
+  void Disconnect(bool withWill);
 
  private:
   struct Callbacks;
   void Fail(const std::string& reason);
+  int Numbered(int result, int number);
   struct Free {
     void operator()(mosquitto* handle) const;
   };

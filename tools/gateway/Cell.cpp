@@ -35,11 +35,9 @@ class SimulatedTime final : public live::Clock {
 
 }  // namespace
 
-Cell::Cell(CellSettings settings, std::int64_t session,
-           std::shared_ptr<std::atomic<std::int64_t>> numbers, std::shared_ptr<CellMetrics> metrics,
-           Log& log, Hooks hooks)
+Cell::Cell(CellSettings settings, std::shared_ptr<std::atomic<std::int64_t>> numbers,
+           std::shared_ptr<CellMetrics> metrics, Log& log, Hooks hooks)
     : settings_(std::move(settings)),
-      session_(session),
       numbers_(std::move(numbers)),
       metrics_(std::move(metrics)),
       log_(log),
@@ -60,6 +58,7 @@ void Cell::Start() {
       live::MonitorEvents{
           .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
           .onLink = [this](live::Link link, const live::Reason& reason) { OnLink(link, reason); }});
+  begun_ = true;
 }
 
 void Cell::Stop() {
@@ -69,10 +68,26 @@ void Cell::Stop() {
 
 std::vector<std::string> Cell::TagNames() const {
   std::vector<std::string> names;
-  if (monitor_) {
+  if (begun_) {
     for (const live::Tag& tag : monitor_->Tags()) names.push_back(tag.name);
   }
   return names;
+}
+
+std::optional<CellPicture> Cell::Picture() const {
+  if (!begun_) return {};
+  CellPicture picture{.number = *numbers_, .tags = {}};
+  std::vector<live::Reading> readings = monitor_->ReadAll();
+  const auto tags = monitor_->Tags();  // whose readings change meanwhile
+  picture.tags.resize(tags.size());
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    live::Tag& tag = picture.tags[i];
+    static_cast<live::Reading&>(tag) = std::move(readings[i]);
+    tag.name = tags[i].name;
+    tag.field = tags[i].field;
+    tag.unit = tags[i].unit;
+  }
+  return picture;
 }
 
 void Cell::OnRefresh(const live::Refreshed& refreshed) {
@@ -128,15 +143,13 @@ void Cell::Tell(const std::string& state, const std::string& reason) {
   const bool good = state != "lost" && state != "silent";
   log_.Write(good ? Level::Info : Level::Warning, "cell", settings_.name,
              {{"state", state}, {"reason", reason}});
-  std::string json = "{\"state\":";
-  AppendText(json, state);
-  json += ",\"session\":" + std::to_string(session_) + ",\"time\":\"" +
-          TimeText(std::chrono::system_clock::now()) + "\",\"reason\":";
-  AppendText(json, reason);
-  json += ",\"host\":";
-  AppendText(json, settings_.connection.simulate ? "simulated" : settings_.connection.host);
-  json += ",\"tags\":" + std::to_string(tags_) + '}';
-  hooks_.state(std::move(json));
+  const auto& way = settings_.connection;
+  hooks_.state({.cell = settings_.name,
+                .state = state,
+                .reason = reason,
+                .time = TimeText(std::chrono::system_clock::now()),
+                .host = way.simulate ? "simulated" : way.host,
+                .tags = tags_});
 }
 
 }  // namespace orif::gateway

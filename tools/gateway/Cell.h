@@ -14,6 +14,7 @@
 
 #include "live/Monitor.h"
 #include "tools/gateway/Configuration.h"
+#include "tools/gateway/Form.h"
 #include "tools/gateway/Log.h"
 #include "tools/gateway/Metrics.h"
 #include "tools/gateway/Row.h"
@@ -28,14 +29,12 @@ class Cell {
   /// Where what a cell has to tell goes. Called on the cell's thread, and by Watch.
   struct Hooks {
     std::function<void(Row row)> row;
-    /// A JSON object.
-    std::function<void(std::string state)> state;
+    std::function<void(const CellState& state)> state;
   };
 
   /// `numbers` has the number of the cell's last row, and `metrics` what is measured of it.
-  Cell(CellSettings settings, std::int64_t session,
-       std::shared_ptr<std::atomic<std::int64_t>> numbers, std::shared_ptr<CellMetrics> metrics,
-       Log& log, Hooks hooks);
+  Cell(CellSettings settings, std::shared_ptr<std::atomic<std::int64_t>> numbers,
+       std::shared_ptr<CellMetrics> metrics, Log& log, Hooks hooks);
   Cell(const Cell&) = delete;
   Cell& operator=(const Cell&) = delete;
   ~Cell() = default;
@@ -53,8 +52,10 @@ class Cell {
   void TellAll() { tellAll_ = true; }
   /// Finds out whether the cell has fallen silent, and says so. Call it every second or so.
   void Watch(Instant now);
-  /// The names of all tags.
+  /// The names of all tags; empty before the start.
   std::vector<std::string> TagNames() const;
+  /// All values; none before the start.
+  std::optional<CellPicture> Picture() const;
 
  private:
   void OnRefresh(const live::Refreshed& refreshed);
@@ -62,7 +63,6 @@ class Cell {
   void Tell(const std::string& state, const std::string& reason);
 
   CellSettings settings_;
-  std::int64_t session_;
   std::shared_ptr<std::atomic<std::int64_t>> numbers_;
   std::shared_ptr<CellMetrics> metrics_;
   Log& log_;
@@ -79,6 +79,7 @@ class Cell {
   std::string reason_;
   std::string linkReason_;
 
+  std::atomic<bool> begun_ = false;
   std::optional<live::Monitor> monitor_;  // ends first
 };
 

@@ -96,7 +96,7 @@ constexpr auto TlsFields = std::to_array<Field<Tls>>({
 void ReadTls(BrokerSettings& broker, const Node& node) {
   sim::ReadObject<Tls>(node, broker.tls.emplace(), TlsFields);
   if (broker.tls->certificate.empty() != broker.tls->key.empty()) {
-    node.Fail("must have \"certificate\" and \"key\", or neither");
+    node.Fail(R"(must have "certificate" and "key", or neither)");
   }
 }
 
@@ -131,14 +131,31 @@ void ReadPrefix(TopicSettings& topics, const Node& node) {
 }
 
 void ReadForm(TopicSettings& topics, const Node& node) {
-  static constexpr auto Words = std::to_array<std::string_view>({"tags", "rows"});
+  static constexpr auto Words = std::to_array<std::string_view>({"tags", "rows", "sparkplug"});
   OneOf<&TopicSettings::form>(topics, node, Words);
+}
+
+template <auto Member>
+void ReadLevel(TopicSettings& topics, const Node& node) {
+  topics.*Member = TopicText(node, "/+#");
 }
 
 constexpr auto TopicFields = std::to_array<Field<TopicSettings>>({
     {"prefix", ReadPrefix},
     {"form", ReadForm},
+    {"group", ReadLevel<&TopicSettings::group>},
+    {"primary_host", ReadLevel<&TopicSettings::primaryHost>},
 });
+
+void ReadTopics(TopicSettings& topics, const Node& node) {
+  sim::ReadObject<TopicSettings>(node, topics, TopicFields);
+  const bool sparkplug = topics.form == TopicSettings::Form::Sparkplug;
+  if (sparkplug && topics.group.empty()) node.Fail("must have \"group\" in the form sparkplug");
+  for (const char* key : {"group", "primary_host"}) {
+    const Node* own = node.Find(key);
+    if (own != nullptr && !sparkplug) own->Fail("is for the form sparkplug");
+  }
+}
 
 constexpr auto BufferFields = std::to_array<Field<BufferSettings>>({
     {"file", NonEmpty<&BufferSettings::file>, true},
@@ -256,7 +273,7 @@ class Reader {
     const Node& broker = document.At("broker");
     ReadBroker(all, broker);
     if (const Node* topics = document.Find("topics")) {
-      sim::ReadObject<TopicSettings>(*topics, all.topics, TopicFields);
+      ReadTopics(all.topics, *topics);
     }
     sim::ReadObject<BufferSettings>(document.At("buffer"), all.buffer, BufferFields);
     Resolve(all.buffer.file);
@@ -290,7 +307,7 @@ class Reader {
     if (broker.port == 0) broker.port = broker.tls ? 8883 : 1883;
     if (broker.client.empty()) broker.client = "orif-" + all.gateway;
     if (broker.user.empty() && !broker.passwordFile.empty()) {
-      node.Fail("must have \"user\" where it has \"password_file\"");
+      node.Fail(R"(must have "user" where it has "password_file")");
     }
     ResolveReadable(broker.passwordFile, node);
     if (!broker.tls) return;
@@ -305,15 +322,15 @@ class Reader {
     sim::ReadFields<CellSettings>(node, cell, CellFields);
     sim::ReadFields<CellSettings>(node, cell, SharedFields);
     if (!names_.insert(cell.name).second) node.At("name").Fail("is the name of two cells");
-    if (cell.tags.empty()) node.Fail("must have \"tags\", its own or those of \"defaults\"");
+    if (cell.tags.empty()) node.Fail(R"(must have "tags", its own or those of "defaults")");
     if (cell.connection.simulate) {
       if (node.Find("component") != nullptr) {
-        node.Fail("must have \"component\" or \"simulate\", not both");
+        node.Fail(R"(must have "component" or "simulate", not both)");
       }
       cell.connection.component.clear();
       if (*cell.connection.simulate != tool::DemoCell) Resolve(*cell.connection.simulate);
     } else if (cell.connection.host.empty()) {
-      node.Fail("must have \"host\" or \"simulate\"");
+      node.Fail(R"(must have "host" or "simulate")");
     }
     if (cell.connection.component.find('/') != std::string::npos) {
       ResolveReadable(cell.connection.component, node);

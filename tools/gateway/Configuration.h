@@ -44,10 +44,13 @@ struct BrokerSettings {
 struct TopicSettings {
   enum class Form {
     Tags,  ///< a message for each tag
-    Rows   ///< a message for each refresh of a cell
+    Rows,  ///< a message for each refresh of a cell
+    Sparkplug
   };
 
   std::string prefix = "orif";
+  std::string group = {};        ///< for Sparkplug
+  std::string primaryHost = {};  ///< for Sparkplug: a host that has to be there, if any
   Form form = Form::Tags;
 
   bool operator==(const TopicSettings&) const = default;

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "orif/version.h"
+#include "tools/gateway/JsonForm.h"
+#include "tools/gateway/sparkplug/SparkplugForm.h"
 
 namespace orif::gateway {
 namespace {
@@ -30,13 +32,16 @@ Buffer OpenBuffer(const BufferSettings& settings) {
 // A component that hangs is waited for; all together.
 void StopAll(std::vector<std::shared_ptr<Cell>> cells) {
   std::vector<std::jthread> threads;
+  threads.reserve(cells.size());
   for (auto& cell : cells) threads.emplace_back([&cell] { cell->Stop(); });
 }
 
-std::string Death(std::int64_t session, std::string_view reason, bool withTime) {
-  std::string json = "{\"state\":\"offline\",\"session\":" + std::to_string(session);
-  if (withTime) json += ",\"time\":\"" + TimeText(std::chrono::system_clock::now()) + '"';
-  return json.append(",\"reason\":\"").append(reason).append("\"}");
+std::unique_ptr<Form> MakeForm(const Configuration& configuration, Plant plant) {
+  if (configuration.topics.form == TopicSettings::Form::Sparkplug) {
+    return std::make_unique<SparkplugForm>(configuration.topics, configuration.gateway,
+                                           configuration.buffer.file + ".bdseq", std::move(plant));
+  }
+  return std::make_unique<JsonForm>(configuration.topics, configuration.gateway, std::move(plant));
 }
 
 }  // namespace
@@ -44,7 +49,6 @@ std::string Death(std::int64_t session, std::string_view reason, bool withTime) 
 Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     : log_(log),
       configuration_(configuration),
-      topics_(configuration.topics, configuration.gateway),
       buffer_(OpenBuffer(configuration.buffer)),
       metrics_(configuration.gateway),
       outbox_(buffer_.LastId() + 1, configuration.buffer.memoryLimit),
@@ -63,11 +67,9 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     const MetricsSettings& metrics = *configuration.metrics;
     server_.emplace(metrics.address, metrics.port, metrics_, health);
   }
-  publisher_.emplace(
-      configuration.broker, topics_, outbox_, metrics_, log, health.Watch("publisher"),
-      Publisher::Hooks{.birth = [this] { return Birth(); },
-                       .death = Death(buffer_.Session(), "connection lost", false),
-                       .tellAll = [this](const std::string& cell) { TellAll(cell); }});
+  form_ = MakeForm(configuration, AsPlant());
+  publisher_.emplace(configuration.broker, *form_, outbox_, metrics_, log,
+                     health.Watch("publisher"), [this](const std::string& cell) { TellAll(cell); });
   Add(configuration.cells);
 }
 
@@ -75,7 +77,7 @@ Gateway::~Gateway() {
   std::vector<std::shared_ptr<Cell>> cells;
   for (const auto& [name, cell] : cells_) cells.push_back(cell);
   StopAll(std::move(cells));
-  publisher_->Stop(Death(buffer_.Session(), "ended", true));
+  publisher_.reset();
   log_.Write(Level::Info, "end", "", {{"gateway", configuration_.gateway}});
 }
 
@@ -87,12 +89,15 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
       numbers = std::make_shared<std::atomic<std::int64_t>>(buffer_.Session() * SessionStep);
     }
     auto cell = std::make_shared<Cell>(
-        settings, buffer_.Session(), numbers, metrics_.Cell(settings.name), log_,
+        settings, numbers, metrics_.Cell(settings.name), log_,
         Cell::Hooks{
             .row =
                 [this](Row row) { outbox_.Add(std::move(row), std::chrono::steady_clock::now()); },
-            .state = [this, topic = topics_.CellState(settings.name)](
-                         std::string state) { publisher_->Keep(topic, std::move(state)); }});
+            .state =
+                [this](const CellState& state) {
+                  form_->Tell(state);
+                  publisher_->Wake();
+                }});
     starting_.push_back({cell, at});
     at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
           static_cast<std::int64_t>(cells.size());
@@ -113,7 +118,6 @@ Gateway::Instant Gateway::Turn(Instant now) {
 void Gateway::Change(const Configuration& configuration) {
   std::vector<CellSettings> added;
   std::vector<std::shared_ptr<Cell>> removed;
-  std::vector<std::string> topics;
   const auto inNew = [&](const CellSettings& old) {
     return std::ranges::find(configuration.cells, old) != configuration.cells.end();
   };
@@ -128,14 +132,11 @@ void Gateway::Change(const Configuration& configuration) {
   for (const auto& cell : removed) {
     const std::string& name = cell->Settings().name;
     std::erase_if(starting_, [&](const Starting& starting) { return starting.cell == cell; });
-    // What the broker keeps of a cell that is no more, or of tags that it no longer has.
-    topics.push_back(topics_.CellState(name));
-    topics.push_back(topics_.Rows(name));
-    for (const std::string& tag : cell->TagNames()) topics.push_back(topics_.Tag(name, tag));
+    form_->Forget(name, cell->TagNames());
     const std::lock_guard lock(mutex_);
     cells_.erase(name);
   }
-  for (const std::string& topic : topics) publisher_->Keep(topic, {});
+  publisher_->Wake();
   Add(added);
   if (configuration.broker != configuration_.broker) publisher_->Change(configuration.broker);
   const bool fixed = configuration.gateway == configuration_.gateway &&
@@ -160,17 +161,26 @@ void Gateway::TellAll(const std::string& name) {
   }
 }
 
-std::string Gateway::Birth() const {
-  std::size_t cells = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    cells = cells_.size();
-  }
-  return "{\"state\":\"online\",\"session\":" + std::to_string(buffer_.Session()) + ",\"time\":\"" +
-         TimeText(std::chrono::system_clock::now()) + "\",\"version\":\"" + VersionText +
-         "\",\"cells\":" + std::to_string(cells) +
-         ",\"buffered\":" + std::to_string(storage_.Rows()) +
-         ",\"dropped\":" + std::to_string(storage_.Dropped()) + '}';
+Plant Gateway::AsPlant() {
+  return {.session = buffer_.Session(),
+          .version = VersionText,
+          .cells =
+              [this] {
+                const std::lock_guard lock(mutex_);
+                return cells_.size();
+              },
+          .rowsWaiting = [this] { return storage_.Rows(); },
+          .rowsDropped = [this] { return storage_.Dropped(); },
+          .picture = [this](const std::string& name) -> std::optional<CellPicture> {
+            std::shared_ptr<Cell> cell;
+            {
+              const std::lock_guard lock(mutex_);
+              const auto found = cells_.find(name);
+              if (found != cells_.end()) cell = found->second;
+            }
+            return cell == nullptr ? std::nullopt : cell->Picture();
+          },
+          .tellAll = [this](const std::string& name) { TellAll(name); }};
 }
 
 std::string Gateway::Status() const {

@@ -14,9 +14,9 @@
 #include "tools/gateway/Buffer.h"
 #include "tools/gateway/Cell.h"
 #include "tools/gateway/Configuration.h"
+#include "tools/gateway/Form.h"
 #include "tools/gateway/Health.h"
 #include "tools/gateway/Log.h"
-#include "tools/gateway/Messages.h"
 #include "tools/gateway/Metrics.h"
 #include "tools/gateway/MetricsServer.h"
 #include "tools/gateway/Outbox.h"
@@ -58,11 +58,10 @@ class Gateway {
 
   void Add(const std::vector<CellSettings>& cells);
   void TellAll(const std::string& name);
-  std::string Birth() const;
+  Plant AsPlant();
 
   Log& log_;
   Configuration configuration_;
-  Topics topics_;
   Buffer buffer_;
   Metrics metrics_;
   Outbox outbox_;
@@ -71,6 +70,7 @@ class Gateway {
   std::map<std::string, std::shared_ptr<Cell>> cells_;
   std::map<std::string, std::shared_ptr<std::atomic<std::int64_t>>> numbers_;  // of last rows
   std::deque<Starting> starting_;
+  std::unique_ptr<Form> form_;
   std::optional<Publisher> publisher_;
   std::optional<MetricsServer> server_;
 };

@@ -59,6 +59,7 @@ void Outbox::Disconnected() {
     live_.clear();
     late_.clear();
     owed_.clear();  // the next connection begins with everything
+    held_.clear();
     std::vector<ParcelPtr> known;
     for (const auto& [id, parcel] : known_) known.push_back(parcel);
     for (const ParcelPtr& parcel : known) {
@@ -99,6 +100,23 @@ void Outbox::Acknowledge(const ParcelPtr& parcel) {
   parcel->gone_ = true;
   if (parcel->stored_) erase_.push_back(parcel->Row().id);
   Forget(parcel);
+}
+
+void Outbox::PutBack(const ParcelPtr& parcel) {
+  const std::lock_guard lock(mutex_);
+  held_.insert(parcel->Row().cell);
+  parcel->live_ = parcel->begun_ = parcel->queued_ = false;
+  if (parcel->stored_) Forget(parcel);
+}
+
+void Outbox::Release(const std::string& cell) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (held_.erase(cell) == 0) return;
+    readTo_ = 0;
+    mayHaveMore_ = true;
+  }
+  changed_.notify_all();
 }
 
 std::set<std::string> Outbox::TakeOwed() {
@@ -195,7 +213,7 @@ void Outbox::Finish(const Work& work, Done done, Instant now) {
 void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
   for (Row& row : rows) {
     readTo_ = row.id;
-    if (known_.contains(row.id)) continue;
+    if (known_.contains(row.id) || held_.contains(row.cell)) continue;
     auto parcel = std::make_shared<Parcel>(std::move(row), now, false);
     parcel->stored_ = parcel->queued_ = true;
     bytes_ += static_cast<std::int64_t>(parcel->Row().Size());
@@ -206,7 +224,7 @@ void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
   mayHaveMore_ = false;
   for (const ParcelPtr& parcel : unstored_) {
     if (parcel->gone_ || parcel->stored_ || parcel->storing_ || parcel->live_ || parcel->begun_ ||
-        parcel->queued_)
+        parcel->queued_ || held_.contains(parcel->Row().cell))
       continue;
     parcel->queued_ = true;
     late_.push_back(parcel);

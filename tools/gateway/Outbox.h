@@ -72,6 +72,9 @@ class Outbox {
   ParcelPtr NextLate();
   /// The broker has the row, or will never take it.
   void Acknowledge(const ParcelPtr& parcel);
+  /// The row has to wait in the buffer, with all late ones of its cell, until Release.
+  void PutBack(const ParcelPtr& parcel);
+  void Release(const std::string& cell);
   /// The cells whose live values the broker has not been told, now that it could be.
   std::set<std::string> TakeOwed();
 
@@ -116,6 +119,7 @@ class Outbox {
   std::deque<ParcelPtr> unstored_;           // in order; may have some that are gone
   std::vector<std::int64_t> erase_;
   std::set<std::string> owed_;
+  std::set<std::string> held_;
   std::int64_t readTo_ = 0;  // what the backlog has been read to
   bool mayHaveMore_ = false;
   std::int64_t bytes_ = 0;  // of known_

@@ -59,9 +59,8 @@ struct Publisher::Attempt {
 /// A row whose messages the broker has not all acknowledged; without a parcel, a state.
 struct Publisher::Underway {
   ParcelPtr parcel;
-  std::optional<RowMessages> messages = {};
+  std::unique_ptr<RowMessages> messages = {};
   Message next = {};
-  bool hasNext = false;
   bool isWhole = true;  // all messages are sent
   bool refused = false;
   int waiting = 0;  // sent, and not acknowledged
@@ -70,49 +69,30 @@ struct Publisher::Underway {
   bool IsLate() const { return parcel != nullptr && parcel->IsLate(); }
 };
 
-Publisher::Publisher(const BrokerSettings& settings, const Topics& topics, Outbox& outbox,
-                     Metrics& metrics, Log& log, Heartbeat& heart, Hooks hooks)
-    : topics_(topics),
+Publisher::Publisher(BrokerSettings settings, Form& form, Outbox& outbox, Metrics& metrics,
+                     Log& log, Heartbeat& heart,
+                     std::function<void(const std::string& cell)> tellAll)
+    : form_(form),
       outbox_(outbox),
       metrics_(metrics),
       log_(log),
       heart_(heart),
-      hooks_(std::move(hooks)),
+      tellAll_(std::move(tellAll)),
       bell_(std::make_shared<Bell>()),
-      settings_(settings),
+      settings_(std::move(settings)),
       backoff_(live::Retry{}),
       underway_(MessageNumbers) {
   outbox_.OnNews([bell = bell_] { bell->Ring(); });
   thread_ = std::thread([this] { Run(); });
 }
 
-Publisher::~Publisher() { Stop({}); }
-
-void Publisher::Stop(const std::string& goodBye) {
-  if (!thread_.joinable()) return;
-  {
-    const std::lock_guard lock(mutex_);
-    goodBye_ = goodBye;
-  }
+Publisher::~Publisher() {
   ending_ = true;
   Wake();
   thread_.join();
 }
 
 void Publisher::Wake() { bell_->Ring(); }
-
-void Publisher::Keep(const std::string& topic, std::string payload) {
-  {
-    const std::lock_guard lock(mutex_);
-    if (payload.empty()) {
-      states_.erase(topic);
-    } else {
-      states_[topic] = payload;
-    }
-    kept_[topic] = std::move(payload);
-  }
-  Wake();
-}
 
 void Publisher::Change(const BrokerSettings& settings) {
   {
@@ -130,20 +110,21 @@ void Publisher::Run() {
 }
 
 void Publisher::Finish() {
-  const auto until = [this](Steady::time_point end, auto&& done) {
-    while (connected_ && !done() && Steady::now() < end) RunOnce(20ms);
+  const auto until = [this](Steady::time_point end) {
+    const auto quiet = [this] { return messages_ == 0 && liveRow_ == nullptr; };
+    while (connected_ && !quiet() && Steady::now() < end) RunOnce(20ms);
   };
-  const auto quiet = [this] { return messages_ == 0 && liveRow_ == nullptr; };
-  until(Steady::now() + LastRows, quiet);
+  until(Steady::now() + LastRows);
   if (!connected_) return;
-  Keep(topics_.GatewayState(), goodBye_);
-  RunOnce(0ms);
-  until(Steady::now() + LastState, quiet);
-  if (broker_ != nullptr) {
-    broker_->Disconnect();
-    broker_->Turn(false, true);
-  }
+  form_.GoodBye(*this);
+  until(Steady::now() + LastState);
+  if (broker_ != nullptr) SayGoodBye();
   metrics_.BrokerUp(false);
+}
+
+void Publisher::SayGoodBye() {
+  broker_->Disconnect(form_.LeavesWithWill());
+  broker_->Turn(false, true);
 }
 
 void Publisher::RunOnce(std::chrono::milliseconds longest) {
@@ -170,7 +151,7 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
   if (broker_ != nullptr && !connected_ && Steady::now() > answerBy_) {
     Lost("the broker does not answer");
   }
-  if (connected_) Publish();
+  if (connected_) PublishAll();
 }
 
 void Publisher::BeginAttempt() {
@@ -182,9 +163,12 @@ void Publisher::BeginAttempt() {
   }
   try {
     attempt->broker = std::make_shared<Broker>(
-        settings, Message{topics_.GatewayState(), hooks_.death, true},
-        Broker::Events{[this] { arrived_ = true; },
-                       [this](int message, int code) { OnAcknowledged(message, code); }});
+        settings, form_.LastWill(),
+        Broker::Events{
+            .connected = [this] { arrived_ = true; },
+            .subscribed = [this](int number) { OnSubscribed(number); },
+            .received = [this](const Message& message) { form_.Received(*this, message); },
+            .acknowledged = [this](int message, int code) { OnAcknowledged(message, code); }});
   } catch (const std::runtime_error& error) {
     return Lost(error.what());
   }
@@ -200,6 +184,7 @@ void Publisher::EndAttempt() {
   const auto attempt = std::exchange(attempt_, nullptr);
   if (!attempt->reason.empty()) return Lost(attempt->reason);
   broker_ = attempt->broker;
+  form_.Connecting();
   answerBy_ = Steady::now() + AnswerWithin;
 }
 
@@ -209,24 +194,34 @@ void Publisher::OnConnected() {
   lastLoss_.clear();
   metrics_.BrokerUp(true);
   log_.Write(Level::Info, "broker", "", {{"state", "up"}});
-  {
-    const std::lock_guard lock(mutex_);
-    states_[topics_.GatewayState()] = hooks_.birth();
-    for (const auto& [topic, payload] : states_) kept_[topic] = payload;
-  }
+  form_.Connected(*this);
+}
+
+void Publisher::Ready() {
+  ready_ = true;
   outbox_.Connected();
-  hooks_.tellAll({});
+}
+
+void Publisher::Release(const std::string& cell) { outbox_.Release(cell); }
+
+void Publisher::Leave(const std::string& reason) {
+  form_.GoodBye(*this);
+  SayGoodBye();
+  loss_ = reason;
 }
 
 void Publisher::Lost(std::string reason) {
   broker_.reset();
-  connected_ = arrived_ = false;
+  connected_ = arrived_ = ready_ = false;
+  form_.Disconnected();
   metrics_.BrokerUp(false);
   if (reason != lastLoss_) {
     log_.Write(Level::Warning, "broker", "", {{"state", "lost"}, {"reason", reason}});
     lastLoss_ = std::move(reason);
   }
   std::ranges::fill(underway_, nullptr);
+  unproven_.clear();
+  proof_ = 0;
   messages_ = lateMessages_ = 0;
   liveRow_.reset();
   lateRow_.reset();
@@ -253,25 +248,73 @@ void Publisher::Turn(std::chrono::milliseconds longest) {
   }
 }
 
-void Publisher::Publish() {
+void Publisher::PublishAll() {
   broker_->Gather(true);
-  PublishKept();
-  PublishRows(liveRow_, false);
-  if (!ending_) PublishRows(lateRow_, true);
+  form_.Turn(*this);
+  if (ready_ && loss_.empty()) PublishRows(liveRow_, false);
+  if (loss_.empty()) form_.AfterRows(*this);
+  if (ready_ && loss_.empty() && !ending_) PublishRows(lateRow_, true);
+  Prove();
   broker_->Gather(false);
-  for (const std::string& cell : outbox_.TakeOwed()) hooks_.tellAll(cell);
+  for (const std::string& cell : outbox_.TakeOwed()) tellAll_(cell);
 }
 
-void Publisher::PublishKept() {
-  std::map<std::string, std::string> kept;
-  {
-    const std::lock_guard lock(mutex_);
-    kept.swap(kept_);
+// Of the form. If the connection is gone, the next one begins anew.
+void Publisher::Publish(const Message& message) {
+  if (broker_ != nullptr && loss_.empty()) Send(message, std::make_shared<Underway>());
+}
+
+int Publisher::Subscribe(const std::string& topic) {
+  const int number = broker_->Subscribe(topic);
+  if (number == 0) loss_ = broker_->Reason();
+  return number;
+}
+
+void Publisher::OnSubscribed(int number) {
+  if (number != proof_) return form_.Subscribed(*this, number);
+  proof_ = 0;
+  for (; asked_ != 0; --asked_) {
+    const auto row = std::move(unproven_.front());
+    unproven_.pop_front();
+    --messages_;
+    --row->waiting;
+    if (row->IsLate()) --lateMessages_;
+    Settle(*row);
   }
-  const auto state = std::make_shared<Underway>();
-  for (auto& [topic, payload] : kept) {
-    if (!Send({topic, std::move(payload), true}, state)) return;  // the next connection begins anew
+}
+
+// Asks the broker something that it answers once it has all messages before.
+void Publisher::Prove() {
+  if (proof_ != 0 || unproven_.empty() || !loss_.empty()) return;
+  proof_ = broker_->Unsubscribe(form_.ProofTopic());
+  asked_ = unproven_.size();
+  if (proof_ == 0) loss_ = broker_->Reason();
+}
+
+// The next row that has something to publish; false if there is none.
+bool Publisher::BeginRow(std::shared_ptr<Underway>& row, bool late) {
+  while (loss_.empty()) {
+    ParcelPtr parcel = late ? outbox_.NextLate() : outbox_.NextLive(Steady::now());
+    if (parcel == nullptr) return false;
+    Opened opened = form_.Open(*this, parcel->Row(), parcel->IsLate());
+    switch (opened.fate) {
+      case Opened::Fate::Publish:
+        row = std::make_shared<Underway>(Underway{
+            .parcel = std::move(parcel), .messages = std::move(opened.messages), .isWhole = false});
+        return true;
+      case Opened::Fate::Wait:
+        outbox_.PutBack(parcel);
+        break;
+      case Opened::Fate::Drop:
+        metrics_.Dropped("refused", 1);
+        outbox_.Acknowledge(parcel);
+        break;
+      case Opened::Fate::Skip:
+        outbox_.Acknowledge(parcel);
+        break;
+    }
   }
+  return false;
 }
 
 void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
@@ -280,12 +323,7 @@ void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
            (!late || lateMessages_ < std::min(LateWindow, broker_->Window() / 2 + 1));
   };
   while (mayGo()) {
-    if (row == nullptr) {
-      ParcelPtr parcel = late ? outbox_.NextLate() : outbox_.NextLive(Steady::now());
-      if (parcel == nullptr) return;
-      row = std::make_shared<Underway>(Underway{.parcel = std::move(parcel), .isWhole = false});
-      row->messages.emplace(topics_, row->parcel->Row(), row->parcel->IsLate());
-    }
+    if (row == nullptr && !BeginRow(row, late)) return;
     if (!row->messages->Next(row->next)) {
       row->isWhole = true;
       Settle(*row);
@@ -315,7 +353,11 @@ bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& ro
   ++row->waiting;
   ++messages_;
   if (row->IsLate()) ++lateMessages_;
-  underway_[static_cast<std::size_t>(number)] = row;
+  if (message.qos == 0) {
+    unproven_.push_back(row);
+  } else {
+    underway_[static_cast<std::size_t>(number)] = row;
+  }
   return true;
 }
 
@@ -339,8 +381,11 @@ void Publisher::OnAcknowledged(int message, int code) {
 
 void Publisher::Settle(Underway& row) {
   if (!row.isWhole || row.waiting != 0 || row.parcel == nullptr) return;
-  if (row.refused) metrics_.Dropped("refused", 1);
-  metrics_.Published(row.IsLate(), row.sent);
+  if (row.refused) {
+    metrics_.Dropped("refused", 1);
+  } else {
+    metrics_.Published(row.IsLate(), row.sent);
+  }
   outbox_.Acknowledge(row.parcel);
 }
 

@@ -1,12 +1,12 @@
-// The thread that keeps a connection to the broker and publishes: the states of the gateway and its
-// cells, live rows, and beside them rows from the buffer.
+// The thread that keeps a connection to the broker and publishes: what its form has to say, live
+// rows, and beside them rows from the buffer.
 #pragma once
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -15,43 +15,31 @@
 
 #include "live/Backoff.h"
 #include "tools/gateway/Broker.h"
+#include "tools/gateway/Form.h"
 #include "tools/gateway/Health.h"
 #include "tools/gateway/Log.h"
-#include "tools/gateway/Messages.h"
 #include "tools/gateway/Metrics.h"
 #include "tools/gateway/Outbox.h"
 
 namespace orif::gateway {
 
-class Publisher {
+class Publisher final : private Wire {
  public:
-  struct Hooks {
-    /// The payload of the gateway's state.
-    std::function<std::string()> birth;
-    std::string death;  ///< the last will
-    /// Has a cell, or all of them if it is empty, tell all values with the next refresh.
-    std::function<void(const std::string& cell)> tellAll;
-  };
-
-  /// All references live as long as the Publisher.
-  Publisher(const BrokerSettings& settings, const Topics& topics, Outbox& outbox, Metrics& metrics,
-            Log& log, Heartbeat& heart, Hooks hooks);
+  /// All references live as long as the Publisher. `tellAll` has a cell tell everything with its
+  /// next refresh.
+  Publisher(BrokerSettings settings, Form& form, Outbox& outbox, Metrics& metrics, Log& log,
+            Heartbeat& heart, std::function<void(const std::string& cell)> tellAll);
   Publisher(const Publisher&) = delete;
   Publisher& operator=(const Publisher&) = delete;
 
-  /// Publishes what is left, for some seconds at most, says `goodBye` as the gateway's state, and
-  /// ends.
-  void Stop(const std::string& goodBye);
-  ~Publisher();
+  /// Publishes what is under way, for some seconds at most, says good-bye, and ends.
+  ~Publisher() override;
 
   // Any thread.
 
-  /// A state that the broker is to keep; an empty one removes it. Only the last one counts while
-  /// there is no connection.
-  void Keep(const std::string& topic, std::string payload);
   /// Connects anew with these settings.
   void Change(const BrokerSettings& settings);
-  /// Has the loop look at what is new.
+  /// Has the form look at what is new.
   void Wake();
 
  private:
@@ -60,45 +48,56 @@ class Publisher {
   struct Bell;
   struct Underway;
 
+  // What the form asks for.
+  void Publish(const Message& message) override;
+  int Subscribe(const std::string& topic) override;
+  void Ready() override;
+  void Release(const std::string& cell) override;
+  void Leave(const std::string& reason) override;
+
   void Run();
   void RunOnce(std::chrono::milliseconds longest);
   void BeginAttempt();
   void EndAttempt();
   void OnConnected();
   void OnAcknowledged(int message, int code);
+  void OnSubscribed(int number);
   void Settle(Underway& row);
   void Lost(std::string reason);
   void Turn(std::chrono::milliseconds longest);
-  void Publish();
-  void PublishKept();
+  void PublishAll();
   void PublishRows(std::shared_ptr<Underway>& row, bool late);
+  bool BeginRow(std::shared_ptr<Underway>& row, bool late);
   bool Send(const Message& message, const std::shared_ptr<Underway>& row);
+  void Prove();
+  void SayGoodBye();
   void Finish();
 
-  const Topics& topics_;
+  Form& form_;
   Outbox& outbox_;
   Metrics& metrics_;
   Log& log_;
   Heartbeat& heart_;
-  Hooks hooks_;
+  const std::function<void(const std::string& cell)> tellAll_;
 
   std::shared_ptr<Bell> bell_;
-  std::mutex mutex_;  // for what follows up to goodBye_
+  std::mutex mutex_;  // for the next two
   BrokerSettings settings_;
   bool changed_ = false;
-  std::map<std::string, std::string> kept_;  // to publish, by topic
-  std::map<std::string, std::string> states_;
-  std::string goodBye_;
 
   // Of the thread.
   std::shared_ptr<Attempt> attempt_;
   std::shared_ptr<Broker> broker_;
   bool arrived_ = false;  // the broker has just accepted the connection
   bool connected_ = false;
+  bool ready_ = false;  // rows may go
   Steady::time_point retryAt_;
   Steady::time_point answerBy_;  // of the broker, to a connection
   live::Backoff backoff_;
   std::vector<std::shared_ptr<Underway>> underway_;  // by number of the message
+  std::deque<std::shared_ptr<Underway>> unproven_;   // messages that have no acknowledgement
+  int proof_ = 0;                                    // number of the question under way
+  std::size_t asked_ = 0;                            // about how many of unproven_
   int messages_ = 0;                                 // under way
   int lateMessages_ = 0;
   std::shared_ptr<Underway> liveRow_;  // whose messages are being published

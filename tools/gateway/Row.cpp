@@ -85,9 +85,9 @@ void AddValue(std::string& values, const live::Tag& tag, std::string_view time) 
   }
   values.append(tag.name).append("\t\"value\":");
   std::visit(AppendValue{values}, static_cast<const live::Value&>(tag.value));
-  values.append(",\"unit\":\"").append(tag.unit);
-  values.append("\",\"quality\":\"").append(live::ToText(tag.quality));
-  values.append("\",\"time\":\"").append(good ? std::string_view(lastText) : time).append("\"");
+  values.append(R"(,"unit":")").append(tag.unit);
+  values.append(R"(","quality":")").append(live::ToText(tag.quality));
+  values.append(R"(","time":")").append(good ? std::string_view(lastText) : time).append("\"");
   if (tag.reason != nullptr) {
     values += ",\"reason\":";
     AppendText(values, tag.reason->ToText());
