@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 
+#include "tests/gateway/TagOf.h"
 #include "tools/gateway/sparkplug/payload.pb.h"
 
 namespace orif::gateway {
@@ -17,16 +18,6 @@ using namespace std::chrono_literals;
 using sparkplug::Payload;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-live::Tag TagOf(std::string name, live::Value value, std::string unit = {}) {
-  live::Tag tag;
-  tag.name = std::move(name);
-  tag.value = std::move(value);
-  tag.unit = std::move(unit);
-  tag.quality = live::Quality::Good;
-  tag.time = live::Time(1700000000123ms);
-  return tag;
-}
 
 class Sparkplug : public testing::Test, protected Wire {
  protected:
