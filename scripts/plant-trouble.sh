@@ -12,6 +12,7 @@ cmake --build build/run --target orif_tool orif_gateway OrvexCommLibSimulator
 hanging=$PWD/build/run/libhanging_component.so
 cc -shared -fPIC -Wall -Wextra -Werror -I. tests/gateway/hanging_component.c -ldl -o "$hanging"
 
+/usr/bin/python3 tests/gateway/subscriber_test.py # who checks is checked first
 unset ORVEX_COMMLIB
 PATH=$PWD/build/run/tools/orif:$PWD/build/run/tools/gateway:$PATH XDG_CONFIG_HOME=$PWD/build/run/no-settings TZ=UTC \
   FAKETIME_LIBRARY=$(dpkg -L libfaketime | grep 'libfaketimeMT') HANGING_COMPONENT=$hanging \

@@ -173,6 +173,12 @@ class Plant:
                 ["orif-gateway", "cells.json"], stderr=log, env=self.environment
             )
 
+    def reload(self, text=None):
+        told = self.log().count("event=reload")
+        self.write_config(text)
+        self.gateway.send_signal(signal.SIGHUP)
+        until("the file was read again", lambda: self.log().count("event=reload") > told)
+
     def kill_gateway(self):
         self.gateway.kill()
         self.gateway.wait()
