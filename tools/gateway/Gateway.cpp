@@ -68,9 +68,9 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     server_.emplace(metrics.address, metrics.port, metrics_, health);
   }
   form_ = MakeForm(configuration, AsPlant());
+  Add(configuration.cells);  // before the publisher asks what there is
   publisher_.emplace(configuration.broker, *form_, outbox_, metrics_, log,
                      health.Watch("publisher"), [this](const std::string& cell) { TellAll(cell); });
-  Add(configuration.cells);
 }
 
 Gateway::~Gateway() {
@@ -178,7 +178,8 @@ Plant Gateway::AsPlant() {
               const auto found = cells_.find(name);
               if (found != cells_.end()) cell = found->second;
             }
-            return cell == nullptr ? std::nullopt : cell->Picture();
+            if (cell == nullptr) return {};
+            return cell->Picture();
           },
           .tellAll = [this](const std::string& name) { TellAll(name); }};
 }
