@@ -8,6 +8,7 @@
 . "$(dirname "$0")/helpers/common.sh"
 
 scripts/install-deps.sh build tool gateway plant trouble
+export PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$PWD/examples/plant # who checks is there, and is checked first
 /usr/bin/python3 tests/gateway/subscriber_test.py
 /usr/bin/python3 tests/gateway/sparkplug_host_test.py
 scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON -DORIF_BUILD_GATEWAY=ON >/dev/null
@@ -15,7 +16,6 @@ cmake --build build/run --target orif_tool orif_gateway OrvexCommLibSimulator
 hanging=$PWD/build/run/libhanging_component.so
 cc -shared -fPIC -Wall -Wextra -Werror -I. tests/gateway/hanging_component.c -ldl -o "$hanging"
 
-/usr/bin/python3 tests/gateway/subscriber_test.py # who checks is checked first
 unset ORVEX_COMMLIB
 PATH=$PWD/build/run/tools/orif:$PWD/build/run/tools/gateway:$PATH XDG_CONFIG_HOME=$PWD/build/run/no-settings TZ=UTC \
   FAKETIME_LIBRARY=$(dpkg -L libfaketime | grep 'libfaketimeMT') HANGING_COMPONENT=$hanging \
