@@ -4,7 +4,7 @@
 //     plant_subscriber PORT SECONDS TOPIC...
 //
 // The time in a message is when its values were read. Counted are live messages with a good value
-// or a row of values.
+// or a row of values, in JSON or as data of Sparkplug.
 #include <mosquitto.h>
 
 #include <algorithm>
@@ -15,6 +15,8 @@
 #include <iostream>
 #include <string_view>
 #include <vector>
+
+#include "tools/gateway/sparkplug/payload.pb.h"
 
 namespace {
 
@@ -39,17 +41,30 @@ double TimeIn(std::string_view payload) {
   return static_cast<double>(timegm(&date)) + std::strtod(rest, nullptr);
 }
 
+// The same of a live message; 0 if it is none.
+double JsonTime(std::string_view topic, std::string_view payload) {
+  if (topic.ends_with("/state") || payload.find(R"("late":true)") != std::string_view::npos)
+    return 0;
+  const bool good = payload.find(R"("quality":"good")") != std::string_view::npos;
+  return good || topic.ends_with("/row") ? TimeIn(payload) : 0;
+}
+
+double SparkplugTime(std::string_view topic, std::string_view payload) {
+  orif::sparkplug::Payload data;
+  const bool live = topic.find("/DDATA/") != std::string_view::npos &&
+                    data.ParseFromArray(payload.data(), static_cast<int>(payload.size())) &&
+                    !data.metrics().empty() && !data.metrics(0).is_historical();
+  return live ? static_cast<double>(data.metrics(0).timestamp()) / 1000 : 0;
+}
+
 void Receive(mosquitto* /*client*/, void* context, const mosquitto_message* message) {
   const double now = Now();
   const std::string_view payload(static_cast<const char*>(message->payload),
                                  static_cast<std::size_t>(message->payloadlen));
   const std::string_view topic(message->topic);
-  if (message->retain || topic.ends_with("/state")) return;
-  if (payload.find(R"("late":true)") != std::string_view::npos) return;
-  if (!topic.ends_with("/row") && payload.find(R"("quality":"good")") == std::string_view::npos) {
-    return;
-  }
-  const double then = TimeIn(payload);
+  if (message->retain) return;
+  const double then =
+      topic.starts_with("spBv1.0/") ? SparkplugTime(topic, payload) : JsonTime(topic, payload);
   if (then == 0) return;
   auto& received = *static_cast<Received*>(context);
   received.milliseconds.push_back((now - then) * 1000);

@@ -73,6 +73,7 @@ step_trouble() { # half a minute of troubles leaves true recordings
 step_plant() { # the gateway runs beside real processes, and a minute of troubles leaves nothing untrue
   scripts/plant.sh
   scripts/plant-trouble.sh 60
+  scripts/plant-trouble.sh --form sparkplug 30
   scripts/plant-scale.sh 20 5
 }
 

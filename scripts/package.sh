@@ -1,19 +1,19 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds the Debian package into build/package/, and tries it and a plain installation. Each is
+# Sets up what is missing, builds the Debian packages into build/package/, and tries them and a plain installation. Each is
 # put into an empty prefix, and the programs of the pages are built against it from outside the tree, by CMake and by
 # pkg-config: they have to print what the pages say. An installation to /usr/local has to be found by the run-time
 # linker, and a project that contains this one keeps its own packaging. The Python package follows.
 . "$(dirname "$0")/helpers/common.sh"
 root=$PWD
 
-scripts/install-deps.sh build tool package
-scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON >/dev/null
+scripts/install-deps.sh build tool gateway package
+scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON -DORIF_BUILD_GATEWAY=ON >/dev/null
 cmake --build build/run
 rm -rf build/package build/installed
 cpack --config build/run/CPackConfig.cmake -B build/package
 mkdir -p build/installed
 cmake --install build/run --prefix build/installed/plain >/dev/null
-dpkg-deb -x build/package/orif_*.deb build/installed/unpacked
+for package in build/package/*.deb; do dpkg-deb -x "$package" build/installed/unpacked; done
 
 outside=$(mktemp -d)
 trap 'rm -rf "$outside"' EXIT
@@ -122,9 +122,12 @@ for prefix in "$root/build/installed/plain" "$root/build/installed/unpacked/usr"
   # shellcheck disable=SC2046
   g++ -std=c++20 "$outside/served.cpp" -o "$outside/served" $(pkg-config --cflags --libs orif-served orif)
   "$prefix/bin/orif" read --simulate 'R[1]' >/dev/null
+  "$prefix/bin/orif-gateway" --version | grep -qF "$(sed -n 's/^project(orif VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)" ||
+    fail "the gateway tells another version"
   scenarios=$prefix/share/doc/orif/examples/scenarios
   "$prefix/bin/orif" check "$scenarios/handling_cell.json" >/dev/null
-  for file in share/{man/man1/orif.1,bash-completion/completions/orif,zsh/site-functions/_orif,doc/orif/docs/items.md} \
+  for file in share/{man/man1/orif.1,bash-completion/completions/orif,zsh/site-functions/_orif,doc/orif/docs/items.md,doc/orif-gateway/examples/cells.json} \
+    lib/systemd/system/orif-gateway.service \
     "share/doc/orif/examples/scenarios/$(sed -n 's/.*"[$]schema": "\(.*\)".*/\1/p' "$scenarios/handling_cell.json")"; do
     [ -s "$prefix/$file" ] || fail "$prefix lacks $file"
   done

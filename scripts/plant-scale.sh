@@ -4,13 +4,19 @@
 #
 #     scripts/plant-scale.sh [CELLS] [SECONDS] [FORM] [limits]
 #
-# 200 cells for 20 seconds, form "tags" by itself, or "rows". Prints how much of a processor gateway and broker take, the
-# gateway's memory, what it sends, and how long values take from the refresh to a subscriber of ten cells. With
-# "limits" it fails beyond 0.35 of a processor, 150 MB or 15 ms for 99 % of the messages.
+# 200 cells for 20 seconds, form "tags" by itself, or "rows" or "sparkplug". Prints how much of a processor gateway and
+# broker take, the gateway's memory, what it sends, and how long values take from the refresh to a subscriber of ten
+# cells. With "limits" it fails beyond 0.35 of a processor, 150 MB or 15 ms for 99 % of the messages.
 . "$(dirname "$0")/helpers/common.sh"
 cells=${1:-200}
 seconds=${2:-20}
 form=${3:-tags}
+group=''
+below=orif/hall1
+if [ "$form" = sparkplug ]; then
+  group=', "group": "plant"'
+  below=spBv1.0/plant/+/hall1
+fi
 
 scripts/install-deps.sh build tool bench gateway plant >&2
 mkdir -p build
@@ -32,7 +38,7 @@ metrics_port=$(free_port)
 {
   "gateway": "hall1",
   "broker": {"host": "127.0.0.1", "port": $broker_port},
-  "topics": {"form": "$form"},
+  "topics": {"form": "$form"$group},
   "buffer": {"file": "buffer.db", "limit": "1GB"},
   "metrics": {"address": "127.0.0.1", "port": $metrics_port},
   "defaults": {"period": "1s", "full": "5min", "tags": ["R[1-100]", "PR[1-2]", "DO[1-32]"]},
@@ -61,7 +67,7 @@ now() { date +%s.%N; }
 snapshot() { echo "$(now) $(used "$gateway") $(used "$broker") $(received)"; }
 
 topics=()
-for ((i = 1; i <= 10; i++)); do topics+=("orif/hall1/cell$((1 + (i - 1) * cells / 10))/#"); done
+for ((i = 1; i <= 10; i++)); do topics+=("$below/cell$((1 + (i - 1) * cells / 10))/#"); done
 metrics >"$plant/before"
 before=$(snapshot)
 latency=$(build/run/bench/plant_subscriber "$broker_port" "$seconds" "${topics[@]}")

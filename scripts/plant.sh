@@ -71,7 +71,7 @@ JSON
 echo "A broker at 127.0.0.1:$broker_port, 16 cells served to the gateway, 4 simulated in it:"
 start cells build/run/tools/orif/orif simulate "$plant/hall.json" --serve "127.0.0.1:$cells_port"
 until_true 'the cells are served' answers "$cells_port"
-/usr/bin/python3 -u tests/gateway/subscriber.py --port "$broker_port" --seconds $((seconds + 2)) --every 2 \
+/usr/bin/python3 -Bu examples/plant/subscriber.py --port "$broker_port" --seconds $((seconds + 2)) --every 2 \
   --show 'press1=R[1],R[2],DO[1],POS[0].X' --show 'press4=ALM[1].message' &
 subscriber=$!
 started+=("$subscriber")

@@ -23,7 +23,7 @@ enter() {
     mount --bind "$project" "$root$project"
     mount --rbind /proc "$root/proc"
     mount --rbind /dev "$root/dev"
-    mount --bind /tmp "$root/tmp"
+    mount --rbind /tmp "$root/tmp"
     export PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin
     exec chroot "$root" sh -euc "cd \"\$1\"; shift; exec \"\$@\"" sh "$@"' sh "$root" "$PWD" "$directory" "$@"
 }

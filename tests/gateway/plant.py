@@ -140,10 +140,13 @@ class Plant:
 
     def begin(self):
         self.start_broker()
-        self.subscriber = Subscriber(self.port, name="checker")
+        self.subscriber = self.subscribe()
         self.start_gateway()
         self.all_up()
         return self
+
+    def subscribe(self):
+        return Subscriber(self.port, name="checker")
 
     def start_broker(self):
         with open("broker.log", "a", encoding="utf-8") as log:
@@ -172,6 +175,12 @@ class Plant:
             self.gateway = subprocess.Popen(
                 ["orif-gateway", "cells.json"], stderr=log, env=self.environment
             )
+
+    def reload(self, text=None):
+        told = self.log().count("event=reload")
+        self.write_config(text)
+        self.gateway.send_signal(signal.SIGHUP)
+        until("the file was read again", lambda: self.log().count("event=reload") > told)
 
     def kill_gateway(self):
         self.gateway.kill()
@@ -250,26 +259,50 @@ class Plant:
             lambda: all(self.states(c)[-1] == "up" and self.are_up(1, [c]) for c in self.cells()),
         )
         told = self.metrics()
+        dropped = told["orif_dropped_rows_total"]
+        need(dropped == self.dropped, f"{dropped:g} rows dropped, not {self.dropped:g}")
         self.before_end()
         self.end()
         need(self.stored() == 0, f"{self.stored()} rows are left in the buffer")
         need(self.subscriber.quiet(), "messages keep coming after the end")
+        self.seen = self.read()
+        for server in self.servers:
+            for cell in server.cells:
+                self.compare(cell, self.seen.rows[f"cell{cell}"], server)
+        self.count(told)
+        for line in self.log().splitlines():
+            need(LOG.fullmatch(line), f"in the log: {line!r}")
+        return sum(len(rows) for rows in self.seen.rows.values())
+
+    def read(self):
+        """What was Seen, once it is checked by itself."""
         kept = retained(self.port)
         messages = self.subscriber.close()
         seen = check(messages, kept=kept, dropped=self.dropped, clock_set=len(set(self.clocks)) > 1)
-        self.seen = seen = seen["hall1"]
+        seen = seen["hall1"]
         need(seen.gateway[-1][1]["state"] == "offline", f"the end is told as {seen.gateway[-1]}")
-        for server in self.servers:
-            for cell in server.cells:
-                self.compare(cell, seen.rows[f"cell{cell}"], server)
         for cell in self.cells():
-            last, counted = max(seen.rows[cell]), told[("orif_cell_rows_total", cell)]
-            need(last % SESSION >= counted, f"{cell}: row {last} is the last of {counted:g}")
             end = seen.cells[cell][-1][1]["state"]
             need(end == "closed", f"{cell}: is {end} in the end")
-        for line in self.log().splitlines():
-            need(LOG.fullmatch(line), f"in the log: {line!r}")
-        return sum(len(rows) for rows in seen.rows.values())
+        return seen
+
+    def session(self):
+        return self.in_file("SELECT session FROM gateway")
+
+    def count(self, told):
+        for cell in self.cells():
+            last, counted = self.last_row(cell), told[("orif_cell_rows_total", cell)]
+            need(last >= counted, f"{cell}: row {last} is the last of {counted:g}")
+
+    def last_row(self, cell, session=None):
+        """The number of the last row of a session; without one, of the last session."""
+        rows = self.seen.rows[cell]
+        session = session or max(rows) // SESSION
+        return max((n % SESSION for n in rows if n // SESSION == session), default=0)
+
+    def times_stale(self, cell):
+        readings = [row["R[1]"] for row in self.seen.rows[cell].values() if "R[1]" in row]
+        return sum(reading["quality"] == "stale" for reading in readings)
 
     def end(self):
         self.gateway.terminate()

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "simulator/Network.h"
+#include "tests/gateway/TagOf.h"
 #include "tools/gateway/JsonForm.h"
 #include "tools/gateway/Row.h"
 #include "tools/gateway/Sampler.h"
@@ -67,15 +68,6 @@ TEST_F(Sampled, TellsWhatChangedWithinBandsAndPace) {
   EXPECT_THAT(After(1min), ElementsAre("R[1]", "R[2]", "R[3]", "full"));
   robot_.FaultInjection().CutLink();  // whatever the band and the pace
   EXPECT_THAT(After(1s), ElementsAre("R[1]", "R[2]", "R[3]"));
-}
-
-live::Tag TagOf(std::string name, live::Value value) {
-  live::Tag tag;
-  tag.name = std::move(name);
-  tag.value = std::move(value);
-  tag.quality = live::Quality::Good;
-  tag.time = live::Time(1700000000123ms);
-  return tag;
 }
 
 // A form says much to the wire; these tests are about rows.

@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 
+#include "tests/gateway/TagOf.h"
 #include "tools/gateway/sparkplug/payload.pb.h"
 
 namespace orif::gateway {
@@ -17,16 +18,6 @@ using namespace std::chrono_literals;
 using sparkplug::Payload;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-live::Tag TagOf(std::string name, live::Value value, std::string unit = {}) {
-  live::Tag tag;
-  tag.name = std::move(name);
-  tag.value = std::move(value);
-  tag.unit = std::move(unit);
-  tag.quality = live::Quality::Good;
-  tag.time = live::Time(1700000000123ms);
-  return tag;
-}
 
 class Sparkplug : public testing::Test, protected Wire {
  protected:
@@ -147,15 +138,21 @@ TEST_F(Sparkplug, IsBornAndCounts) {
   EXPECT_EQ(Read(will_).metrics(0).long_value(), 1);
   Connect();
   EXPECT_EQ(Read(said_[0]).metrics(0).long_value(), 2);
+  for (int next = 3; next <= 256; ++next) Connect();
+  EXPECT_EQ(Read(will_).metrics(0).long_value(), 0);
 }
 
 TEST_F(Sparkplug, DevicesDieAndComeBackAndTheirRowsWait) {
   Connect();
   EXPECT_THAT(Said(), ElementsAre("NBIRTH"));
   EXPECT_EQ(Tell(3, 1, true), Opened::Fate::Wait);  // of the buffer
+  const auto tags = std::exchange(tags_, {});       // the cell has not begun
+  EXPECT_EQ(Tell(3, 1, true), Opened::Fate::Wait);
+  tags_ = tags;
   form_->Tell({.cell = "press", .state = "up"});
-  EXPECT_EQ(Tell(10, 7), Opened::Fate::Skip);  // its birth tells the same
-  EXPECT_THAT(Said(), ElementsAre("DBIRTH"));
+  EXPECT_EQ(Tell(10, 7), Opened::Fate::Publish);
+  EXPECT_TRUE(Read(said_.back()).metrics(0).is_historical());  // the birth may be ahead of it
+  EXPECT_EQ(Said(), (std::vector<std::string>{"DBIRTH", "DDATA/"}));
   EXPECT_EQ(released_, "press");
   Tell(3, 1, true);
   Tell(9, 6);  // came before the birth, late to the queue
@@ -199,6 +196,7 @@ TEST_F(Sparkplug, WaitsForItsPrimaryHost) {
   Connect();
   Ask(state, R"({"online":false,"timestamp":50})");
   Ask(state, "no JSON");
+  Ask(state, R"({"online":true,"timestamp":49})");  // older than the state before
   EXPECT_EQ(ready_, 0);
   Ask(state, R"({"online":true,"timestamp":100})");
   EXPECT_EQ(ready_, 1);

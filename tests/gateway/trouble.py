@@ -1,13 +1,16 @@
 """Troubles a plant: what goes wrong in a factory, made to happen one after the other.
 
-    trouble.py SECONDS [SEED [TROUBLE...]]
+    trouble.py [--form tags|rows|sparkplug] [SECONDS [SEED [TROUBLE...]]]
 
-makes all the troubles below, and again in another order until the time is over. After each, what
+makes all the troubles below, and again in another order until the time is over. Without a form it
+is that of tags or rows; with sparkplug and less than 60 s, only some are made. After each, what
 was published, what the buffer's file holds, and what /metrics and the retained states show have to
 agree with what the cells had.
 """
 
+import argparse
 import contextlib
+import itertools
 import json
 import os
 import random
@@ -21,13 +24,25 @@ import tempfile
 import time
 import urllib.request
 
+import paho.mqtt.publish
 from plant import CELLS, HOSTILE, Plant, until
-from subscriber import SESSION, Wrong, need
+from sparkplug_plant import SparkplugPlant
+from sparkplug_wire import command
+from subscriber import Wrong, need
+
+
+PROTOCOLS = itertools.cycle(["3.1.1", "5"])
+
+
+def made(form, *arguments, primary="", **named):
+    if form != "sparkplug":
+        return Plant(form, *arguments, **named)
+    return SparkplugPlant(form, *arguments, protocol=next(PROTOCOLS), primary=primary, **named)
 
 
 def broker_gone(chance, length, form):
     """The broker ends and comes back, with ten minutes' worth of rows; then it is frozen."""
-    plant = yield Plant(form, "50ms")
+    plant = yield made(form, "50ms")
     plant.stop_broker()
     length = max(length, 10)  # until it is found again some 6000 rows, as in ten minutes of 2 s
     time.sleep(length)
@@ -46,11 +61,11 @@ def broker_gone(chance, length, form):
 def gateway_killed(chance, length, form):
     """Killed while connecting, live, while the broker is away, and while the backlog is sent; and
     ended while the broker is away."""
-    plant = yield Plant(form)
+    plant = yield made(form)
     kept = {}  # by cell and session: rows that must have been stored or sent
 
     def kill(how=plant.kill_gateway):
-        session, found = plant.in_file("SELECT session FROM gateway"), plant.metrics()
+        session, found = plant.session(), plant.metrics()
         how()
         for cell in plant.cells():
             kept[cell, session] = found.get(("orif_cell_rows_total", cell), 0)
@@ -82,14 +97,13 @@ def gateway_killed(chance, length, form):
         plant.all_up()
     yield
     for (cell, session), rows in kept.items():
-        numbers = [n % SESSION for n in plant.seen.rows[cell] if n // SESSION == session]
-        last = max(numbers, default=0)
+        last = plant.last_row(cell, session)
         need(last >= rows - 1, f"{cell}: {rows:g} rows before a kill, {last} came")
 
 
 def disk_full(chance, length, form):
     """The buffer's file cannot grow for a while; then the buffer reaches its limit."""
-    plant = yield Plant(form, buffer="200KB")
+    plant = yield made(form, buffer="200KB")
     plant.stop_broker()
     time.sleep(1)
     size = max(os.path.getsize(name) for name in os.listdir(".") if name.startswith("buffer.db"))
@@ -105,13 +119,14 @@ def disk_full(chance, length, form):
     plant.sent()
     plant.dropped = plant.shown("orif_dropped_rows_total")
     yield
-    missing = plant.seen.missing
-    need(missing == plant.dropped, f"{missing} rows are missing, {plant.dropped:g} shown as dropped")
+    missing, dropped = plant.seen.missing, plant.dropped
+    least = dropped / 2 if plant.form == "sparkplug" else dropped  # its rows have no numbers
+    need(least <= missing <= dropped, f"{missing} rows are missing, {dropped:g} shown as dropped")
 
 
 def cells_lost(chance, length, form):
     """All cells are frozen, then killed and started again."""
-    plant = yield Plant(form)
+    plant = yield made(form)
     for how in (signal.SIGSTOP, signal.SIGKILL):
         for server in plant.servers:
             server.process.send_signal(how)
@@ -129,21 +144,21 @@ def cells_lost(chance, length, form):
         plant.all_up()
     yield
     for cell in plant.cells():
-        stale = [row["R[1]"] for row in plant.seen.rows[cell].values() if "R[1]" in row]
-        stale = [reading for reading in stale if reading["quality"] == "stale"]
-        need(len(stale) >= 2, f"{cell} was lost twice, and stale {len(stale)} times: {stale}")
+        stale = plant.times_stale(cell)
+        need(stale >= 2, f"{cell} was lost twice, and stale {stale} times")
 
 
 def component_hangs(chance, length, form):
-    """A component hangs in the bulk read of one cell, and once more at the end of the gateway."""
-    plant = Plant(form)
+    """A component hangs in the bulk read of one cell, which is taken away meanwhile and comes back;
+    and once more at the end of the gateway."""
+    plant = made(form)
     plant.config["cells"][0]["component"] = os.environ["HANGING_COMPONENT"]
     plant.environment["HANGING_COMPONENT_FILE"] = f"{os.getcwd()}/hang"
     plant = yield plant
     others = plant.cells()[1:]
     with open("hang", "w", encoding="utf-8"):
         before, begin = plant.metrics(), time.time()
-    until("cell1 is silent", lambda: plant.states("cell1")[-1] == "silent", 30)
+    until("cell1 is silent", lambda: plant.states("cell1")[-1] in ("silent", "dead"), 30)
     need(plant.shown("orif_cell_up", "cell1") == 0, "cell1 is silent, and shown as up")
     time.sleep(length / 2)
     after, passed = plant.metrics(), time.time() - begin
@@ -154,13 +169,21 @@ def component_hangs(chance, length, form):
     with urllib.request.urlopen(f"http://127.0.0.1:{plant.metrics_port}/healthz") as answer:
         told = json.load(answer)
     need((told["cells"], told["cells_up"]) == (CELLS, CELLS - 1), f"/healthz tells {told}")
+    hung = plant.config["cells"].pop(0)
+    plant.reload()
+    until("cell1 is gone", lambda: plant.states("cell1")[-1] in ("gone", "dead"))
     os.remove("hang")
+    time.sleep(0.5)
+    need(plant.are_up(1, others), "taking a hanging cell away has disturbed others")
+    plant.config["cells"].insert(0, hung)
+    plant.reload()
+    plant.all_up()
     plant.before_end = lambda: (open("hang", "w", encoding="utf-8").close(), time.sleep(1))
 
 
 def clock_set_back(chance, length, form):
     """The computer's clock is an hour behind all of a sudden, and right again later."""
-    plant = yield Plant(form, clock=True)
+    plant = yield made(form, clock=True)
     for seconds in (-3600, 0):
         plant.set_clock(seconds)
         before = plant.metrics()
@@ -177,7 +200,7 @@ def clock_set_back(chance, length, form):
 
 def hostile_texts(chance, length, form):
     """Texts that break quoting; a broken and a changed file, while a cell is lost."""
-    plant = yield Plant(form)
+    plant = yield made(form)
     for index, text in enumerate(HOSTILE, 1):
         host = plant.config["cells"][2]["host"]
         write = ["orif", "write", b"SR[%d]=" % index + text, "--yes", "--host", host]
@@ -187,16 +210,12 @@ def hostile_texts(chance, length, form):
     until("cells are lost", lambda: plant.are_up(0, plant.cells()[CELLS // 2 :]))
     before = plant.metrics()
     for broken in ("{", "\0\xff", '{"gateway": "\x1b[31m/+#", "cells": []}', "[" * 100_000):
-        seen = plant.log().count("event=reload")
-        plant.write_config(broken)
-        plant.gateway.send_signal(signal.SIGHUP)
-        until("the broken file is told", lambda: plant.log().count("event=reload") > seen)
+        plant.reload(broken)
     need(plant.are_up(1, untouched), "a broken file has changed cells")
     gone = plant.config["cells"].pop()["name"]
     plant.config["cells"][1] |= {"period": "200ms"}
-    plant.write_config()
-    plant.gateway.send_signal(signal.SIGHUP)
-    until("the cell that was taken away is gone", lambda: plant.states(gone)[-1] == "gone")
+    plant.reload()
+    until(f"{gone} is gone", lambda: plant.states(gone)[-1] in ("gone", "dead"))
     plant.servers[1].process.send_signal(signal.SIGCONT)
     plant.all_up()
     after = plant.metrics()
@@ -214,6 +233,106 @@ def hostile_texts(chance, length, form):
         need(wanted in had, f"SR[{index}] is {text!r}, published were {had}")
 
 
+def rebirth_asked(chance, length, form):
+    """A host asks for a rebirth live, many at once, in a backlog; and for what there is not."""
+    plant = yield made(form)
+    host = plant.subscriber
+
+    def births():
+        return len(plant.events("NBIRTH"))
+
+    for _ in range(3):
+        before, bdseq = births(), plant.node.bdseq
+        host.rebirth("hall1")
+        plant.born_again(before)
+        need(plant.node.bdseq == bdseq, f"a rebirth has bdSeq {plant.node.bdseq}, not {bdseq}")
+        time.sleep(chance.uniform(0, 0.3))
+    for _ in range(10):
+        host.rebirth("hall1")
+    plant.born_again(before)
+    time.sleep(1)
+    before = births()
+    nonsense = [b"", b"\xff" * 99, b"\x12\xff\xff\xff\xff\x0f", b"\x13" * 5000]
+    nonsense += [command(value=False), command("Node Control/Reboot"), command()[:-1], command("x")]
+    for payload in nonsense:
+        host.send("hall1", payload)
+    host.client.publish("spBv1.0/plant/DCMD/hall1/cell1", command("R[1]"))
+    host.rebirth("hall2")
+    time.sleep(1)
+    need(births() == before, "nonsense was taken for a rebirth")
+    plant.stop_broker()
+    time.sleep(length)
+    plant.start_broker()
+    until("the node is born again", lambda: births() > before)
+    for _ in range(3):
+        time.sleep(chance.uniform(0, 0.1))
+        host.rebirth("hall1")
+    plant.born_again(before + 1)
+    plant.sent()
+
+
+def primary_host_away(chance, length, form):
+    """The primary host goes and comes back, without and with the broker; others tell nonsense."""
+    plant = yield made(form, primary="scada")
+    host = plant.subscriber
+
+    def deaths():
+        return len(plant.events("NDEATH"))
+
+    def tell(host_id, payload):
+        topic = f"spBv1.0/STATE/{host_id}"
+        paho.mqtt.publish.single(topic, payload, 1, hostname="127.0.0.1", port=plant.port)
+
+    before, bdseq = deaths(), plant.node.bdseq
+    late = json.dumps({"online": False, "timestamp": host.stamp - 1})
+    offline = json.dumps({"online": False, "timestamp": host.stamp + 10**6})
+    for host_id, payload in [("scada", late), ("other", offline), ("scada", "{"), ("scada", "[]")]:
+        tell(host_id, payload)
+    time.sleep(1)
+    need(deaths() == before, "a state was obeyed that is none of the primary host's now")
+    host.leave()
+    until("rows are stored", lambda: plant.shown("orif_buffer_rows") > CELLS)
+    time.sleep(length / 3)
+    need(plant.stored() >= CELLS, "nothing is stored while the primary host is away")
+    births = len(plant.events("NBIRTH"))
+    host.come_back()
+    plant.born_again(births)
+    need(plant.node.bdseq == (bdseq + 1) % 256, f"bdSeq {plant.node.bdseq} after {bdseq}")
+    plant.sent()
+    births = len(plant.events("NBIRTH"))
+    plant.stop_broker()
+    time.sleep(length / 3)
+    plant.start_broker()
+    plant.born_again(births, 30)
+    yield
+    need(plant.node.historical, "nothing came as historical")
+    need(not plant.node.late_disorder, f"{plant.node.late_disorder} historical values out of order")
+
+
+def cells_change(chance, length, form):
+    """A cell is taken away, comes back, and has other tags, while the others go on."""
+    plant = yield made(form)
+    cells, others = plant.config["cells"], plant.cells()[2:]
+
+    def reload(what, condition):
+        plant.reload()
+        until(what, condition)
+        time.sleep(chance.uniform(0, length / 10))
+
+    gone = cells.pop(0)
+    reload("cell1 is gone", lambda: plant.states("cell1")[-1] == "dead")
+    cells.insert(0, gone)
+    reload("cell1 is back", lambda: plant.states("cell1")[-1] == "up")
+    cells[1]["tags"] = [*cells[1]["tags"], "R[3-10]"]
+    device = plant.node.devices["cell2"]
+    reload("cell2 has more tags", lambda: device.online and "R[10]" in device.history)
+    plant.all_up()
+    yield
+    for cell in others:
+        births = [e for e in plant.events("DBIRTH") if e.device == cell]
+        need(len(births) == 1, f"{cell} was born {len(births)} times for another's sake")
+
+
 TROUBLES = (
     broker_gone,
     gateway_killed,
@@ -223,6 +342,8 @@ TROUBLES = (
     clock_set_back,
     hostile_texts,
 )
+SPARKPLUG = (rebirth_asked, primary_host_away, cells_change)
+SPARKPLUG_SHORT = (gateway_killed, cells_lost, *SPARKPLUG)
 
 
 def make(trouble, chance, length, form):
@@ -248,21 +369,29 @@ def make(trouble, chance, length, form):
 
 
 def main():
-    seconds = float(sys.argv[1])
-    seed = int(sys.argv[2]) if len(sys.argv) > 2 else random.randrange(1000)
-    chosen = [each for each in TROUBLES if each.__name__ in sys.argv[3:]] or list(TROUBLES)
-    chance = random.Random(seed)
-    print(f"{seconds:g} s of trouble, seed {seed}", flush=True)
-    length = 600 if seconds >= 7200 else 5 if seconds < 300 else 30
-    end = time.time() + seconds
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
+    parser.add_argument("--form", choices=["tags", "rows", "sparkplug"])
+    parser.add_argument("seconds", type=float, nargs="?", default=60)
+    parser.add_argument("seed", type=int, nargs="?", default=random.randrange(1000))
+    parser.add_argument("troubles", nargs="*", metavar="TROUBLE")
+    given = parser.parse_args()
+    forms = [given.form] if given.form else ["tags", "rows"]
+    every = TROUBLES + SPARKPLUG if given.form == "sparkplug" else TROUBLES
+    short = SPARKPLUG_SHORT if given.form == "sparkplug" and given.seconds < 60 else every
+    chosen = [each for each in every if each.__name__ in given.troubles] or short
+    chance = random.Random(given.seed)
+    print(f"{given.seconds:g} s of trouble, seed {given.seed}", flush=True)
+    length = 600 if given.seconds >= 7200 else 5 if given.seconds < 300 else 30
+    end = time.time() + given.seconds
     while True:
-        for number, trouble in enumerate(chance.sample(chosen, len(chosen)), seed):
+        for number, trouble in enumerate(chance.sample(chosen, len(chosen)), given.seed):
             directory = tempfile.mkdtemp(prefix="plant-trouble-")
             os.chdir(directory)
             try:
-                make(trouble, chance, length, ("tags", "rows")[number % 2])
+                make(trouble, chance, length, forms[number % len(forms)])
             except (Wrong, OSError, sqlite3.Error) as wrong:
-                sys.exit(f"{trouble.__name__} (seed {seed}): {wrong}\nits files are in {directory}")
+                name = trouble.__name__
+                sys.exit(f"{name} (seed {given.seed}): {wrong}\nits files are in {directory}")
             shutil.rmtree(directory)
         if time.time() >= end:
             break

@@ -74,9 +74,9 @@ std::vector<std::string> Cell::TagNames() const {
   return names;
 }
 
-std::optional<CellPicture> Cell::Picture() const {
-  if (!begun_) return {};
+CellPicture Cell::Picture() const {
   CellPicture picture{.number = *numbers_, .tags = {}};
+  if (!begun_) return picture;
   std::vector<live::Reading> readings = monitor_->ReadAll();
   const auto tags = monitor_->Tags();  // whose readings change meanwhile
   picture.tags.resize(tags.size());

@@ -58,7 +58,7 @@ class Cell {
   /// The names of all tags; empty before the start.
   std::vector<std::string> TagNames() const;
   /// All values; none before the start.
-  std::optional<CellPicture> Picture() const;
+  CellPicture Picture() const;
 
  private:
   void OnRefresh(const live::Refreshed& refreshed);

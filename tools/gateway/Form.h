@@ -45,7 +45,7 @@ struct Plant {
   std::function<std::size_t()> cells = {};         ///< how many there are
   std::function<std::int64_t()> rowsWaiting = {};  ///< in the buffer
   std::function<std::int64_t()> rowsDropped = {};  ///< in this session
-  /// None if there is no such cell, or it has not begun.
+  /// None if there is no such cell; without tags if it has not begun.
   std::function<std::optional<CellPicture>(const std::string& cell)> picture = {};
   /// Has a cell, or all if it is empty, tell everything with its next refresh.
   std::function<void(const std::string& cell)> tellAll = {};

@@ -76,9 +76,9 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
                   *shown_);
   }
   form_ = MakeForm(configuration, AsPlant());
+  Add(configuration.cells);  // before the publisher asks what there is
   publisher_.emplace(configuration.broker, *form_, outbox_, metrics_, log,
                      health.Watch("publisher"), [this](const std::string& cell) { TellAll(cell); });
-  Add(configuration.cells);
 }
 
 Gateway::~Gateway() {
@@ -190,7 +190,8 @@ Plant Gateway::AsPlant() {
               const auto found = cells_.find(name);
               if (found != cells_.end()) cell = found->second;
             }
-            return cell == nullptr ? std::nullopt : cell->Picture();
+            if (cell == nullptr) return {};
+            return cell->Picture();
           },
           .tellAll = [this](const std::string& name) { TellAll(name); }};
 }

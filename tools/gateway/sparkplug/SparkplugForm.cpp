@@ -12,8 +12,9 @@ namespace {
 constexpr const char* Namespace = "spBv1.0/";
 constexpr const char* Rebirth = "Node Control/Rebirth";
 constexpr const char* VersionMetric = "Properties/Version";
-constexpr std::uint64_t VersionAlias = 0;
-constexpr std::uint64_t LastSequence = 255;
+constexpr std::uint64_t BdSeqAlias = 1;
+constexpr std::uint64_t VersionAlias = 2;
+constexpr std::uint64_t LastSequence = 255;  // of messages, and of connections
 
 std::uint64_t Milliseconds1970(live::Time time) {
   const auto passed = std::chrono::floor<Milliseconds>(time.time_since_epoch());
@@ -27,6 +28,12 @@ sparkplug::Metric& AddMetric(sparkplug::Payload& payload, const char* name, Data
   metric.set_name(name);
   metric.set_timestamp(payload.timestamp());
   metric.set_datatype(static_cast<std::uint32_t>(type));
+  return metric;
+}
+
+sparkplug::Metric& AddBdSeq(sparkplug::Payload& payload, std::uint64_t connect) {
+  auto& metric = AddMetric(payload, "bdSeq", Datatype::Int64);
+  metric.set_long_value(connect % (LastSequence + 1));
   return metric;
 }
 
@@ -89,7 +96,7 @@ void SparkplugForm::Forget(const std::string& cell, const std::vector<std::strin
 std::string SparkplugForm::Death(std::uint64_t connect) {
   sparkplug::Payload payload;
   payload.set_timestamp(Now());
-  AddMetric(payload, "bdSeq", Datatype::Int64).set_long_value(connect);
+  AddBdSeq(payload, connect);
   return payload.SerializeAsString();
 }
 
@@ -114,6 +121,7 @@ void SparkplugForm::Connected(Wire& wire) {
 void SparkplugForm::Disconnected() {
   subscriptions_.clear();
   begun_ = rebirth_ = hostOnline_ = hostGone_ = false;
+  hostSince_.reset();
   for (auto& [name, device] : devices_) device.born = false;
 }
 
@@ -136,14 +144,10 @@ void SparkplugForm::NoteHost(std::string_view payload) {
   if (online == state.end() || !online->is_boolean()) return;
   if (since == state.end() || !since->is_number_integer()) return;
   const auto time = since->get<std::int64_t>();
-  if (*online) {
-    hostOnline_ = true;
-    hostSince_ = time;
-    hostGone_ = false;
-  } else if (hostOnline_ && time >= hostSince_) {
-    hostOnline_ = false;
-    hostGone_ = begun_;
-  }
+  if (hostSince_ && time < *hostSince_) return;  // of a connection of the host that is over
+  hostSince_ = time;
+  hostOnline_ = *online;
+  hostGone_ = !hostOnline_ && begun_;
 }
 
 void SparkplugForm::Turn(Wire& wire) {
@@ -201,7 +205,7 @@ Message SparkplugForm::Sequenced(std::string topic, sparkplug::Payload& payload)
 void SparkplugForm::BearAll(Wire& wire) {
   sparkplug::Payload payload;
   payload.set_timestamp(Now());
-  AddMetric(payload, "bdSeq", Datatype::Int64).set_long_value(connects_ - 1);
+  AddBdSeq(payload, connects_ - 1).set_alias(BdSeqAlias);
   AddMetric(payload, Rebirth, Datatype::Boolean).set_boolean_value(false);
   auto& version = AddMetric(payload, VersionMetric, Datatype::String);
   version.set_alias(VersionAlias);
@@ -221,6 +225,7 @@ void SparkplugForm::BearAll(Wire& wire) {
 
 // False if there is nothing of the cell to tell yet.
 bool SparkplugForm::Bear(Wire& wire, const std::string& cell) {
+  const std::uint64_t asked = Now();  // no row behind the picture has an earlier time
   const auto picture = plant_.picture(cell);
   if (!picture) return false;
   const bool read = std::ranges::any_of(
@@ -238,7 +243,7 @@ bool SparkplugForm::Bear(Wire& wire, const std::string& cell) {
     auto& metric = AddMetric(payload, tag.name.c_str(), known.type);
     const bool good = tag.quality == live::Quality::Good;
     metric.set_alias(known.alias);
-    if (good) metric.set_timestamp(Milliseconds1970(tag.time));
+    metric.set_timestamp(good ? Milliseconds1970(tag.time) : asked);
     SetValue(metric, known.type, tag.value);
     if (!tag.unit.empty()) AddUnit(metric, tag.unit);
     AddQuality(metric, tag.quality);
@@ -280,8 +285,8 @@ Opened SparkplugForm::Open(Wire& wire, const Row& row, bool late) {
     if (!up || !Bear(wire, row.cell)) return {Opened::Fate::Wait};
   }
   Device& device = devices_[row.cell];
-  if (!late && row.number == device.bornAt) return {Opened::Fate::Skip};  // told by the birth
-  sparkplug::Payload payload = DataOf(device, row, late || row.number < device.bornAt);
+  // The birth may already have what was read behind its last row.
+  sparkplug::Payload payload = DataOf(device, row, late || row.number <= device.bornAt);
   if (payload.metrics().empty()) return {Opened::Fate::Skip};
   return {Opened::Fate::Publish,
           std::make_unique<Data>(Sequenced(Topic("DDATA", row.cell), payload))};

@@ -86,9 +86,9 @@ class SparkplugForm final : public Form {
   bool rebirth_ = false;
   bool hostOnline_ = false;
   bool hostGone_ = false;
-  std::int64_t hostSince_ = 0;
+  std::optional<std::int64_t> hostSince_;  // the time of its last state
   std::uint64_t sequence_ = 0;
-  std::uint64_t nextAlias_ = 1;
+  std::uint64_t nextAlias_ = 3;  // behind those of the node
   std::map<std::string, Device> devices_;
 };
 
