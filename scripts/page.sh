@@ -9,10 +9,11 @@ mkdir -p build
   scripts/helpers/configure.sh -DORIF_BUILD_TOOL=ON -DORIF_BUILD_GATEWAY=ON
   cmake --build build/run --target orif_tool orif_gateway
 } >build/page.log 2>&1 || { cat build/page.log >&2; exit 1; }
-export PATH=$PWD/build/run/tools/orif:$PWD/build/run/tools/gateway:$PATH LC_ALL=C.UTF-8 PYTHONPATH=tests/gateway:tests/page
+export PATH=$PWD/build/run/tools/orif:$PWD/build/run/tools/gateway:$PATH LC_ALL=C.UTF-8
+export PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$PWD/tests/gateway:$PWD/examples/plant # helpers of the gateway's tests
 unset ORVEX_COMMLIB
 if [ "${1-}" = picture ]; then
-  /usr/bin/python3 tests/page/picture.py docs/images/page.png
+  FAKETIME_LIBRARY=$(dpkg -L libfaketime | grep 'libfaketimeMT') /usr/bin/python3 tests/page/picture.py docs/images/page.png
 else
   /usr/bin/python3 tests/page/page.py "$@"
 fi

@@ -68,8 +68,11 @@ def main(file):
         "cells": cells,
     }
     pathlib.Path("cells.json").write_text(json.dumps(config), encoding="utf-8")
-    command = ["faketime", "-f", f"-58m x{SPEED}", "orif-gateway", "cells.json"]
-    gateway = subprocess.Popen(command, stderr=subprocess.DEVNULL)
+    environment = dict(os.environ, LD_PRELOAD=os.environ["FAKETIME_LIBRARY"])
+    environment["FAKETIME"] = f"-58m x{SPEED}"
+    gateway = subprocess.Popen(
+        ["orif-gateway", "cells.json"], env=environment, stderr=subprocess.DEVNULL
+    )
     browser = None
     try:
         time.sleep(3480 / SPEED)
