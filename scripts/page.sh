@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up what is missing, builds, and tests the gateway's page in a headless Chromium; arguments name single tests of
-# tests/page/page.py. With the argument "picture" makes docs/images/page.png instead.
+# tests/page/page.py. With "picture [MINUTES]" makes docs/images/page.png instead, of a plant that runs for so long, an
+# hour by itself.
 . "$(dirname "$0")/helpers/common.sh"
 
 scripts/install-deps.sh build tool gateway plant page >&2
@@ -13,7 +14,7 @@ export PATH=$PWD/build/run/tools/orif:$PWD/build/run/tools/gateway:$PATH LC_ALL=
 export PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$PWD/tests/gateway:$PWD/examples/plant # helpers of the gateway's tests
 unset ORVEX_COMMLIB
 if [ "${1-}" = picture ]; then
-  FAKETIME_LIBRARY=$(dpkg -L libfaketime | grep 'libfaketimeMT') /usr/bin/python3 tests/page/picture.py docs/images/page.png
+  /usr/bin/python3 tests/page/picture.py docs/images/page.png "${2:-60}"
 else
   /usr/bin/python3 tests/page/page.py "$@"
 fi
