@@ -77,6 +77,10 @@ step_plant() { # the gateway runs beside real processes, and a minute of trouble
   scripts/plant-scale.sh 20 5
 }
 
+step_page() { # the gateway's page in a browser
+  scripts/page.sh
+}
+
 step_recipes() { # what stands in examples/plant works
   scripts/recipes.sh
 }

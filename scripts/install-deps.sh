@@ -8,7 +8,7 @@ declare -A packages=(
   [build]='g++ cmake ninja-build'
   [tool]='libcli11-dev nlohmann-json3-dev libsqlite3-dev libasio-dev'
   [test]='libgtest-dev libgmock-dev sqlite3 gnuplot-nox'
-  [gateway]='libcli11-dev libmosquitto-dev libcpp-httplib-dev prometheus-cpp-dev libsystemd-dev libprotobuf-dev
+  [gateway]='libcli11-dev libmosquitto-dev libcpp-httplib-dev libjs-chart.js prometheus-cpp-dev libsystemd-dev libprotobuf-dev
     protobuf-compiler pkg-config'
   [clang]='clang libclang-rt-14-dev'
   [windows]='g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools nsis googletest debootstrap unzip'
@@ -21,6 +21,7 @@ declare -A packages=(
   [site]='doxygen'
   [trouble]='python3'
   [plant]='mosquitto mosquitto-clients python3-paho-mqtt faketime prometheus sqlite3 openssl curl systemd'
+  [page]='chromium chromium-driver python3-selenium fonts-dejavu-core'
   [lint]='git clang-format clang-tidy shellcheck python3-jsonschema'
 )
 

@@ -34,9 +34,9 @@ bool IsSix(std::string_view ip) {
   return ip.find_first_not_of("0123456789abcdefABCDEF:.") == ip.npos && ip.find(':') != ip.npos;
 }
 
-[[noreturn]] void Refuse(std::string_view text) {
-  throw std::invalid_argument(std::string(text) +
-                              " is no address; write 127.0.0.1:47008 or [::1]:47008");
+[[noreturn]] void Refuse(std::string_view text, std::uint16_t port) {
+  throw std::invalid_argument(std::string(text) + " is no address; write " +
+                              ToText(Address{.port = port}) + " or " + ToText({"::1", port}));
 }
 
 }  // namespace
@@ -46,18 +46,18 @@ std::string ToText(const Address& address) {
   return (six ? '[' + address.ip + ']' : address.ip) + ':' + std::to_string(address.port);
 }
 
-Address ParseAddress(std::string_view text) {
-  Address address;
+Address ParseAddress(std::string_view text, std::uint16_t usualPort) {
+  Address address{.port = usualPort};
   const bool six = text.starts_with('[');
   const std::size_t colon = text.find(':', six ? text.find(']') : 0);
   std::string_view ip = text.substr(0, colon);
-  if (six && (ip.back() != ']')) Refuse(text);
+  if (six && (ip.back() != ']')) Refuse(text, usualPort);
   if (six) ip = ip.substr(1, ip.size() - 2);
   if (!ip.empty() && ip != "localhost") address.ip = ip;
-  if (!(six ? IsSix(address.ip) : IsFour(address.ip))) Refuse(text);
+  if (!(six ? IsSix(address.ip) : IsFour(address.ip))) Refuse(text, usualPort);
   if (colon == std::string_view::npos) return address;
   const std::string_view port = text.substr(colon + 1);
-  if (!Read(port, address.port)) Refuse(text);
+  if (!Read(port, address.port)) Refuse(text, usualPort);
   return address;
 }
 

@@ -95,6 +95,9 @@ TEST_F(ConfigurationFile, IsRefusedWithLineAndRemedy) {
        "none.pem cannot be read"},
       {R"("broker.plant")", R"("broker.plant", "protocol": "4")",
        "is not known; known are 3.1.1, 5"},
+      {R"("hall1")", R"("hall1", "page": {"address": "10.0.0.5"})",
+       R"(:3: page: must have a "token_file", since other computers reach 10.0.0.5)"},
+      {R"("hall1")", R"("hall1", "page": {"token_file": "cells.json"})", "the token in "},
       {R"("press1",)", R"("press1")", ":8:"},
   };
   for (const auto& mistake : mistakes) {

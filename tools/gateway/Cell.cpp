@@ -99,6 +99,7 @@ void Cell::OnRefresh(const live::Refreshed& refreshed) {
       [&](const live::Item& item) { return tags[item.first].quality == live::Quality::Refused; });
   metrics_->Refreshed(refreshed.good, refreshed.took, refreshed.skipped,
                       static_cast<std::size_t>(refused));
+  if (hooks_.page) hooks_.page->Refreshed(refreshed.controller, refreshed.changed, refreshed.good);
   Row row{.cell = settings_.name,
           .time = TimeText(refreshed.controller.Settings().clock->Wall()),
           .full = tellAll_.exchange(false)};
@@ -140,6 +141,7 @@ void Cell::Tell(const std::string& state, const std::string& reason) {
   if (state == state_ && reason == reason_) return;
   state_ = state;
   reason_ = reason;
+  if (hooks_.page) hooks_.page->SetState(state, reason);
   const bool good = state != "lost" && state != "silent";
   log_.Write(good ? Level::Info : Level::Warning, "cell", settings_.name,
              {{"state", state}, {"reason", reason}});

@@ -19,6 +19,7 @@
 #include "tools/gateway/Metrics.h"
 #include "tools/gateway/Row.h"
 #include "tools/gateway/Sampler.h"
+#include "tools/page/Cell.h"
 
 namespace orif::gateway {
 
@@ -30,6 +31,8 @@ class Cell {
   struct Hooks {
     std::function<void(Row row)> row;
     std::function<void(const CellState& state)> state;
+    /// What the page knows of it; null without a page.
+    std::shared_ptr<page::Cell> page = {};
   };
 
   /// `numbers` has the number of the cell's last row, and `metrics` what is measured of it.

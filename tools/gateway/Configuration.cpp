@@ -16,6 +16,7 @@
 #include "simulator/scenario/Fields.h"
 #include "tools/orif/Encoding.h"
 #include "tools/orif/Text.h"
+#include "tools/page/Gate.h"
 
 namespace orif::gateway {
 namespace {
@@ -168,6 +169,12 @@ constexpr auto MetricsFields = std::to_array<Field<MetricsSettings>>({
     {"port", Between<&MetricsSettings::port, 1, 65535>},
 });
 
+constexpr auto PageFields = std::to_array<Field<PageSettings>>({
+    {"address", NonEmpty<&PageSettings::address>},
+    {"port", Between<&PageSettings::port, 1, 65535>},
+    {"token_file", NonEmpty<&PageSettings::tokenFile>},
+});
+
 // Tags
 
 // A name in its place, so that a mistake in it has the right line.
@@ -265,8 +272,9 @@ class Reader {
       : directory_(std::filesystem::absolute(file).parent_path()) {}
 
   Configuration Read(const Node& document) {
-    static constexpr auto Keys = std::to_array<std::string_view>(
-        {"$schema", "gateway", "broker", "topics", "buffer", "metrics", "defaults", "cells"});
+    static constexpr auto Keys =
+        std::to_array<std::string_view>({"$schema", "gateway", "broker", "topics", "buffer",
+                                         "metrics", "page", "defaults", "cells"});
     document.CheckKeys(Keys);
     Configuration all;
     all.gateway = TopicText(document.At("gateway"), "/+#");
@@ -280,6 +288,7 @@ class Reader {
     if (const Node* metrics = document.Find("metrics")) {
       sim::ReadObject<MetricsSettings>(*metrics, all.metrics.emplace(), MetricsFields);
     }
+    if (const Node* page = document.Find("page")) ReadPage(all.page.emplace(), *page);
     CellSettings defaults;
     if (const Node* node = document.Find("defaults")) {
       sim::ReadObject<CellSettings>(*node, defaults, SharedFields);
@@ -314,6 +323,19 @@ class Reader {
     for (std::string* file : {&broker.tls->ca, &broker.tls->certificate, &broker.tls->key,
                               &broker.tls->keyPasswordFile})
       ResolveReadable(*file, node.At("tls"));
+  }
+
+  void ReadPage(PageSettings& page, const Node& node) const {
+    sim::ReadObject<PageSettings>(node, page, PageFields);
+    if (page.tokenFile.empty()) {
+      if (!page::IsLoopback(page.address)) {
+        node.Fail("must have a \"token_file\", since other computers reach " + page.address);
+      }
+      return;
+    }
+    ResolveReadable(page.tokenFile, node);
+    const std::string_view why = page::WhyNoToken(Secret(page.tokenFile));
+    if (!why.empty()) node.Fail("the token in " + page.tokenFile + ' ' + std::string(why));
   }
 
   CellSettings ReadCell(const Node& node, const CellSettings& defaults) {

@@ -71,6 +71,15 @@ struct MetricsSettings {
   bool operator==(const MetricsSettings&) const = default;
 };
 
+/// The page for a browser.
+struct PageSettings {
+  std::string address = "127.0.0.1";
+  std::int32_t port = 9411;
+  std::string tokenFile;  ///< never empty if other computers reach the address
+
+  bool operator==(const PageSettings&) const = default;
+};
+
 /// Tags that are told alike.
 struct TagGroup {
   std::vector<std::string> names;
@@ -96,6 +105,7 @@ struct Configuration {
   TopicSettings topics;
   BufferSettings buffer;
   std::optional<MetricsSettings> metrics;
+  std::optional<PageSettings> page;
   std::vector<CellSettings> cells;
 };
 

@@ -67,6 +67,14 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
     const MetricsSettings& metrics = *configuration.metrics;
     server_.emplace(metrics.address, metrics.port, metrics_, health);
   }
+  if (configuration.page) {
+    const PageSettings& page = *configuration.page;
+    shown_.emplace(configuration.gateway);
+    page_.emplace(page::Settings{.address = page.address,
+                                 .port = page.port,
+                                 .token = page.tokenFile.empty() ? "" : Secret(page.tokenFile)},
+                  *shown_);
+  }
   form_ = MakeForm(configuration, AsPlant());
   Add(configuration.cells);  // before the publisher asks what there is
   publisher_.emplace(configuration.broker, *form_, outbox_, metrics_, log,
@@ -88,6 +96,7 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
     if (numbers == nullptr) {
       numbers = std::make_shared<std::atomic<std::int64_t>>(buffer_.Session() * SessionStep);
     }
+    const auto& way = settings.connection;
     auto cell = std::make_shared<Cell>(
         settings, numbers, metrics_.Cell(settings.name), log_,
         Cell::Hooks{
@@ -97,7 +106,9 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
                 [this](const CellState& state) {
                   form_->Tell(state);
                   publisher_->Wake();
-                }});
+                },
+            .page = shown_ ? shown_->Add(settings.name, way.simulate ? "simulated" : way.host)
+                           : nullptr});
     starting_.push_back({cell, at});
     at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
           static_cast<std::int64_t>(cells.size());
@@ -142,14 +153,15 @@ void Gateway::Change(const Configuration& configuration) {
   const bool fixed = configuration.gateway == configuration_.gateway &&
                      configuration.topics == configuration_.topics &&
                      configuration.buffer == configuration_.buffer &&
-                     configuration.metrics == configuration_.metrics;
+                     configuration.metrics == configuration_.metrics &&
+                     configuration.page == configuration_.page;
   configuration_.broker = configuration.broker;
   configuration_.cells = configuration.cells;
   log_.Write(fixed ? Level::Info : Level::Warning, "reload", "",
              {{"added", std::to_string(added.size())},
               {"removed", std::to_string(removed.size())},
               {"cells", std::to_string(configuration.cells.size())},
-              {"at_next_start", fixed ? "nothing" : "gateway, topics, buffer or metrics"}});
+              {"at_next_start", fixed ? "nothing" : "gateway, topics, buffer, metrics or page"}});
 }
 
 void Gateway::TellAll(const std::string& name) {

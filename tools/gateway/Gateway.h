@@ -22,6 +22,7 @@
 #include "tools/gateway/Outbox.h"
 #include "tools/gateway/Publisher.h"
 #include "tools/gateway/Storage.h"
+#include "tools/page/Server.h"
 
 namespace orif::gateway {
 
@@ -66,6 +67,7 @@ class Gateway {
   Metrics metrics_;
   Outbox outbox_;
   Storage storage_;
+  std::optional<page::Plant> shown_;
   mutable std::mutex mutex_;  // for cells_, which the publisher looks through
   std::map<std::string, std::shared_ptr<Cell>> cells_;
   std::map<std::string, std::shared_ptr<std::atomic<std::int64_t>>> numbers_;  // of last rows
@@ -73,6 +75,7 @@ class Gateway {
   std::unique_ptr<Form> form_;
   std::optional<Publisher> publisher_;
   std::optional<MetricsServer> server_;
+  std::optional<page::Server> page_;
 };
 
 }  // namespace orif::gateway

@@ -17,6 +17,7 @@
 #include "orif/version.h"
 #include "simulator/served/Address.h"
 #include "tools/orif/Encoding.h"
+#include "tools/orif/Page.h"
 #include "tools/orif/SimulatedCell.h"
 #include "tools/orif/commands/Commands.h"
 #include "tools/orif/help/Help.h"
@@ -199,6 +200,8 @@ void AddReadCommand(CLI::App& app) {
   command->callback([options] { Read(*options); });
 }
 
+std::string UsualPage() { return ToText(sim::Address{.port = Page::UsualPort}); }
+
 void AddWatchCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("watch", "Show items again and again, as they change");
   const auto options = std::make_shared<WatchOptions>();
@@ -206,10 +209,19 @@ void AddWatchCommand(CLI::App& app) {
       ->required();
   AddPaceOptions(*command, options->pace);
   AddFormatOption(*command, options->format);
+  CLI::Option* page = command->add_option("--page", options->page, "Show them in browsers, too")
+                          ->option_text("[ADDRESS:PORT]");
+  command
+      ->add_option("--token-file", options->tokenFile,
+                   "The page is for those who know the token in it")
+      ->option_text("FILE")
+      ->needs(page);
   AddConnectionOptions(*command, options->connection);
   command->footer(
       "On a terminal the items stay in place and what changes is marked. Elsewhere each refresh is "
-      "a line with what has changed.\n\n"
+      "a line with what has changed. The page is at http://" +
+      UsualPage() +
+      " unless another address is given; one that other computers reach needs a token.\n\n"
       "Example:\n  orif watch 'R[1-10]' 'POS[0]' --every 250ms --host cell1");
   command->callback([options] { Watch(*options); });
 }
@@ -424,6 +436,12 @@ void AddSimulateCommand(CLI::App& app) {
   command->callback([options] { Simulate(*options); });
 }
 
+// No item begins like that.
+bool IsAddress(std::string_view text) {
+  constexpr std::string_view First = "0123456789:[";
+  return text.starts_with("localhost") || First.find(text.substr(0, 1)) != First.npos;
+}
+
 // Some options take the next argument only if it is one of theirs: "--simulate" a file, because an
 // item may follow, and "--serve" an address, because a file may follow.
 std::vector<std::string> Arguments(int argc, char** argv) {
@@ -434,6 +452,8 @@ std::vector<std::string> Arguments(int argc, char** argv) {
       arguments[i] += std::string("=") + DemoCell;
     } else if (arguments[i] == "--serve" && (next.starts_with('-') || IsCellFile(next))) {
       arguments[i] += '=' + ToText(sim::Address());
+    } else if (arguments[i] == "--page" && !IsAddress(next)) {
+      arguments[i] += '=' + UsualPage();
     }
   }
   return arguments;

@@ -30,6 +30,8 @@ struct WatchOptions {
   std::vector<std::string> items;
   Pace pace;
   std::string format;
+  std::optional<std::string> page;  ///< ADDRESS:PORT, to show it in browsers too
+  std::string tokenFile;            ///< for the page
 };
 void Watch(const WatchOptions& options);
 

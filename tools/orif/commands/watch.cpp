@@ -15,12 +15,14 @@
 
 #include "tools/orif/Json.h"
 #include "tools/orif/Layout.h"
+#include "tools/orif/Page.h"
 #include "tools/orif/Poll.h"
 #include "tools/orif/Text.h"
 #include "tools/orif/commands/Commands.h"
 #include "tools/orif/platform/platform.h"
 #include "tools/orif/recording/RecordingFile.h"
 #include "tools/orif/terminal/Screen.h"
+#include "tools/orif/terminal/Tell.h"
 
 namespace orif::tool {
 namespace {
@@ -33,11 +35,12 @@ std::vector<bool> ChangedIn(const live::Controller& controller, bool none) {
   return changed;
 }
 
-std::string Status(const Cell& cell, const Poll& poll, Link link) {
+std::string Status(const Cell& cell, const Poll& poll, Link link, const Page* page) {
   std::string text = IsLost(link) ? "link lost, trying again" : "link up";
   text += "  " + cell.Host() + "  " + Iso8601(poll.Wall());
   if (!IsLost(link)) text += "  refreshed in " + std::to_string(poll.Took().count()) + " ms";
   if (poll.Skipped() > 0) text += "  " + std::to_string(poll.Skipped()) + " skipped";
+  if (page != nullptr) text += "  " + page->Address();
   return text + "  (q ends)";
 }
 
@@ -133,7 +136,16 @@ constexpr std::chrono::milliseconds FastFrame(50);
 
 void Watch(const WatchOptions& options) {
   Cell cell(options.connection);
+  std::optional<Page> page;
+  if (options.page) {
+    page.emplace(*options.page, options.tokenFile, cell.Host());
+    Tell("orif: the page is at " + page->Address());
+  }
   Poll poll(cell, options.items, options.pace);
+  const auto show = [&](bool begins) {
+    if (page && !begins) page->Show(poll.Values());
+  };
+  poll.OnRefresh(show);
   if (options.format != "table" || !platform::IsTerminal(platform::Stream::Output)) {
     return PrintLines(options, poll);
   }
@@ -158,6 +170,7 @@ void Watch(const WatchOptions& options) {
   });
   poll.OnRefresh([&](bool begins) {
     if (screen) patience.Wait(begins);
+    show(begins);
   });
   poll.Meanwhile([&] { return !screen || keys(); });
   while (const std::optional<Link> link = poll.Next()) {
@@ -165,7 +178,7 @@ void Watch(const WatchOptions& options) {
     if (first) screen.emplace();
     lines = Layout(poll.Values());
     changed = ChangedIn(poll.Values(), IsLost(*link) || first);
-    status = Status(cell, poll, *link);
+    status = Status(cell, poll, *link, page ? &*page : nullptr);
     paint();
     if (!std::cout) throw Error(Exit::Usage, "the output cannot be written");
     if (options.connection.fast) platform::Sleep(FastFrame);

@@ -1,0 +1,18 @@
+# Writes OUTPUT, a source with the files of the list ASSETS in it.
+set(source "#include \"tools/page/Assets.h\"\n\nnamespace orif::page {\n\n")
+foreach(file ${ASSETS})
+  file(READ ${file} text)
+  get_filename_component(name ${file} NAME)
+  string(REPLACE "." "_" variable "${name}")
+  # Compilers may limit a literal to 64 KB, and join those that stand side by side.
+  string(LENGTH "${text}" length)
+  string(APPEND source "static constexpr std::string_view ${variable}_text = \"\"\n")
+  set(begin 0)
+  while(begin LESS length)
+    string(SUBSTRING "${text}" ${begin} 16000 piece)
+    string(APPEND source "R\"orif-asset(${piece})orif-asset\"\n")
+    math(EXPR begin "${begin} + 16000")
+  endwhile()
+  string(APPEND source ";\nstd::string_view Asset_${variable}() { return ${variable}_text; }\n\n")
+endforeach()
+file(WRITE ${OUTPUT} "${source}}  // namespace orif::page\n")
