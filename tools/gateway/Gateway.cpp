@@ -78,7 +78,7 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
   form_ = MakeForm(configuration, AsPlant());
   Add(configuration.cells);  // before the publisher asks what there is
   publisher_.emplace(configuration.broker, *form_, outbox_, metrics_, log,
-                     health.Watch("publisher"), [this](const std::string& cell) { TellAll(cell); });
+                     health.Watch("publisher"));
 }
 
 Gateway::~Gateway() {
@@ -143,7 +143,7 @@ void Gateway::Change(const Configuration& configuration) {
   for (const auto& cell : removed) {
     const std::string& name = cell->Settings().name;
     std::erase_if(starting_, [&](const Starting& starting) { return starting.cell == cell; });
-    form_->Forget(name, cell->TagNames());
+    form_->Forget(name, cell->TagNames(), true);
     const std::lock_guard lock(mutex_);
     cells_.erase(name);
   }
@@ -183,6 +183,11 @@ Plant Gateway::AsPlant() {
               },
           .rowsWaiting = [this] { return storage_.Rows(); },
           .rowsDropped = [this] { return storage_.Dropped(); },
+          .has =
+              [this](const std::string& name) {
+                const std::lock_guard lock(mutex_);
+                return cells_.contains(name);
+              },
           .picture = [this](const std::string& name) -> std::optional<CellPicture> {
             std::shared_ptr<Cell> cell;
             {

@@ -18,7 +18,7 @@ class JsonForm : public Form {
   JsonForm(const TopicSettings& settings, const std::string& gateway, Plant plant);
 
   void Tell(const CellState& state) override;
-  void Forget(const std::string& cell, const std::vector<std::string>& tags) override;
+  void Forget(const std::string& cell, const std::vector<std::string>& tags, bool whole) override;
 
   Message LastWill() override;
   void Connected(Wire& wire) override;
@@ -37,7 +37,6 @@ class JsonForm : public Form {
 
   std::string base_;
   TopicSettings::Form form_;
-  Plant plant_;
   std::mutex mutex_;                           // for what follows
   std::map<std::string, std::string> states_;  // that the broker is to keep, by topic
   std::map<std::string, std::string> news_;    // of them; an empty one is to be removed
