@@ -73,6 +73,7 @@ struct Publisher::Underway {
   int waiting = 0;                 // sent, and not acknowledged
   Steady::time_point sentAt = {};  // the last of them
   int sent = 0;
+  std::size_t largest = 0;  // bytes of a message
 
   bool IsLate() const { return parcel != nullptr && parcel->IsLate(); }
 };
@@ -150,6 +151,8 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
     if (std::exchange(changed_, false)) {
       loss_ = "the settings have changed";
       attempt_.reset();  // its thread goes on with it alone
+      largestTaken_ = 0;
+      tooLarge_ = std::numeric_limits<std::size_t>::max();
       retryAt_ = {};
       backoff_.Reset();
     }
@@ -382,12 +385,14 @@ void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
 }
 
 // The connection ends. It may be a row that ends them: one that is too large for a broker which
-// cannot say so. Such a broker does it at once.
+// cannot say so. Such a broker does it at once, and has not taken any that is as large. What it
+// will not take is not sent from then on.
 void Publisher::Suspect() {
   const auto recent = Steady::now() - AtOnce;
   std::map<std::int64_t, std::shared_ptr<Underway>> rows;
   const auto add = [&](const std::shared_ptr<Underway>& row) {
-    if (row != nullptr && row->parcel != nullptr && row->sentAt > recent) {
+    if (row != nullptr && row->parcel != nullptr && row->sentAt > recent &&
+        row->largest > largestTaken_) {
       rows.emplace(row->parcel->Row().id, row);
     }
   };
@@ -398,6 +403,8 @@ void Publisher::Suspect() {
     log_.Write(Level::Error, "refused", row->parcel->Row().cell,
                {{"reason", "the broker ends the connection at this row"},
                 {"number", std::to_string(row->parcel->Row().number)}});
+    tooLarge_ = row->largest;
+    backoff_.Reset();
     metrics_.Dropped("refused", 1);
     outbox_.Acknowledge(row->parcel);
     suspects_.erase(id);
@@ -407,7 +414,9 @@ void Publisher::Suspect() {
 // False if the connection is gone.
 bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& row) {
   int number = 0;
+  const std::size_t size = message.topic.size() + message.payload.size();
   try {
+    if (size >= tooLarge_) throw std::runtime_error("it is too large for the broker");
     number = broker_->Publish(message);
   } catch (const std::runtime_error& error) {
     log_.Write(Level::Error, "refused", row->parcel ? row->parcel->Row().cell : "",
@@ -422,6 +431,7 @@ bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& ro
   }
   ++row->sent;
   row->sentAt = Steady::now();
+  row->largest = std::max(row->largest, size);
   ++row->waiting;
   ++messages_;
   if (row->IsLate()) ++lateMessages_;
@@ -458,6 +468,7 @@ void Publisher::Settle(Underway& row) {
     metrics_.Dropped("refused", 1);
   } else {
     metrics_.Published(row.IsLate(), row.sent);
+    largestTaken_ = std::max(largestTaken_, row.largest);
   }
   if (!suspects_.empty()) suspects_.erase(row.parcel->Row().id);
   if (alone_.get() == &row) alone_.reset();

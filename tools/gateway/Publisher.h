@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -112,7 +113,9 @@ class Publisher final : private Wire {
   // alone, and if that connection ends too, it is the row that ends them.
   std::map<std::int64_t, int> suspects_;
   std::shared_ptr<Underway> alone_;
-  std::string loss_;      // why the connection is to end
+  std::size_t largestTaken_ = 0;  // bytes of a message that the broker has taken
+  std::size_t tooLarge_ = std::numeric_limits<std::size_t>::max();  // that ended connections
+  std::string loss_;                                                // why the connection is to end
   std::string lastLoss_;  // why the last one did, or could not be made
   std::atomic<bool> ending_ = false;
   std::thread thread_;
