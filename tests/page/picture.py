@@ -63,7 +63,7 @@ def main(file, minutes):
         "page": {"port": page},
         "defaults": {
             "period": "500ms",
-            "tags": ["R[1-8]", "SR[1]", "POS[0]", "DO[1-8]", "ALM[1-2]"],
+            "tags": ["R[1-2]", "SR[1]", "POS[0]", "DO[1-8]", "ALM[1-2]"],
         },
         "cells": cells,
     }
