@@ -252,10 +252,10 @@ void SparkplugForm::BearAll(Wire& wire) {
 }
 
 void SparkplugForm::BearWaiting(Wire& wire) {
-  constexpr std::chrono::milliseconds Pause(200);
+  constexpr std::chrono::milliseconds BetweenTries(200);
   const auto now = std::chrono::steady_clock::now();
   if (waiting_.empty() || now < lookAt_) return;
-  lookAt_ = now + Pause;
+  lookAt_ = now + BetweenTries;
   std::erase_if(waiting_,
                 [&](const std::string& cell) { return devices_[cell].born || Bear(wire, cell); });
 }
