@@ -85,11 +85,10 @@ HKEY RootOf(LPCWSTR how) {
 
 HRESULT SetRegistration(LPCWSTR how, bool registered) {
   return Answered([&] {
-    const HKEY root = RootOf(how);
     if (registered)
-      Register(root);
+      Register(RootOf(how));
     else
-      Unregister(root);
+      Unregister(RootOf(how));
   });
 }
 

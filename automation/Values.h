@@ -32,7 +32,7 @@ inline void Demand(HRESULT code) {
 
 /// A variant that owns what is in it.
 struct Value : VARIANT {
-  Value() : VARIANT{} {}
+  Value() : VARIANT{} { vt = VT_EMPTY; }
   Value(const Value&) = delete;
   Value& operator=(const Value&) = delete;
   Value(Value&& other) noexcept : VARIANT(other.Detach()) {}
