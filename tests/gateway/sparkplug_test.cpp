@@ -166,7 +166,7 @@ TEST_F(Sparkplug, DevicesDieAndComeBackAndTheirRowsWait) {
   IsNow("closed");
   EXPECT_THAT(Said(), ElementsAre("DDEATH"));
   EXPECT_EQ(Tell(12, 9, true), Opened::Fate::Wait);
-  form_->Forget("press", {});
+  form_->Forget("press", {}, true);
   EXPECT_EQ(
       form_->Open(*this, {.cell = "other", .values = "R[1]\t\"quality\":\"good\"\n"}, true).fate,
       Opened::Fate::Drop);

@@ -369,6 +369,13 @@ class Reader {
   std::set<std::string> names_;
 };
 
+// What the groups of a cell name: items, which may have many tags.
+std::vector<std::string> Named(const CellSettings& cell) {
+  std::vector<std::string> names;
+  for (const TagGroup& group : cell.tags) std::ranges::copy(group.names, std::back_inserter(names));
+  return names;
+}
+
 std::string ContentOf(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(in), {}};
@@ -391,13 +398,18 @@ Configuration LoadConfiguration(const std::filesystem::path& file) {
 }
 
 live::Settings SettingsOf(const CellSettings& cell, std::optional<sim::Network>* simulated) {
-  std::vector<std::string> names;
-  for (const TagGroup& group : cell.tags) std::ranges::copy(group.names, std::back_inserter(names));
   tool::Cell way(cell.connection);
-  live::Settings settings = way.Settings(std::move(names));
+  live::Settings settings = way.Settings(Named(cell));
   settings.retry = {};
   if (simulated != nullptr && way.Simulated() != nullptr) *simulated = *way.Simulated();
   return settings;
+}
+
+std::vector<std::string> TagNames(const CellSettings& cell) {
+  const live::Controller controller({.host = cell.name, .tags = Named(cell)});
+  std::vector<std::string> names;
+  for (const live::Tag& tag : controller.Tags()) names.push_back(tag.name);
+  return names;
 }
 
 std::string Secret(const std::string& file) {

@@ -103,8 +103,9 @@ class Form {
 
   // Any thread. The publisher is woken afterwards.
   virtual void Tell(const CellState& state) = 0;
-  /// The cell is no more, or has other tags now.
-  virtual void Forget(const std::string& cell, const std::vector<std::string>& tags) = 0;
+  /// The cell is no more (`whole`) or begins anew with other settings, and no longer has `tags`.
+  virtual void Forget(const std::string& cell, const std::vector<std::string>& tags,
+                      bool whole) = 0;
 
   // The publisher.
 

@@ -128,8 +128,10 @@ void JsonForm::Tell(const CellState& state) {
                                        .End());
 }
 
-void JsonForm::Forget(const std::string& cell, const std::vector<std::string>& tags) {
-  for (const char* last : {"state", "row"}) Keep(Below(cell, last), {});
+void JsonForm::Forget(const std::string& cell, const std::vector<std::string>& tags, bool whole) {
+  if (whole) {
+    for (const char* last : {"state", "row"}) Keep(Below(cell, last), {});
+  }
   for (const std::string& tag : tags) Keep(Below(cell, tag), {});
 }
 

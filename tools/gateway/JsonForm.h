@@ -18,7 +18,7 @@ class JsonForm : public Form {
   JsonForm(const TopicSettings& settings, const std::string& gateway, Plant plant);
 
   void Tell(const CellState& state) override;
-  void Forget(const std::string& cell, const std::vector<std::string>& tags) override;
+  void Forget(const std::string& cell, const std::vector<std::string>& tags, bool whole) override;
 
   Message LastWill() override;
   void Connected(Wire& wire) override;

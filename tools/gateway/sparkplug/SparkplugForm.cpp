@@ -85,7 +85,8 @@ void SparkplugForm::Tell(const CellState& state) {
   news_.insert(state.cell);
 }
 
-void SparkplugForm::Forget(const std::string& cell, const std::vector<std::string>& /*tags*/) {
+void SparkplugForm::Forget(const std::string& cell, const std::vector<std::string>& /*tags*/,
+                           bool /*whole*/) {
   const std::lock_guard lock(mutex_);
   states_.erase(cell);
   forgotten_.insert(cell);

@@ -26,7 +26,7 @@ class SparkplugForm final : public Form {
                 Plant plant);
 
   void Tell(const CellState& state) override;
-  void Forget(const std::string& cell, const std::vector<std::string>& tags) override;
+  void Forget(const std::string& cell, const std::vector<std::string>& tags, bool whole) override;
 
   Message LastWill() override;
   void Connecting() override;
