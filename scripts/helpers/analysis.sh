@@ -5,7 +5,7 @@
 scripts/install-deps.sh build tool gateway python lint windows
 cmake --preset debug -B build/analysis -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 \
   -DORIF_BUILD_PYTHON=ON -DORIF_BUILD_TESTS=OFF >/dev/null
-cmake --build build/analysis --target orif_python_members orif_sparkplug_payload >/dev/null
+cmake --build build/analysis --target orif_python_members orif_sparkplug_payload orif_page_assets >/dev/null
 
 # Prints what clang-tidy says only when it finds something, since it also counts what it leaves out.
 analyse() {

@@ -162,6 +162,40 @@ TEST_F(OutboxTest, RowsThatTheBrokerCannotTakeInTimeComeLate) {
   EXPECT_THAT(Numbers(Taken(true)), ElementsAre(1, 2));
 }
 
+TEST_F(OutboxTest, WhatIsAcknowledgedDoesNotComeAgainThoughItCannotBeErased) {
+  Add(1);
+  Add(2);
+  Store();
+  outbox_.Connected();
+  Store();
+  Acknowledge(Taken(true));
+  Store(false);
+  outbox_.Disconnected();
+  outbox_.Connected();
+  Store(false);
+  EXPECT_THAT(Numbers(Taken(true)), IsEmpty());
+  Store();
+  EXPECT_EQ(buffer_->Rows(), 0);
+}
+
+TEST_F(OutboxTest, RowsOfACellThatHasToWaitStayInOrder) {
+  const auto add = [this](const char* cell, std::int64_t number) {
+    outbox_.Add({.cell = cell, .number = number, .values = "x"}, now_);
+  };
+  add("a", 1);
+  add("b", 1);
+  add("a", 2);
+  Store();
+  outbox_.Connected();
+  Store();
+  outbox_.PutBack(outbox_.NextLate());
+  EXPECT_EQ(outbox_.NextLate()->Row().cell, "b");
+  EXPECT_EQ(outbox_.NextLate(), nullptr);
+  outbox_.Release("a");
+  Store();
+  EXPECT_THAT(Numbers(Taken(true)), ElementsAre(1, 2));
+}
+
 TEST_F(OutboxTest, ABufferOutlivesItsGatewayAndKeepsItsLimit) {
   EXPECT_THROW(Buffer(file_, 1'000'000), tool::DatabaseBusy);
   const std::int64_t session = buffer_->Session();

@@ -73,7 +73,8 @@ TEST_F(Sampled, TellsWhatChangedWithinBandsAndPace) {
 // A form says much to the wire; these tests are about rows.
 class NoWire final : public Wire {
  public:
-  void Publish(const Message& /*message*/) override {}
+  bool Publish(const Message& /*message*/) override { return true; }
+  int Room() const override { return 1; }
   int Subscribe(const std::string& /*topic*/) override { return 1; }
   void Ready() override {}
   void Release(const std::string& /*cell*/) override {}

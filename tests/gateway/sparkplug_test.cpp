@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <thread>
+#include <utility>
 
 #include "tests/gateway/TagOf.h"
 #include "tools/gateway/sparkplug/payload.pb.h"
@@ -28,6 +30,7 @@ class Sparkplug : public testing::Test, protected Wire {
     form_ = std::make_unique<SparkplugForm>(
         TopicSettings{.group = "G", .primaryHost = host}, "E", counter_,
         Plant{.version = "1",
+              .has = [](const std::string& cell) { return cell == "press"; },
               .picture = [this](const std::string& cell) -> std::optional<CellPicture> {
                 if (cell != "press") return {};
                 return CellPicture{.number = number_, .tags = tags_};
@@ -41,9 +44,10 @@ class Sparkplug : public testing::Test, protected Wire {
     form_->Disconnected();
     form_->LastWill();  // an attempt that does not reach the broker
     will_ = form_->LastWill();
+    form_->Noting()();
     form_->Connecting();
     form_->Connected(*this);
-    for (int i = 1; i <= subscriptions_; ++i) form_->Subscribed(*this, i);
+    for (int i = 1; i <= subscriptions_; ++i) form_->Accepted(*this, i);
     subscriptions_ = 0;
     form_->Turn(*this);
   }
@@ -82,7 +86,11 @@ class Sparkplug : public testing::Test, protected Wire {
   }
 
   // Wire
-  void Publish(const Message& message) override { said_.push_back(message); }
+  bool Publish(const Message& message) override {
+    said_.push_back(message);
+    return true;
+  }
+  int Room() const override { return 1; }
   int Subscribe(const std::string& /*topic*/) override { return ++subscriptions_; }
   void Ready() override { ++ready_; }
   void Release(const std::string& cell) override { released_ = cell; }
@@ -172,6 +180,18 @@ TEST_F(Sparkplug, DevicesDieAndComeBackAndTheirRowsWait) {
       Opened::Fate::Drop);
 }
 
+TEST_F(Sparkplug, ACellThatIsUpIsBornWithoutARow) {
+  const auto tags = std::exchange(tags_, {});
+  Connect();
+  IsNow("up");
+  form_->Turn(*this);
+  EXPECT_THAT(Said(), ElementsAre("NBIRTH"));
+  tags_ = tags;  // now it has been read
+  std::this_thread::sleep_for(250ms);
+  form_->Turn(*this);
+  EXPECT_THAT(Said(), ElementsAre("DBIRTH"));
+}
+
 TEST_F(Sparkplug, IsBornAgainOnRequest) {
   form_->Tell({.cell = "press", .state = "up"});
   Connect();
@@ -242,6 +262,7 @@ TEST(Metric, HasTheTypeOfItsTagAndSurvivesARow) {
     EXPECT_EQ(read.quality, live::Quality::Good);
     EXPECT_EQ(read.time, 1700000000123);
   }
+  EXPECT_TRUE(ReadMembers(R"("value":"\x","unit":"","quality":"good","time":"T")").value.IsEmpty());
   sparkplug::Metric metric;
   SetValue(metric, Datatype::Int32, -5);
   EXPECT_EQ(metric.int_value(), 0xFFFFFFFB);

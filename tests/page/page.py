@@ -15,14 +15,11 @@ import tempfile
 import threading
 import time
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parent / "gateway"))
-# pylint: disable=wrong-import-position
-from plant import HOSTILE, free_port, until  # noqa: E402
-from selenium.webdriver.common.keys import Keys  # noqa: E402
-from subscriber import need  # noqa: E402
+from plant import HOSTILE, free_port, until
+from selenium.webdriver.common.keys import Keys
+from subscriber import need
 
-from browser import DESKTOP, PHONE, Browser  # noqa: E402
+from browser import DESKTOP, PHONE, Browser
 
 MARKUP = "<img src=x onerror=\"document.title='owned'\"><script>alert(1)</script>"
 TEXTS = [*HOSTILE, MARKUP.encode()]

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the picture of the page, of a simulated plant whose clock runs so fast that an hour of it
-passes in two minutes."""
+"""Makes the picture of the page, of a simulated plant that has run for so many minutes: an hour for
+a whole plot."""
 
 import json
 import math
@@ -15,7 +15,6 @@ from browser import Browser
 from plant import free_port, until
 
 SIZE = (1180, 780)
-SPEED = 30
 
 
 def cell(name, phase, extra=()):
@@ -23,11 +22,12 @@ def cell(name, phase, extra=()):
         values = {"from": low, "to": high, "over": over}
         return {"what": tag, "ramp": values, "then": "bounce"}
 
-    # A motor that warms up and cools down, with a jump in between.
-    heat = [
-        [f"{i}min", round(52 + 9 * math.sin((i + phase) / 9) + (6 if 30 < i < 42 else 0), 1)]
-        for i in range(60)
-    ]
+    # A motor that warms up and cools down with its load.
+    def degrees(i):
+        i += 5 * phase
+        return round(52 + 7 * math.sin(i / 17) + 3 * math.sin(i / 5) + 2 * math.sin(i), 1)
+
+    heat = [[f"{10 * i}s", degrees(i)] for i in range(400)]
     return {
         "host": name,
         "positions": {"POS[0]": {"xyzwpr": [850, 0, 620, 180, 0, 90]}},
@@ -35,15 +35,15 @@ def cell(name, phase, extra=()):
         "behaviour": [
             {"what": "R[1]", "ramp": {"from": 4180 + phase, "to": 40180, "over": "10h"}},
             {"what": "R[2]", "path": heat},
-            {"what": "DO[1]", "cycle": [[1, "3min"], [0, "2min"]]},
-            ramp("POS[0].X", 850.0, 640.0, "4min"),
-            ramp("POS[0].Z", 620.0, 410.0, "7min"),
+            {"what": "DO[1]", "cycle": [[1, "30s"], [0, "20s"]]},
+            ramp("POS[0].X", 850.0, 640.0, "41s"),
+            ramp("POS[0].Z", 620.0, 410.0, "67s"),
             *extra,
         ],
     }
 
 
-def main(file):
+def main(file, minutes):
     page = free_port()
     alarm = {"id": 57, "number": 3, "message": "Part not held", "at": "1s"}
     presses = [
@@ -63,16 +63,15 @@ def main(file):
         "page": {"port": page},
         "defaults": {
             "period": "500ms",
-            "tags": ["R[1-8]", "SR[1]", "POS[0]", "DO[1-8]", "ALM[1-2]"],
+            "tags": ["R[1-2]", "SR[1]", "POS[0]", "DO[1-8]", "ALM[1-2]"],
         },
         "cells": cells,
     }
     pathlib.Path("cells.json").write_text(json.dumps(config), encoding="utf-8")
-    command = ["faketime", "-f", f"-58m x{SPEED}", "orif-gateway", "cells.json"]
-    gateway = subprocess.Popen(command, stderr=subprocess.DEVNULL)
+    gateway = subprocess.Popen(["orif-gateway", "cells.json"], stderr=subprocess.DEVNULL)
     browser = None
     try:
-        time.sleep(3480 / SPEED)
+        time.sleep(60 * minutes)
         browser = Browser(f"http://127.0.0.1:{page}/")
         browser.size(SIZE, scale=2)
         browser.open("#cell=press3&tag=R%5B2%5D")
@@ -91,4 +90,4 @@ if __name__ == "__main__":
     FILE = os.path.abspath(sys.argv[1])
     with tempfile.TemporaryDirectory() as directory:
         os.chdir(directory)
-        main(FILE)
+        main(FILE, float(sys.argv[2]))

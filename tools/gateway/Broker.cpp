@@ -18,6 +18,8 @@ namespace {
 /// Messages under way to a broker that sets no limit of its own. The library visits all of them at
 /// each acknowledgement: with some thousands that is what takes most of the time once they pile up.
 constexpr int UsualWindow = 500;
+/// What somebody else publishes is short, or none of our business.
+constexpr int LargestReceived = 65536;
 /// Of subscriptions.
 constexpr int Qos = 1;
 
@@ -57,32 +59,36 @@ struct Broker::Callbacks {
         most != 0) {
       broker.window_ = std::min<int>(most, UsualWindow);
     }
-    broker.events_.connected();
+    broker.Tell([](const Events& events) { events.connected(); });
   }
 
-  static void Subscribed(mosquitto* /*handle*/, void* self, int number, int /*count*/,
-                         const int* /*qos*/, const mosquitto_property* /*properties*/) {
-    Of(self).events_.subscribed(number);
+  static void Subscribed(mosquitto* /*handle*/, void* self, int number, int count, const int* qos,
+                         const mosquitto_property* /*properties*/) {
+    if (count > 0 && IsRefusal(qos[0])) return Of(self).Fail("the broker refuses a subscription");
+    Of(self).Tell([&](const Events& events) { events.answered(number); });
   }
 
   static void Unsubscribed(mosquitto* /*handle*/, void* self, int number,
                            const mosquitto_property* /*properties*/) {
-    Of(self).events_.subscribed(number);
+    Of(self).Tell([&](const Events& events) { events.answered(number); });
   }
 
   static void Received(mosquitto* /*handle*/, void* self, const mosquitto_message* message,
                        const mosquitto_property* /*properties*/) {
+    if (message->payloadlen < 0 || message->payloadlen > LargestReceived) return;
     const auto* const bytes = static_cast<const char*>(message->payload);
-    const auto size = static_cast<std::size_t>(std::max(message->payloadlen, 0));
-    Of(self).events_.received({.topic = message->topic,
-                               .payload = size == 0 ? std::string() : std::string(bytes, size),
-                               .retain = message->retain,
-                               .qos = message->qos});
+    const auto size = static_cast<std::size_t>(message->payloadlen);
+    Of(self).Tell([&](const Events& events) {
+      events.received({.topic = message->topic,
+                       .payload = size == 0 ? std::string() : std::string(bytes, size),
+                       .retain = message->retain,
+                       .qos = message->qos});
+    });
   }
 
   static void Acknowledged(mosquitto* /*handle*/, void* self, int message, int code,
                            const mosquitto_property* /*properties*/) {
-    Of(self).events_.acknowledged(message, code);
+    Of(self).Tell([&](const Events& events) { events.acknowledged(message, code); });
   }
 
   static void Disconnected(mosquitto* /*handle*/, void* self, int code,
@@ -105,7 +111,9 @@ Broker::Broker(BrokerSettings settings, const Message& lastWill, Events events)
     : settings_(std::move(settings)), events_(std::move(events)), window_(UsualWindow) {
   StartLibrary();
   handle_.reset(mosquitto_new(settings_.client.c_str(), true, this));
-  if (handle_ == nullptr) throw std::runtime_error(WhyNot(MOSQ_ERR_NOMEM));
+  if (handle_ == nullptr) {
+    throw std::runtime_error("the client identifier is refused: " + WhyNot(MOSQ_ERR_ERRNO));
+  }
   mosquitto* const handle = handle_.get();
   const bool five = settings_.protocol == BrokerSettings::Protocol::Mqtt5;
   Check(mosquitto_int_option(handle, MOSQ_OPT_PROTOCOL_VERSION,
@@ -139,6 +147,16 @@ Broker::Broker(BrokerSettings settings, const Message& lastWill, Events events)
 }
 
 Broker::~Broker() = default;
+
+// Nothing may be thrown through the library.
+template <class Call>
+void Broker::Tell(const Call& call) {
+  try {
+    call(events_);
+  } catch (const std::exception& error) {
+    Fail(error.what());
+  }
+}
 
 void Broker::Fail(const std::string& reason) {
   if (!failed_) reason_ = reason;

@@ -19,7 +19,7 @@ class Broker {
   /// What happens to the connection; called by Turn.
   struct Events {
     std::function<void()> connected;
-    std::function<void(int number)> subscribed;  ///< or unsubscribed
+    std::function<void(int number)> answered;  ///< a Subscribe or Unsubscribe was accepted
     std::function<void(const Message&)> received;
     std::function<void(int message, int code)> acknowledged;  ///< code: as MQTT 5 has it
   };
@@ -69,6 +69,8 @@ class Broker {
 
  private:
   struct Callbacks;
+  template <class Call>
+  void Tell(const Call& call);
   void Fail(const std::string& reason);
   int Numbered(int result, int number);
   struct Free {

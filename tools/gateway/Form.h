@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "live/Value.h"
@@ -42,9 +43,10 @@ struct CellPicture {
 struct Plant {
   std::int64_t session = 0;
   std::string version = {};
-  std::function<std::size_t()> cells = {};         ///< how many there are
-  std::function<std::int64_t()> rowsWaiting = {};  ///< in the buffer
-  std::function<std::int64_t()> rowsDropped = {};  ///< in this session
+  std::function<std::size_t()> cells = {};                ///< how many there are
+  std::function<std::int64_t()> rowsWaiting = {};         ///< in the buffer
+  std::function<std::int64_t()> rowsDropped = {};         ///< in this session
+  std::function<bool(const std::string& cell)> has = {};  ///< whether there is such a cell
   /// None if there is no such cell; without tags if it has not begun.
   std::function<std::optional<CellPicture>(const std::string& cell)> picture = {};
   /// Has a cell, or all if it is empty, tell everything with its next refresh.
@@ -59,8 +61,11 @@ class Wire {
   Wire& operator=(const Wire&) = delete;
   virtual ~Wire() = default;
 
-  virtual void Publish(const Message& message) = 0;
-  /// Answers a number, which Form::Subscribed gets when the broker has accepted.
+  /// False if the message can never be sent.
+  virtual bool Publish(const Message& message) = 0;
+  /// How many messages may be published before the broker has acknowledged some.
+  virtual int Room() const = 0;
+  /// Answers a number, which Form::Accepted gets when the broker has accepted.
   virtual int Subscribe(const std::string& topic) = 0;
   /// From now on rows may be published.
   virtual void Ready() = 0;
@@ -96,14 +101,14 @@ struct Opened {
 
 class Form {
  public:
-  Form() = default;
+  explicit Form(Plant plant) : plant_(std::move(plant)) {}
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
   virtual ~Form() = default;
 
   // Any thread. The publisher is woken afterwards.
   virtual void Tell(const CellState& state) = 0;
-  /// The cell is no more (`whole`) or begins anew with other settings, and no longer has `tags`.
+  /// The cell no longer has those tags; if `whole`, it is no more.
   virtual void Forget(const std::string& cell, const std::vector<std::string>& tags,
                       bool whole) = 0;
 
@@ -111,11 +116,13 @@ class Form {
 
   /// For the connection that is tried next.
   virtual Message LastWill() = 0;
-  /// That last will has gone to the broker.
+  /// What is to be done on a thread that may wait, when that last will has gone to the broker.
+  virtual std::function<void()> Noting() const { return {}; }
+  /// It has gone.
   virtual void Connecting() {}
   virtual void Connected(Wire& wire) = 0;
   virtual void Disconnected() = 0;
-  virtual void Subscribed(Wire& /*wire*/, int /*number*/) {}
+  virtual void Accepted(Wire& /*wire*/, int /*number*/) {}
   virtual void Received(Wire& /*wire*/, const Message& /*message*/) {}
   /// While connected, before rows are published: publishes what else is to be told.
   virtual void Turn(Wire& wire) = 0;
@@ -128,8 +135,15 @@ class Form {
   /// A topic to which nobody subscribes. If there is one, messages have no acknowledgement of their
   /// own, and the broker's answer about this topic proves that it has all before.
   virtual std::string ProofTopic() const { return {}; }
+  /// A message of a row could not be sent.
+  virtual void Refused() {}
+  /// Has a cell tell everything, for the broker could not take all that it told.
+  void TellAll(const std::string& cell) const { plant_.tellAll(cell); }
   /// Whether the broker is to publish the last will at the end, too.
   virtual bool LeavesWithWill() const { return false; }
+
+ protected:
+  const Plant plant_;
 };
 
 }  // namespace orif::gateway

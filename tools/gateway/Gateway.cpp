@@ -77,7 +77,7 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
   form_ = MakeForm(configuration, AsPlant());
   Add(configuration.cells);  // before the publisher asks what there is
   publisher_.emplace(configuration.broker, *form_, outbox_, metrics_, log,
-                     health.Watch("publisher"), [this](const std::string& cell) { TellAll(cell); });
+                     health.Watch("publisher"));
 }
 
 Gateway::~Gateway() {
@@ -204,6 +204,11 @@ Plant Gateway::AsPlant() {
               },
           .rowsWaiting = [this] { return storage_.Rows(); },
           .rowsDropped = [this] { return storage_.Dropped(); },
+          .has =
+              [this](const std::string& name) {
+                const std::lock_guard lock(mutex_);
+                return cells_.contains(name);
+              },
           .picture = [this](const std::string& name) -> std::optional<CellPicture> {
             std::shared_ptr<Cell> cell;
             {

@@ -98,7 +98,7 @@ class JsonForm::Messages final : public RowMessages {
 };
 
 JsonForm::JsonForm(const TopicSettings& settings, const std::string& gateway, Plant plant)
-    : base_(settings.prefix + '/' + gateway), form_(settings.form), plant_(std::move(plant)) {}
+    : Form(std::move(plant)), base_(settings.prefix + '/' + gateway), form_(settings.form) {}
 
 std::string JsonForm::Below(std::string_view cell, std::string_view last) const {
   std::string topic = base_;
@@ -166,12 +166,15 @@ void JsonForm::Connected(Wire& wire) {
 }
 
 void JsonForm::Turn(Wire& wire) {
-  std::map<std::string, std::string> news;
-  {
-    const std::lock_guard lock(mutex_);
-    news.swap(news_);
+  for (int room = wire.Room(); room > 0; --room) {
+    decltype(news_)::node_type next;
+    {
+      const std::lock_guard lock(mutex_);
+      if (news_.empty()) return;
+      next = news_.extract(news_.begin());
+    }
+    wire.Publish({next.key(), std::move(next.mapped()), true});
   }
-  for (auto& [topic, payload] : news) wire.Publish({topic, std::move(payload), true});
 }
 
 Opened JsonForm::Open(Wire& /*wire*/, const Row& row, bool late) {

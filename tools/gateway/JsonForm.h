@@ -37,7 +37,6 @@ class JsonForm : public Form {
 
   std::string base_;
   TopicSettings::Form form_;
-  Plant plant_;
   std::mutex mutex_;                           // for what follows
   std::map<std::string, std::string> states_;  // that the broker is to keep, by topic
   std::map<std::string, std::string> news_;    // of them; an empty one is to be removed

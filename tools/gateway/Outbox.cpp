@@ -17,6 +17,11 @@ constexpr auto StorageRound = 20ms;
 
 constexpr std::size_t LateAhead = 100;      // rows read back in advance
 constexpr std::size_t LargestInsert = 500;  // rows
+constexpr std::size_t LargestErase = 2000;  // rows
+
+std::int64_t SizeOf(const ParcelPtr& parcel) {
+  return static_cast<std::int64_t>(parcel->Row().Size());
+}
 
 }  // namespace
 
@@ -25,12 +30,13 @@ void Outbox::Add(Row row, Instant now) {
   {
     const std::lock_guard lock(mutex_);
     row.id = nextId_++;
+    const std::int64_t id = row.id;
     auto parcel = std::make_shared<Parcel>(std::move(row), now, connected_);
     first = unstored_.empty() || !connected_;
-    bytes_ += static_cast<std::int64_t>(parcel->Row().Size());
-    known_.emplace(parcel->Row().id, parcel);
-    if (connected_) live_.push_back(parcel);
-    unstored_.push_back(std::move(parcel));
+    bytes_ += SizeOf(parcel);
+    known_.emplace(id, parcel);
+    unstored_.emplace(id, parcel);
+    if (connected_) live_.push_back(std::move(parcel));
     LimitMemory();
   }
   if (first) changed_.notify_all();
@@ -58,14 +64,10 @@ void Outbox::Disconnected() {
     connected_ = false;
     live_.clear();
     late_.clear();
-    owed_.clear();  // the next connection begins with everything
     held_.clear();
-    std::vector<ParcelPtr> known;
-    for (const auto& [id, parcel] : known_) known.push_back(parcel);
-    for (const ParcelPtr& parcel : known) {
-      parcel->live_ = parcel->begun_ = parcel->queued_ = false;
-      if (parcel->stored_) Forget(parcel);
-    }
+    owed_.clear();  // the next connection begins with everything
+    for (auto& [id, parcel] : known_) parcel->live_ = parcel->begun_ = parcel->queued_ = false;
+    std::erase_if(known_, [](const auto& known) { return known.second->stored_; });
   }
   changed_.notify_all();
 }
@@ -73,20 +75,9 @@ void Outbox::Disconnected() {
 ParcelPtr Outbox::NextLive(Instant now) {
   const std::lock_guard lock(mutex_);
   Divert(now);
-  return Begin(live_);
-}
-
-ParcelPtr Outbox::NextLate() {
-  const std::lock_guard lock(mutex_);
-  ParcelPtr next = Begin(late_);
-  if (mayHaveMore_ && late_.size() < LateAhead / 2) changed_.notify_all();
-  return next;
-}
-
-ParcelPtr Outbox::Begin(std::deque<ParcelPtr>& queue) {
-  while (!queue.empty()) {
-    ParcelPtr next = std::move(queue.front());
-    queue.pop_front();
+  while (!live_.empty()) {
+    ParcelPtr next = std::move(live_.front());
+    live_.pop_front();
     if (next->gone_) continue;
     next->begun_ = true;
     return next;
@@ -94,27 +85,66 @@ ParcelPtr Outbox::Begin(std::deque<ParcelPtr>& queue) {
   return nullptr;
 }
 
+ParcelPtr Outbox::NextLate() {
+  const std::lock_guard lock(mutex_);
+  if (mayHaveMore_ && late_.size() <= LateAhead / 2) changed_.notify_all();
+  if (late_.empty()) return nullptr;
+  ParcelPtr next = std::move(late_.begin()->second);
+  late_.erase(late_.begin());
+  next->begun_ = true;
+  return next;
+}
+
 void Outbox::Acknowledge(const ParcelPtr& parcel) {
   const std::lock_guard lock(mutex_);
-  if (parcel->gone_) return;
+  if (!parcel->gone_) GiveUp(parcel);
+}
+
+// The row is gone. If the storage has it, or is at it, it is to be erased there.
+void Outbox::GiveUp(const ParcelPtr& parcel) {
+  const std::int64_t id = parcel->Row().id;
   parcel->gone_ = true;
-  if (parcel->stored_) erase_.push_back(parcel->Row().id);
-  Forget(parcel);
+  if (parcel->stored_ || parcel->storing_) erase_.insert(id);
+  NoLongerUnstored(parcel);
+  late_.erase(id);
+  known_.erase(id);
+}
+
+void Outbox::NoLongerUnstored(const ParcelPtr& parcel) {
+  if (unstored_.erase(parcel->Row().id) != 0) bytes_ -= SizeOf(parcel);
+}
+
+// What is stored from behind `id` on is to be read once more.
+void Outbox::BackTo(std::int64_t id) {
+  readTo_ = std::min(readTo_, id - 1);
+  mayHaveMore_ = true;
 }
 
 void Outbox::PutBack(const ParcelPtr& parcel) {
   const std::lock_guard lock(mutex_);
-  held_.insert(parcel->Row().cell);
-  parcel->live_ = parcel->begun_ = parcel->queued_ = false;
-  if (parcel->stored_) Forget(parcel);
+  const auto putBack = [this](const ParcelPtr& each) {
+    each->live_ = each->begun_ = each->queued_ = false;
+    if (each->stored_) known_.erase(each->Row().id);
+  };
+  const std::string& cell = parcel->Row().cell;
+  auto& first = held_.emplace(cell, parcel->Row().id).first->second;
+  first = std::min(first, parcel->Row().id);
+  putBack(parcel);
+  std::erase_if(late_, [&](const auto& late) {
+    if (late.second->Row().cell != cell) return false;
+    first = std::min(first, late.first);
+    putBack(late.second);
+    return true;
+  });
 }
 
 void Outbox::Release(const std::string& cell) {
   {
     const std::lock_guard lock(mutex_);
-    if (held_.erase(cell) == 0) return;
-    readTo_ = 0;
-    mayHaveMore_ = true;
+    const auto held = held_.find(cell);
+    if (held == held_.end()) return;
+    BackTo(held->second);
+    held_.erase(held);
   }
   changed_.notify_all();
 }
@@ -133,26 +163,17 @@ void Outbox::Divert(Instant now) {
     if (parcel->gone_) continue;
     owed_.insert(parcel->Row().cell);
     parcel->live_ = false;
-    if (parcel->stored_) Forget(parcel);
-    readTo_ = 0;
-    mayHaveMore_ = true;
+    if (parcel->stored_) known_.erase(parcel->Row().id);
+    BackTo(parcel->Row().id);
   }
 }
 
-void Outbox::Forget(const ParcelPtr& parcel) {
-  if (known_.erase(parcel->Row().id) != 0)
-    bytes_ -= static_cast<std::int64_t>(parcel->Row().Size());
-}
-
 void Outbox::LimitMemory() {
-  if (bytes_ <= memoryLimit_) return;
-  DropGone();
-  for (const ParcelPtr& parcel : unstored_) {
-    if (bytes_ <= memoryLimit_) return;
-    if (parcel->gone_ || parcel->begun_ || parcel->storing_ || parcel->stored_) continue;
-    parcel->gone_ = true;
+  for (auto next = unstored_.begin(); next != unstored_.end() && bytes_ > memoryLimit_;) {
+    const ParcelPtr parcel = (next++)->second;
+    if (parcel->begun_ || parcel->storing_) continue;
     ++dropped_;
-    Forget(parcel);
+    GiveUp(parcel);
   }
 }
 
@@ -160,31 +181,26 @@ Outbox::Work Outbox::WaitForWork(std::chrono::milliseconds longest, bool all) {
   std::unique_lock lock(mutex_);
   Work work = TakeWork(std::chrono::steady_clock::now(), all);
   if (!work.Empty()) return work;
-  const bool soon = !unstored_.empty() || !erase_.empty();
+  const bool soon = !unstored_.empty();
   changed_.wait_for(lock,
                     soon ? std::min<std::chrono::milliseconds>(longest, StorageRound) : longest);
   return TakeWork(std::chrono::steady_clock::now(), all);
 }
 
-void Outbox::DropGone() {
-  while (!unstored_.empty() && (unstored_.front()->gone_ || unstored_.front()->stored_)) {
-    unstored_.pop_front();
-  }
-}
-
 Outbox::Work Outbox::TakeWork(Instant now, bool all) {
   Divert(now);
   Work work;
-  DropGone();
-  for (const ParcelPtr& parcel : unstored_) {
-    if (parcel->gone_) continue;
+  for (const auto& [id, parcel] : unstored_) {
     if (connected_ && !all && now - parcel->came_ < StoreAfter) break;
     if (work.insert.size() == LargestInsert) break;
     parcel->storing_ = true;
     work.insert.push_back(parcel);
   }
-  work.erase.swap(erase_);
-  if (connected_ && mayHaveMore_ && late_.size() < LateAhead / 2) work.readAfter = readTo_;
+  for (const std::int64_t id : erase_) {
+    if (work.erase.size() == LargestErase) break;
+    work.erase.push_back(id);
+  }
+  if (connected_ && mayHaveMore_ && late_.size() <= LateAhead / 2) work.readAfter = readTo_;
   return work;
 }
 
@@ -195,15 +211,15 @@ void Outbox::Finish(const Work& work, Done done, Instant now) {
       parcel->storing_ = false;
       if (!done.written) continue;
       parcel->stored_ = true;
-      if (parcel->gone_) {
-        erase_.push_back(parcel->Row().id);
-      } else if (!parcel->live_ && !parcel->begun_ && !parcel->queued_) {
-        Forget(parcel);
-      }
+      NoLongerUnstored(parcel);
+      const bool waits = !parcel->live_ && !parcel->begun_ && !parcel->queued_;
+      if (waits) known_.erase(parcel->Row().id);
     }
-    if (!done.written) erase_.insert(erase_.end(), work.erase.begin(), work.erase.end());
     if (done.read && work.readAfter == readTo_ && connected_) {
       Read(std::move(*done.read), done.end, now);
+    }
+    if (done.written) {
+      for (const std::int64_t id : work.erase) erase_.erase(id);
     }
   }
   if (done.read && news_) news_();
@@ -212,29 +228,31 @@ void Outbox::Finish(const Work& work, Done done, Instant now) {
 // Rows come back from the buffer. Behind its last one follow those that it could not take.
 void Outbox::Read(std::vector<Row> rows, bool end, Instant now) {
   for (Row& row : rows) {
-    readTo_ = row.id;
-    if (known_.contains(row.id) || held_.contains(row.cell)) continue;
+    const std::int64_t id = readTo_ = row.id;
+    if (known_.contains(id) || erase_.contains(id)) continue;
+    if (const auto held = held_.find(row.cell); held != held_.end()) {
+      held->second = std::min(held->second, id);
+      continue;
+    }
     auto parcel = std::make_shared<Parcel>(std::move(row), now, false);
     parcel->stored_ = parcel->queued_ = true;
-    bytes_ += static_cast<std::int64_t>(parcel->Row().Size());
-    known_.emplace(parcel->Row().id, parcel);
-    late_.push_back(std::move(parcel));
+    known_.emplace(id, parcel);
+    late_.emplace(id, std::move(parcel));
   }
   if (!end) return;
   mayHaveMore_ = false;
-  for (const ParcelPtr& parcel : unstored_) {
-    if (parcel->gone_ || parcel->stored_ || parcel->storing_ || parcel->live_ || parcel->begun_ ||
-        parcel->queued_ || held_.contains(parcel->Row().cell))
+  for (const auto& [id, parcel] : unstored_) {
+    if (parcel->live_ || parcel->begun_ || parcel->queued_ || held_.contains(parcel->Row().cell)) {
       continue;
+    }
     parcel->queued_ = true;
-    late_.push_back(parcel);
+    late_.emplace(id, parcel);
   }
 }
 
 bool Outbox::HasUnstored() const {
   const std::lock_guard lock(mutex_);
-  return std::ranges::any_of(
-      unstored_, [](const ParcelPtr& parcel) { return !parcel->gone_ && !parcel->stored_; });
+  return !unstored_.empty();
 }
 
 }  // namespace orif::gateway

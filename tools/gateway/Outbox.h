@@ -101,10 +101,10 @@ class Outbox {
  private:
   Work TakeWork(Instant now, bool all);
   void Divert(Instant now);
-  ParcelPtr Begin(std::deque<ParcelPtr>& queue);
-  void Forget(const ParcelPtr& parcel);
+  void BackTo(std::int64_t id);
+  void GiveUp(const ParcelPtr& parcel);
+  void NoLongerUnstored(const ParcelPtr& parcel);
   void LimitMemory();
-  void DropGone();
   void Read(std::vector<Row> rows, bool end, Instant now);
 
   mutable std::mutex mutex_;
@@ -113,16 +113,17 @@ class Outbox {
   std::int64_t nextId_;
   std::int64_t memoryLimit_;
   bool connected_ = false;
-  std::map<std::int64_t, ParcelPtr> known_;  // in memory and not gone, by id
-  std::deque<ParcelPtr> live_;               // to begin
-  std::deque<ParcelPtr> late_;               // to begin
-  std::deque<ParcelPtr> unstored_;           // in order; may have some that are gone
-  std::vector<std::int64_t> erase_;
+  // By id, which is the order in which they came.
+  std::map<std::int64_t, ParcelPtr> known_;     // in memory and not gone
+  std::map<std::int64_t, ParcelPtr> unstored_;  // of these, in memory alone
+  std::map<std::int64_t, ParcelPtr> late_;      // to begin
+  std::deque<ParcelPtr> live_;                  // to begin; may have some that are gone
+  std::set<std::int64_t> erase_;                // gone, and perhaps still in the buffer
+  std::map<std::string, std::int64_t> held_;    // cells, with the first of their rows that waits
   std::set<std::string> owed_;
-  std::set<std::string> held_;
   std::int64_t readTo_ = 0;  // what the backlog has been read to
   bool mayHaveMore_ = false;
-  std::int64_t bytes_ = 0;  // of known_
+  std::int64_t bytes_ = 0;  // of unstored_
   std::int64_t dropped_ = 0;
 };
 

@@ -22,6 +22,13 @@ constexpr int LateWindow = 200;
 /// The broker's answer to a connection.
 constexpr auto AnswerWithin = 10s;
 constexpr auto Round = 1s;
+/// A connection that stood so long was a good one: the next wait is short again.
+constexpr auto GoodAfter = 1min;
+/// The broker acknowledges something within so many times the keep-alive, or it is gone.
+constexpr int MostSilence = 2;
+/// After so many connections that ended with it under way a row goes alone.
+constexpr int Suspicious = 2;
+constexpr auto AtOnce = 3s;
 /// At the end: for what is under way, and then for the good-bye.
 constexpr auto LastRows = 3s;
 constexpr auto LastState = 1s;
@@ -63,21 +70,21 @@ struct Publisher::Underway {
   Message next = {};
   bool isWhole = true;  // all messages are sent
   bool refused = false;
-  int waiting = 0;  // sent, and not acknowledged
+  int waiting = 0;                 // sent, and not acknowledged
+  Steady::time_point sentAt = {};  // the last of them
   int sent = 0;
+  std::size_t largest = 0;  // bytes of a message
 
   bool IsLate() const { return parcel != nullptr && parcel->IsLate(); }
 };
 
 Publisher::Publisher(BrokerSettings settings, Form& form, Outbox& outbox, Metrics& metrics,
-                     Log& log, Heartbeat& heart,
-                     std::function<void(const std::string& cell)> tellAll)
+                     Log& log, Heartbeat& heart)
     : form_(form),
       outbox_(outbox),
       metrics_(metrics),
       log_(log),
       heart_(heart),
-      tellAll_(std::move(tellAll)),
       bell_(std::make_shared<Bell>()),
       settings_(std::move(settings)),
       backoff_(live::Retry{}),
@@ -104,8 +111,18 @@ void Publisher::Change(const BrokerSettings& settings) {
 }
 
 void Publisher::Run() {
-  while (!ending_) RunOnce(Round);
-  Finish();
+  while (!ending_) {
+    try {
+      RunOnce(Round);
+    } catch (const std::exception& error) {
+      Lost(error.what());
+    }
+  }
+  try {
+    Finish();
+  } catch (const std::exception& error) {
+    Lost(error.what());
+  }
   outbox_.Disconnected();
 }
 
@@ -133,6 +150,9 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
     const std::lock_guard lock(mutex_);
     if (std::exchange(changed_, false)) {
       loss_ = "the settings have changed";
+      attempt_.reset();  // its thread goes on with it alone
+      largestTaken_ = 0;
+      tooLarge_ = std::numeric_limits<std::size_t>::max();
       retryAt_ = {};
       backoff_.Reset();
     }
@@ -151,6 +171,10 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
   if (broker_ != nullptr && !connected_ && Steady::now() > answerBy_) {
     Lost("the broker does not answer");
   }
+  if (messages_ == 0 && questions_ == 0) lastAnswer_ = Steady::now();
+  if (connected_ && Steady::now() - lastAnswer_ > MostSilence * keepAlive_) {
+    Lost("the broker does not acknowledge");
+  }
   if (connected_) PublishAll();
 }
 
@@ -161,23 +185,25 @@ void Publisher::BeginAttempt() {
     const std::lock_guard lock(mutex_);
     settings = settings_;
   }
+  keepAlive_ = settings.keepAlive;
   try {
     attempt->broker = std::make_shared<Broker>(
         settings, form_.LastWill(),
         Broker::Events{
             .connected = [this] { arrived_ = true; },
-            .subscribed = [this](int number) { OnSubscribed(number); },
+            .answered = [this](int number) { OnAnswered(number); },
             .received = [this](const Message& message) { form_.Received(*this, message); },
             .acknowledged = [this](int message, int code) { OnAcknowledged(message, code); }});
-  } catch (const std::runtime_error& error) {
+    std::thread([attempt, bell = bell_, note = form_.Noting()] {
+      attempt->reason = attempt->broker->Connect();
+      if (note && attempt->reason.empty()) note();
+      attempt->done = true;
+      bell->Ring();
+    }).detach();
+  } catch (const std::exception& error) {
     return Lost(error.what());
   }
   attempt_ = attempt;
-  std::thread([attempt, bell = bell_] {
-    attempt->reason = attempt->broker->Connect();
-    attempt->done = true;
-    bell->Ring();
-  }).detach();
 }
 
 void Publisher::EndAttempt() {
@@ -190,14 +216,15 @@ void Publisher::EndAttempt() {
 
 void Publisher::OnConnected() {
   connected_ = true;
-  backoff_.Reset();
+  since_ = lastAnswer_ = Steady::now();
   lastLoss_.clear();
   metrics_.BrokerUp(true);
-  log_.Write(Level::Info, "broker", "", {{"state", "up"}});
   form_.Connected(*this);
+  if (!ready_) log_.Write(Level::Info, "broker", "", {{"state", "connected"}});
 }
 
 void Publisher::Ready() {
+  log_.Write(Level::Info, "broker", "", {{"state", "up"}});
   ready_ = true;
   outbox_.Connected();
 }
@@ -211,6 +238,8 @@ void Publisher::Leave(const std::string& reason) {
 }
 
 void Publisher::Lost(std::string reason) {
+  if (connected_ && Steady::now() - since_ > GoodAfter) backoff_.Reset();
+  Suspect();
   broker_.reset();
   connected_ = arrived_ = ready_ = false;
   form_.Disconnected();
@@ -221,7 +250,8 @@ void Publisher::Lost(std::string reason) {
   }
   std::ranges::fill(underway_, nullptr);
   unproven_.clear();
-  proof_ = 0;
+  alone_.reset();
+  proof_ = questions_ = 0;
   messages_ = lateMessages_ = 0;
   liveRow_.reset();
   lateRow_.reset();
@@ -256,22 +286,30 @@ void Publisher::PublishAll() {
   if (ready_ && loss_.empty() && !ending_) PublishRows(lateRow_, true);
   Prove();
   broker_->Gather(false);
-  for (const std::string& cell : outbox_.TakeOwed()) tellAll_(cell);
+  for (const std::string& cell : outbox_.TakeOwed()) form_.TellAll(cell);
 }
 
 // Of the form. If the connection is gone, the next one begins anew.
-void Publisher::Publish(const Message& message) {
-  if (broker_ != nullptr && loss_.empty()) Send(message, std::make_shared<Underway>());
+bool Publisher::Publish(const Message& message) {
+  if (broker_ == nullptr || !loss_.empty()) return true;
+  const auto own = std::make_shared<Underway>();
+  Send(message, own);
+  return !own->refused;
 }
+
+int Publisher::Room() const { return broker_->Window() - messages_; }
 
 int Publisher::Subscribe(const std::string& topic) {
   const int number = broker_->Subscribe(topic);
   if (number == 0) loss_ = broker_->Reason();
+  ++questions_;
   return number;
 }
 
-void Publisher::OnSubscribed(int number) {
-  if (number != proof_) return form_.Subscribed(*this, number);
+void Publisher::OnAnswered(int number) {
+  lastAnswer_ = Steady::now();
+  --questions_;
+  if (number != proof_) return form_.Accepted(*this, number);
   proof_ = 0;
   for (; asked_ != 0; --asked_) {
     const auto row = std::move(unproven_.front());
@@ -288,6 +326,7 @@ void Publisher::Prove() {
   if (proof_ != 0 || unproven_.empty() || !loss_.empty()) return;
   proof_ = broker_->Unsubscribe(form_.ProofTopic());
   asked_ = unproven_.size();
+  ++questions_;
   if (proof_ == 0) loss_ = broker_->Reason();
 }
 
@@ -306,6 +345,8 @@ bool Publisher::BeginRow(std::shared_ptr<Underway>& row, bool late) {
         outbox_.PutBack(parcel);
         break;
       case Opened::Fate::Drop:
+        log_.Write(Level::Warning, "refused", parcel->Row().cell,
+                   {{"reason", "a row of a cell that is no more"}});
         metrics_.Dropped("refused", 1);
         outbox_.Acknowledge(parcel);
         break;
@@ -317,13 +358,22 @@ bool Publisher::BeginRow(std::shared_ptr<Underway>& row, bool late) {
   return false;
 }
 
+bool Publisher::MayGo(const std::shared_ptr<Underway>& row, bool late) const {
+  if (!loss_.empty() || messages_ >= broker_->Window()) return false;
+  if (alone_ != nullptr) return row == alone_ && (messages_ == 0 || row->sent != 0);
+  return !late || lateMessages_ < std::min(LateWindow, broker_->Window() / 2 + 1);
+}
+
 void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
-  const auto mayGo = [this, late] {
-    return loss_.empty() && messages_ < broker_->Window() &&
-           (!late || lateMessages_ < std::min(LateWindow, broker_->Window() / 2 + 1));
-  };
-  while (mayGo()) {
-    if (row == nullptr && !BeginRow(row, late)) return;
+  while (MayGo(row, late)) {
+    if (row == nullptr) {
+      if (!BeginRow(row, late)) return;
+      const auto suspect = suspects_.find(row->parcel->Row().id);
+      if (suspect != suspects_.end() && suspect->second >= Suspicious) {
+        alone_ = row;
+        continue;
+      }
+    }
     if (!row->messages->Next(row->next)) {
       row->isWhole = true;
       Settle(*row);
@@ -334,15 +384,45 @@ void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
   }
 }
 
+// The connection ends. It may be a row that ends them: one that is too large for a broker which
+// cannot say so. Such a broker does it at once, and has not taken any that is as large. What it
+// will not take is not sent from then on.
+void Publisher::Suspect() {
+  const auto recent = Steady::now() - AtOnce;
+  std::map<std::int64_t, std::shared_ptr<Underway>> rows;
+  const auto add = [&](const std::shared_ptr<Underway>& row) {
+    if (row != nullptr && row->parcel != nullptr && row->sentAt > recent &&
+        row->largest > largestTaken_) {
+      rows.emplace(row->parcel->Row().id, row);
+    }
+  };
+  std::ranges::for_each(underway_, add);
+  std::ranges::for_each(unproven_, add);
+  for (const auto& [id, row] : rows) {
+    if (++suspects_[id] <= Suspicious || row != alone_) continue;
+    log_.Write(Level::Error, "refused", row->parcel->Row().cell,
+               {{"reason", "the broker ends the connection at this row"},
+                {"number", std::to_string(row->parcel->Row().number)}});
+    tooLarge_ = row->largest;
+    backoff_.Reset();
+    metrics_.Dropped("refused", 1);
+    outbox_.Acknowledge(row->parcel);
+    suspects_.erase(id);
+  }
+}
+
 // False if the connection is gone.
 bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& row) {
   int number = 0;
+  const std::size_t size = message.topic.size() + message.payload.size();
   try {
+    if (size >= tooLarge_) throw std::runtime_error("it is too large for the broker");
     number = broker_->Publish(message);
   } catch (const std::runtime_error& error) {
     log_.Write(Level::Error, "refused", row->parcel ? row->parcel->Row().cell : "",
                {{"topic", message.topic}, {"reason", error.what()}});
     row->refused = true;
+    if (row->parcel != nullptr) form_.Refused();
     return true;
   }
   if (number == 0) {
@@ -350,6 +430,8 @@ bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& ro
     return false;
   }
   ++row->sent;
+  row->sentAt = Steady::now();
+  row->largest = std::max(row->largest, size);
   ++row->waiting;
   ++messages_;
   if (row->IsLate()) ++lateMessages_;
@@ -364,6 +446,7 @@ bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& ro
 void Publisher::OnAcknowledged(int message, int code) {
   const auto row = std::exchange(underway_[static_cast<std::size_t>(message)], nullptr);
   if (row == nullptr) return;
+  lastAnswer_ = Steady::now();
   --messages_;
   --row->waiting;
   if (row->IsLate()) --lateMessages_;
@@ -385,7 +468,10 @@ void Publisher::Settle(Underway& row) {
     metrics_.Dropped("refused", 1);
   } else {
     metrics_.Published(row.IsLate(), row.sent);
+    largestTaken_ = std::max(largestTaken_, row.largest);
   }
+  if (!suspects_.empty()) suspects_.erase(row.parcel->Row().id);
+  if (alone_.get() == &row) alone_.reset();
   outbox_.Acknowledge(row.parcel);
 }
 

@@ -5,8 +5,10 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
-#include <functional>
+#include <limits>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -25,10 +27,9 @@ namespace orif::gateway {
 
 class Publisher final : private Wire {
  public:
-  /// All references live as long as the Publisher. `tellAll` has a cell tell everything with its
-  /// next refresh.
+  /// All references live as long as the Publisher.
   Publisher(BrokerSettings settings, Form& form, Outbox& outbox, Metrics& metrics, Log& log,
-            Heartbeat& heart, std::function<void(const std::string& cell)> tellAll);
+            Heartbeat& heart);
   Publisher(const Publisher&) = delete;
   Publisher& operator=(const Publisher&) = delete;
 
@@ -49,7 +50,8 @@ class Publisher final : private Wire {
   struct Underway;
 
   // What the form asks for.
-  void Publish(const Message& message) override;
+  bool Publish(const Message& message) override;
+  int Room() const override;
   int Subscribe(const std::string& topic) override;
   void Ready() override;
   void Release(const std::string& cell) override;
@@ -61,9 +63,11 @@ class Publisher final : private Wire {
   void EndAttempt();
   void OnConnected();
   void OnAcknowledged(int message, int code);
-  void OnSubscribed(int number);
+  void OnAnswered(int number);
   void Settle(Underway& row);
   void Lost(std::string reason);
+  void Suspect();
+  bool MayGo(const std::shared_ptr<Underway>& row, bool late) const;
   void Turn(std::chrono::milliseconds longest);
   void PublishAll();
   void PublishRows(std::shared_ptr<Underway>& row, bool late);
@@ -78,7 +82,6 @@ class Publisher final : private Wire {
   Metrics& metrics_;
   Log& log_;
   Heartbeat& heart_;
-  const std::function<void(const std::string& cell)> tellAll_;
 
   std::shared_ptr<Bell> bell_;
   std::mutex mutex_;  // for the next two
@@ -91,18 +94,28 @@ class Publisher final : private Wire {
   bool arrived_ = false;  // the broker has just accepted the connection
   bool connected_ = false;
   bool ready_ = false;  // rows may go
+  std::chrono::milliseconds keepAlive_{};
   Steady::time_point retryAt_;
   Steady::time_point answerBy_;  // of the broker, to a connection
+  Steady::time_point since_;     // when it accepted the connection
+  Steady::time_point lastAnswer_;
   live::Backoff backoff_;
   std::vector<std::shared_ptr<Underway>> underway_;  // by number of the message
   std::deque<std::shared_ptr<Underway>> unproven_;   // messages that have no acknowledgement
   int proof_ = 0;                                    // number of the question under way
   std::size_t asked_ = 0;                            // about how many of unproven_
+  int questions_ = 0;                                // that the broker has not answered
   int messages_ = 0;                                 // under way
   int lateMessages_ = 0;
   std::shared_ptr<Underway> liveRow_;  // whose messages are being published
   std::shared_ptr<Underway> lateRow_;
-  std::string loss_;      // why the connection is to end
+  // How many connections ended while a row was under way, by its id. One that has seen two goes
+  // alone, and if that connection ends too, it is the row that ends them.
+  std::map<std::int64_t, int> suspects_;
+  std::shared_ptr<Underway> alone_;
+  std::size_t largestTaken_ = 0;  // bytes of a message that the broker has taken
+  std::size_t tooLarge_ = std::numeric_limits<std::size_t>::max();  // that ended connections
+  std::string loss_;                                                // why the connection is to end
   std::string lastLoss_;  // why the last one did, or could not be made
   std::atomic<bool> ending_ = false;
   std::thread thread_;

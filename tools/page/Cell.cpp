@@ -53,7 +53,7 @@ void Cell::Refreshed(const live::Controller& controller, std::span<const std::si
 void Cell::Take(std::size_t index, const live::Tag& tag, live::Time now, std::int64_t step) {
   const bool good = tag.quality == live::Quality::Good;
   Tag& mine = tags_[index];
-  mine.reading = tag;
+  mine.reading = static_cast<const live::Reading&>(tag);
   if (!good) mine.reading.time = now;
   mine.version = version_;
   const auto number = good ? tag.value.Number() : std::nullopt;

@@ -58,7 +58,10 @@ std::string_view TakeToken(std::string_view& rest) {
 }
 
 live::Value ParseToken(std::string_view token) {
-  if (token.starts_with('"')) return nlohmann::json::parse(token).get<std::string>();
+  if (token.starts_with('"')) {
+    const auto text = nlohmann::json::parse(token, nullptr, false);  // the file may be damaged
+    return text.is_string() ? live::Value(text.get<std::string>()) : live::Value();
+  }
   if (token == "true" || token == "false") return token == "true";
   if (const auto whole = tool::ParsedNumber<std::int64_t>(token)) return *whole;
   if (const auto real = tool::ParsedNumber<float>(token)) return *real;

@@ -62,11 +62,11 @@ class SparkplugForm::Data final : public RowMessages {
 
 SparkplugForm::SparkplugForm(const TopicSettings& settings, std::string gateway,
                              std::filesystem::path counter, Plant plant)
-    : group_(settings.group),
+    : Form(std::move(plant)),
+      group_(settings.group),
       node_(std::move(gateway)),
       hostTopic_(settings.primaryHost.empty() ? "" : Namespace + ("STATE/" + settings.primaryHost)),
-      counter_(std::move(counter)),
-      plant_(std::move(plant)) {
+      counter_(std::move(counter)) {
   std::ifstream(counter_) >> connects_;
 }
 
@@ -85,6 +85,7 @@ void SparkplugForm::Tell(const CellState& state) {
   news_.insert(state.cell);
 }
 
+// A cell that has changed is born anew.
 void SparkplugForm::Forget(const std::string& cell, const std::vector<std::string>& /*tags*/,
                            bool /*whole*/) {
   const std::lock_guard lock(mutex_);
@@ -105,13 +106,22 @@ Message SparkplugForm::LastWill() {
   return {.topic = Topic("NDEATH"), .payload = Death(connects_), .retain = false, .qos = 1};
 }
 
-void SparkplugForm::Connecting() {
-  ++connects_;
-  // A file that cannot be replaced keeps its number; this start of the gateway counts on.
-  const std::filesystem::path next = counter_.string() + ".new";
-  std::ofstream(next) << connects_ << '\n';
-  std::error_code ignored;
-  std::filesystem::rename(next, counter_, ignored);
+void SparkplugForm::Connecting() { ++connects_; }
+
+// A file that cannot be replaced keeps its number; this start of the gateway counts on.
+std::function<void()> SparkplugForm::Noting() const {
+  return [file = counter_, connects = connects_ + 1] {
+    const std::filesystem::path next = file.string() + ".new";
+    std::ofstream out(next);
+    out << connects << '\n';
+    out.close();
+    std::error_code ignored;
+    if (out) {
+      std::filesystem::rename(next, file, ignored);
+    } else {
+      std::filesystem::remove(next, ignored);
+    }
+  };
 }
 
 void SparkplugForm::Connected(Wire& wire) {
@@ -121,12 +131,13 @@ void SparkplugForm::Connected(Wire& wire) {
 
 void SparkplugForm::Disconnected() {
   subscriptions_.clear();
+  waiting_.clear();
   begun_ = rebirth_ = hostOnline_ = hostGone_ = false;
   hostSince_.reset();
   for (auto& [name, device] : devices_) device.born = false;
 }
 
-void SparkplugForm::Subscribed(Wire& /*wire*/, int number) { subscriptions_.erase(number); }
+void SparkplugForm::Accepted(Wire& /*wire*/, int number) { subscriptions_.erase(number); }
 
 void SparkplugForm::Received(Wire& /*wire*/, const Message& message) {
   if (message.topic == hostTopic_) return NoteHost(message.payload);
@@ -138,6 +149,8 @@ void SparkplugForm::Received(Wire& /*wire*/, const Message& message) {
 }
 
 void SparkplugForm::NoteHost(std::string_view payload) {
+  constexpr std::size_t LongEnough = 1024;
+  if (payload.size() > LongEnough) return;
   const auto state = nlohmann::json::parse(payload, nullptr, false);
   if (!state.is_object()) return;
   const auto online = state.find("online");
@@ -155,6 +168,7 @@ void SparkplugForm::Turn(Wire& wire) {
   if (hostGone_) return wire.Leave("the primary host is offline");
   if (begun_) {
     if (std::exchange(rebirth_, false)) BearAll(wire);
+    BearWaiting(wire);
   } else if (subscriptions_.empty() && (hostTopic_.empty() || hostOnline_)) {
     BearAll(wire);
     begun_ = true;
@@ -182,7 +196,10 @@ void SparkplugForm::AfterRows(Wire& wire) {
   for (const auto& [cell, state] : news) {
     if (state == "lost" || state == "silent" || state == "closed") {
       Bury(wire, cell);
+      waiting_.erase(cell);
       plant_.tellAll(cell);  // once it is back
+    } else if (state == "up" && !devices_[cell].born) {
+      waiting_.insert(cell);
     }
   }
 }
@@ -195,6 +212,14 @@ void SparkplugForm::GoodBye(Wire& wire) {
 }
 
 // Births and deaths
+
+// False if the message is too large for the broker; it then has taken no number.
+bool SparkplugForm::Announce(Wire& wire, std::string topic, sparkplug::Payload& payload) {
+  const std::uint64_t before = sequence_;
+  const bool sent = wire.Publish(Sequenced(std::move(topic), payload));
+  if (!sent) sequence_ = before;
+  return sent;
+}
 
 Message SparkplugForm::Sequenced(std::string topic, sparkplug::Payload& payload) {
   payload.set_seq(sequence_);
@@ -212,7 +237,7 @@ void SparkplugForm::BearAll(Wire& wire) {
   version.set_alias(VersionAlias);
   version.set_string_value(plant_.version);
   sequence_ = 0;
-  wire.Publish(Sequenced(Topic("NBIRTH"), payload));
+  Announce(wire, Topic("NBIRTH"), payload);
   std::vector<std::string> up;
   {
     const std::lock_guard lock(mutex_);
@@ -221,7 +246,18 @@ void SparkplugForm::BearAll(Wire& wire) {
     }
   }
   for (auto& [cell, device] : devices_) device.born = false;
-  for (const std::string& cell : up) Bear(wire, cell);
+  for (const std::string& cell : up) {
+    if (!Bear(wire, cell)) waiting_.insert(cell);
+  }
+}
+
+void SparkplugForm::BearWaiting(Wire& wire) {
+  constexpr std::chrono::milliseconds BetweenTries(200);
+  const auto now = std::chrono::steady_clock::now();
+  if (waiting_.empty() || now < lookAt_) return;
+  lookAt_ = now + BetweenTries;
+  std::erase_if(waiting_,
+                [&](const std::string& cell) { return devices_[cell].born || Bear(wire, cell); });
 }
 
 // False if there is nothing of the cell to tell yet.
@@ -251,11 +287,10 @@ bool SparkplugForm::Bear(Wire& wire, const std::string& cell) {
     known.good = good;
     known.told.clear();
   }
-  device.born = true;
+  device.born = Announce(wire, Topic("DBIRTH", cell), payload);
   device.bornAt = picture->number;
-  wire.Publish(Sequenced(Topic("DBIRTH", cell), payload));
-  wire.Release(cell);
-  return true;
+  if (device.born) wire.Release(cell);
+  return device.born;
 }
 
 void SparkplugForm::Bury(Wire& wire, const std::string& cell) {
@@ -264,7 +299,7 @@ void SparkplugForm::Bury(Wire& wire, const std::string& cell) {
   found->second.born = false;
   sparkplug::Payload payload;
   payload.set_timestamp(Now());
-  wire.Publish(Sequenced(Topic("DDEATH", cell), payload));
+  Announce(wire, Topic("DDEATH", cell), payload);
 }
 
 // Rows
@@ -273,7 +308,7 @@ Opened SparkplugForm::Open(Wire& wire, const Row& row, bool late) {
   const auto found = devices_.find(row.cell);
   if (found == devices_.end() || !found->second.born) {
     const bool tells = row.values.find(R"("quality":"good")") != std::string::npos;
-    if (!plant_.picture(row.cell)) {
+    if (!plant_.has(row.cell)) {
       return {late || tells ? Opened::Fate::Drop : Opened::Fate::Skip};
     }
     if (!tells) return {Opened::Fate::Skip};  // a cell that is not there

@@ -2,8 +2,10 @@
 // holds.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -29,16 +31,18 @@ class SparkplugForm final : public Form {
   void Forget(const std::string& cell, const std::vector<std::string>& tags, bool whole) override;
 
   Message LastWill() override;
+  std::function<void()> Noting() const override;
   void Connecting() override;
   void Connected(Wire& wire) override;
   void Disconnected() override;
-  void Subscribed(Wire& wire, int number) override;
+  void Accepted(Wire& wire, int number) override;
   void Received(Wire& wire, const Message& message) override;
   void Turn(Wire& wire) override;
   void AfterRows(Wire& wire) override;
   Opened Open(Wire& wire, const Row& row, bool late) override;
   void GoodBye(Wire& wire) override;
   std::string ProofTopic() const override { return Topic("NCMD") + "/proof"; }
+  void Refused() override { rebirth_ = true; }
   bool LeavesWithWill() const override { return true; }
 
  private:
@@ -59,12 +63,13 @@ class SparkplugForm final : public Form {
   };
 
   std::string Topic(std::string_view type, std::string_view device = {}) const;
+  bool Announce(Wire& wire, std::string topic, sparkplug::Payload& payload);
   Message Sequenced(std::string topic, sparkplug::Payload& payload);
   static std::string Death(std::uint64_t connect);
-  void Begin(Wire& wire);
   bool Bear(Wire& wire, const std::string& cell);
   void Bury(Wire& wire, const std::string& cell);
   void BearAll(Wire& wire);
+  void BearWaiting(Wire& wire);
   sparkplug::Payload DataOf(Device& device, const Row& row, bool historical);
   void NoteHost(std::string_view payload);
 
@@ -72,7 +77,6 @@ class SparkplugForm final : public Form {
   std::string node_;
   std::string hostTopic_;  // empty without a primary host
   std::filesystem::path counter_;
-  Plant plant_;
 
   std::mutex mutex_;                           // for the next three
   std::map<std::string, std::string> states_;  // of cells
@@ -90,6 +94,8 @@ class SparkplugForm final : public Form {
   std::uint64_t sequence_ = 0;
   std::uint64_t nextAlias_ = 3;  // behind those of the node
   std::map<std::string, Device> devices_;
+  std::set<std::string> waiting_;  // cells that are up, and of which nothing could be told yet
+  std::chrono::steady_clock::time_point lookAt_;  // when to try again
 };
 
 }  // namespace orif::gateway

@@ -149,7 +149,10 @@ function makeItem(name) {
 }
 
 function noteOf(cell) {
-  if (cell.state !== "up") return cell.reason || readText(cell);
+  const host = cell.host + ": "; // the reasons of some components begin with it
+  if (cell.state !== "up") {
+    return (cell.reason.startsWith(host) ? cell.reason.slice(host.length) : cell.reason) || readText(cell);
+  }
   if (cell.alarms > 0) return (cell.alarms > 1 ? `${cell.alarms} alarms: ` : "") + cell.alarm;
   return isOld(cell) ? readText(cell) : `${cell.tags} values`;
 }
