@@ -24,7 +24,7 @@ TEST(GatewayCell, StartsAgainAndIsQuietOnceMuted) {
   const std::filesystem::path scenario =
       std::filesystem::path(testing::TempDir()) / ("cell" + std::to_string(::getpid()) + ".json");
   Metrics metrics("hall1");
-  Log log(false);
+  Log log(false, -1);
   std::vector<std::string> states;  // guarded by the cell
   std::atomic<int> rows = 0;
   std::promise<void> read;
