@@ -77,7 +77,7 @@ void OneOf(Target& target, const Node& node, std::span<const std::string_view> w
 }
 
 template <auto Member, class Target>
-void Plain(Target& target, const Node& node) {
+void PlainText(Target& target, const Node& node) {
   NonEmpty<Member>(target, node);
   if (tool::Printable(target.*Member) != target.*Member) {
     node.Fail("must be a text without control characters");
@@ -98,7 +98,7 @@ std::string TopicText(const Node& node, std::string_view forbidden) {
 }
 
 void ReadBrokerHost(BrokerSettings& broker, const Node& node) {
-  Plain<&BrokerSettings::host>(broker, node);
+  PlainText<&BrokerSettings::host>(broker, node);
   if (broker.host.find_first_of(" /@") != std::string::npos) {
     // What else may stand there, a password, is not to be shown.
     node.Fail("must be a name or an address alone, without blanks, / and @");
@@ -134,8 +134,8 @@ constexpr auto BrokerFields = std::to_array<Field<BrokerSettings>>({
     {"host", ReadBrokerHost, true},
     {"port", Between<&BrokerSettings::port, 1, 65535>},
     {"protocol", ReadProtocol},
-    {"client", Plain<&BrokerSettings::client>},
-    {"user", Plain<&BrokerSettings::user>},
+    {"client", PlainText<&BrokerSettings::client>},
+    {"user", PlainText<&BrokerSettings::user>},
     {"password_file", NonEmpty<&BrokerSettings::passwordFile>},
     {"tls", ReadTls},
     {"keep_alive", ReadKeepAlive},
