@@ -77,12 +77,13 @@ TEST_F(ConfigurationFile, IsRefusedWithLineAndRemedy) {
       {R"("period": "2s")", R"("perod": "2s")",
        R"(:9: cells[1].perod: is not known here, did you mean "period"?)"},
       {R"("period": "2s")", R"("period": "0s")",
-       ":9: cells[1].period: must be at least 1 ms, not \"0s\""},
+       ":9: cells[1].period: must be at least 20 ms, not \"0s\""},
       {R"("2GB")", R"("2TB")",
        R"(:5: buffer.limit: must be a size from "100KB" on like "500MB" or "1GB", not "2TB")"},
       {R"("press2")", R"("press1")", ":9: cells[1].name: is the name of two cells"},
       {R"("press2")", R"("a/b")",
        ":9: cells[1].name: must be a text without control characters and / + #"},
+      {R"("press2")", R"("press2 ")", "with no blank at either end"},
       {R"("press2")", R"("a\u0007b")", "must be a text without control characters and / + #"},
       {R"("hall1")", R"("")", ":3: gateway: must be a text without control characters and / + #"},
       {R"("host": "10.0.0.1")", R"("port": 1)", R"(:8: cells[0]: must have "host" or "simulate")"},
@@ -93,6 +94,10 @@ TEST_F(ConfigurationFile, IsRefusedWithLineAndRemedy) {
        R"(must have "user" where it has "password_file")"},
       {R"("broker.plant")", R"("broker.plant", "tls": {"ca": "none.pem"})",
        "none.pem cannot be read"},
+      {R"("broker.plant")", R"("user:password@broker")", ":4: broker.host: must be a name"},
+      {R"("broker.plant")", R"("broker.plant", "user": "\u001b[31m")", ":4: broker.user: must be "},
+      {R"("hall1")", R"("hall1", "topics": {"form": "sparkplug", "group": "g", "prefix": "p"})",
+       ":3: topics.prefix: is not for the form sparkplug"},
       {R"("broker.plant")", R"("broker.plant", "protocol": "4")",
        "is not known; known are 3.1.1, 5"},
       {R"("hall1")", R"("hall1", "page": {"address": "10.0.0.5"})",
@@ -104,6 +109,10 @@ TEST_F(ConfigurationFile, IsRefusedWithLineAndRemedy) {
     EXPECT_THAT(Mistake(mistake.part, mistake.instead), HasSubstr(mistake.says));
   }
   EXPECT_THROW(LoadConfiguration(directory_ / "none.json"), ConfigurationError);
+  EXPECT_THROW(LoadConfiguration(directory_), ConfigurationError);
+  EXPECT_THROW(Load(R"({"gateway": "g", "broker": {"host": "b"}, "buffer": {"file": "b.db"},
+                        "cells": []})"),
+               ConfigurationError);
 }
 
 TEST_F(ConfigurationFile, SecretsAreFirstLines) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -22,6 +23,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tools/gateway/Log.h"
 #include "tools/gateway/Metrics.h"
 #include "tools/gateway/MetricsServer.h"
 #include "tools/gateway/Supervisor.h"
@@ -58,6 +60,25 @@ TEST(GatewayHealth, IsServed) {
   EXPECT_EQ(answer->body,
             "{\"status\":\"stuck\",\"threads\":[\"publisher\"],"
             "\"broker\":false,\"cells\":0,\"cells_up\":0}\n");
+}
+
+TEST(GatewayLog, WaitsForNobodyWhoReads) {
+  int pipe[2];
+  ASSERT_EQ(::pipe(pipe), 0);
+  Log log(false, pipe[1]);
+  const std::string reason = "\xE2\x82\xAC" + std::string(5000, 'x');
+  for (int cell = 0; cell < 100; ++cell) {  // more than there is room for
+    log.Write(Level::Warning, "cell", std::to_string(cell),
+              {{"state", "lost"}, {"reason", reason}});
+  }
+  std::string read(1 << 20, ' ');
+  read.resize(static_cast<std::size_t>(::read(pipe[0], read.data(), read.size())));
+  EXPECT_THAT(read, StartsWith("time="));
+  EXPECT_EQ(read.size(), PIPE_BUF * std::count(read.begin(), read.end(), '\n'));
+  log.Write(Level::Info, "cell", "99", {{"state", "up"}});
+  read.resize(static_cast<std::size_t>(::read(pipe[0], read.data(), read.size())));
+  EXPECT_THAT(read, testing::EndsWith(" event=cell cell=99 state=up left_out=1\n"));
+  for (const int end : pipe) ::close(end);
 }
 
 class GatewayServer : public testing::Test {

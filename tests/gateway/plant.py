@@ -307,9 +307,9 @@ class Plant:
     def end(self):
         self.gateway.terminate()
         try:
-            code = self.gateway.wait(10)
+            code = self.gateway.wait(15)
         except subprocess.TimeoutExpired as late:
-            raise Wrong("the gateway does not end within 10 s") from late
+            raise Wrong("the gateway does not end within 15 s") from late
         need(code == 0, f"the gateway has ended with {code}:\n{self.log()[-2000:]}")
 
     def compare(self, cell, rows, server):

@@ -150,7 +150,7 @@ def cells_lost(chance, length, form):
 
 def component_hangs(chance, length, form):
     """A component hangs in the bulk read of one cell, which is taken away meanwhile and comes back;
-    and once more at the end of the gateway."""
+    then for an hour, while the cell is changed and the gateway ends."""
     plant = made(form)
     plant.config["cells"][0]["component"] = os.environ["HANGING_COMPONENT"]
     plant.environment["HANGING_COMPONENT_FILE"] = f"{os.getcwd()}/hang"
@@ -176,9 +176,17 @@ def component_hangs(chance, length, form):
     time.sleep(0.5)
     need(plant.are_up(1, others), "taking a hanging cell away has disturbed others")
     plant.config["cells"].insert(0, hung)
+    hung["time_out"] = "1h"
     plant.reload()
     plant.all_up()
-    plant.before_end = lambda: (open("hang", "w", encoding="utf-8").close(), time.sleep(1))
+
+    def hang():
+        with open("hang", "w", encoding="utf-8"):
+            time.sleep(1)
+        hung["period"] = "200ms"
+        plant.reload()
+
+    plant.before_end = hang
 
 
 def clock_set_back(chance, length, form):

@@ -10,6 +10,7 @@ namespace orif::gateway {
 namespace {
 
 constexpr std::size_t ReadAtOnce = 100;        // rows
+constexpr std::size_t DropAtOnce = 2000;       // rows, besides as many as come
 constexpr std::int64_t ReadBytes = 2'000'000;  // at most, but for one row
 
 // A file of another version is none of ours.
@@ -104,10 +105,10 @@ bool Buffer::Erase(tool::Statement& statement) {
   return found;
 }
 
-std::int64_t Buffer::DropOldest() {
-  std::int64_t dropped = 0;
-  while (bytes_ > limit_ && Erase(*eraseOldest_)) ++dropped;
-  return dropped;
+std::int64_t Buffer::DropOldest(std::size_t most) {
+  std::size_t dropped = 0;
+  while (IsOverLimit() && dropped < most && Erase(*eraseOldest_)) ++dropped;
+  return static_cast<std::int64_t>(dropped);
 }
 
 std::int64_t Buffer::Write(std::span<const ParcelPtr> insert, std::span<const std::int64_t> erase) {
@@ -132,9 +133,9 @@ std::int64_t Buffer::Write(std::span<const ParcelPtr> insert, std::span<const st
       erase_->Bind(0, id);
       Erase(*erase_);
     }
-    dropped = DropOldest();
+    dropped = DropOldest(insert.size() + DropAtOnce);
     database_->Execute("COMMIT");
-  } catch (const std::runtime_error&) {
+  } catch (...) {
     for (auto* statement : {&insert_, &erase_, &eraseOldest_}) (*statement)->Abandon();
     database_->RollBack();
     Count();
@@ -163,7 +164,7 @@ std::vector<Row> Buffer::Read(std::int64_t id, bool& end) {
     }
     end = bytes <= ReadBytes && rows.size() < ReadAtOnce;
     read_->Reset();
-  } catch (const std::runtime_error&) {
+  } catch (...) {
     read_->Abandon();
     throw;
   }

@@ -2,6 +2,7 @@
 // and one thread at a time.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -22,13 +23,15 @@ class Buffer {
   /// moved aside, which MovedAside tells. Throws tool::DatabaseBusy if another gateway has it.
   Buffer(const std::filesystem::path& file, std::int64_t limit);
 
-  /// Counts the starts of the gateway. Also with a new file it is higher than it ever was.
+  /// Counts the starts of the gateway. With a new file it begins at the minutes since 2025, which
+  /// is higher than it ever was unless the clock was set back, or the gateway has been started more
+  /// than once for each minute.
   std::int64_t Session() const { return session_; }
   std::int64_t LastId() const { return lastId_; }
   const std::optional<std::filesystem::path>& MovedAside() const { return movedAside_; }
 
-  /// Stores and erases in one step. What is then beyond the limit is dropped, oldest first; answers
-  /// how many rows.
+  /// Stores and erases in one step. What is then over the limit is dropped, oldest first, so many
+  /// rows at a time that it is soon done; answers how many. Rows over the limit may be left.
   std::int64_t Write(std::span<const ParcelPtr> insert, std::span<const std::int64_t> erase);
   /// The next rows behind `id`, in order; `end` tells whether those were the last.
   std::vector<Row> Read(std::int64_t id, bool& end);
@@ -38,11 +41,12 @@ class Buffer {
 
   std::int64_t Rows() const { return rows_; }
   std::int64_t Bytes() const { return bytes_; }
+  bool IsOverLimit() const { return bytes_ > limit_; }
   std::int64_t Limit() const { return limit_; }
 
  private:
   void Begin(const std::filesystem::path& file);
-  std::int64_t DropOldest();
+  std::int64_t DropOldest(std::size_t most);
   bool Erase(tool::Statement& statement);
   void Count();
 

@@ -1,6 +1,7 @@
 #include "tools/gateway/Cell.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "orif/orif.h"
@@ -47,18 +48,24 @@ Cell::Cell(CellSettings settings, std::shared_ptr<std::atomic<std::int64_t>> num
   silentAfter_ = 3 * std::max(settings_.period, timeOut ? Milliseconds(*timeOut) : UsualTimeOut);
 }
 
-void Cell::Start() {
-  std::optional<sim::Network> simulated;
-  live::Settings settings = SettingsOf(settings_, &simulated);
-  if (simulated) settings.clock = std::make_shared<SimulatedTime>(*simulated);
-  tags_ = live::Controller(settings).Tags().size();
-  lastSign_ = std::chrono::steady_clock::now();
-  monitor_.emplace(
-      std::move(settings), settings_.period,
-      live::MonitorEvents{
-          .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
-          .onLink = [this](live::Link link, const live::Reason& reason) { OnLink(link, reason); }});
+bool Cell::Start() {
+  try {
+    tags_ = TagNames(settings_).size();
+    std::optional<sim::Network> simulated;
+    live::Settings settings = SettingsOf(settings_, &simulated);
+    if (simulated) settings.clock = std::make_shared<SimulatedTime>(*simulated);
+    lastSign_ = std::chrono::steady_clock::now();
+    monitor_.emplace(std::move(settings), settings_.period,
+                     live::MonitorEvents{
+                         .onRefresh = [this](const live::Refreshed& now) { OnRefresh(now); },
+                         .onLink = [this](live::Link link,
+                                          const live::Reason& reason) { OnLink(link, reason); }});
+  } catch (const std::exception& error) {  // files that are gone, no more threads
+    OnLink(live::Link::Lost, live::Reason{.text = error.what()});
+    return false;
+  }
   begun_ = true;
+  return true;
 }
 
 void Cell::Stop() {
@@ -66,12 +73,13 @@ void Cell::Stop() {
   if (monitor_ && !monitor_->Stop()) OnLink(live::Link::Closed, {});
 }
 
-std::vector<std::string> Cell::TagNames() const {
-  std::vector<std::string> names;
-  if (begun_) {
-    for (const live::Tag& tag : monitor_->Tags()) names.push_back(tag.name);
-  }
-  return names;
+void Cell::Mute() {
+  const std::lock_guard lock(mutex_);
+  if (std::exchange(muted_, true)) return;
+  metrics_->Up(false);
+  if (!state_.empty()) Tell(std::string(live::ToText(live::Link::Closed)), {});
+  metrics_.reset();
+  hooks_ = {};
 }
 
 CellPicture Cell::Picture() const {
@@ -93,6 +101,8 @@ CellPicture Cell::Picture() const {
 void Cell::OnRefresh(const live::Refreshed& refreshed) {
   const auto now = std::chrono::steady_clock::now();
   lastSign_ = now;
+  const std::lock_guard lock(mutex_);
+  if (muted_) return;
   const auto tags = refreshed.controller.Tags();
   const auto refused = std::ranges::count_if(
       refreshed.controller.Items(),
@@ -112,8 +122,9 @@ void Cell::OnRefresh(const live::Refreshed& refreshed) {
 
 void Cell::OnLink(live::Link link, const live::Reason& reason) {
   lastSign_ = std::chrono::steady_clock::now();
-  metrics_->Up(link == live::Link::Up);
   const std::lock_guard lock(mutex_);
+  if (muted_) return;
+  metrics_->Up(link == live::Link::Up);
   const bool wasLost = link_ == live::Link::Lost && state_ == "lost";
   link_ = link;
   // A cell that is tried again stays lost until it is there.
@@ -127,6 +138,7 @@ void Cell::OnLink(live::Link link, const live::Reason& reason) {
 
 void Cell::Watch(Instant now) {
   const std::lock_guard lock(mutex_);
+  if (muted_) return;
   const bool waits = link_ == live::Link::Lost || link_ == live::Link::Closed;
   if (!waits && now - lastSign_.load() > silentAfter_) {
     metrics_->Up(false);

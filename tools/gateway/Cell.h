@@ -10,7 +10,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "live/Monitor.h"
 #include "tools/gateway/Configuration.h"
@@ -44,10 +43,14 @@ class Cell {
 
   const CellSettings& Settings() const { return settings_; }
 
-  /// Begins to refresh.
-  void Start();
+  /// Begins to refresh. A cell that cannot is told as lost, with the reason, and may be started
+  /// again.
+  bool Start();
   /// Ends, within the time-out.
   void Stop();
+  /// Tells that the cell is closed, as the last that is heard of it: afterwards neither a hook nor
+  /// the log is called, whatever its component still does, and both may be gone.
+  void Mute();
 
   // Any thread.
 
@@ -55,8 +58,6 @@ class Cell {
   void TellAll() { tellAll_ = true; }
   /// Finds out whether the cell has fallen silent, and says so. Call it every second or so.
   void Watch(Instant now);
-  /// The names of all tags; empty before the start.
-  std::vector<std::string> TagNames() const;
   /// All values; none before the start.
   CellPicture Picture() const;
 
@@ -67,16 +68,17 @@ class Cell {
 
   CellSettings settings_;
   std::shared_ptr<std::atomic<std::int64_t>> numbers_;
-  std::shared_ptr<CellMetrics> metrics_;
-  Log& log_;
-  Hooks hooks_;
-  Sampler sampler_;
   std::chrono::nanoseconds silentAfter_;
   std::size_t tags_ = 0;
   std::atomic<bool> tellAll_ = false;
   std::atomic<Instant> lastSign_;
 
-  std::mutex mutex_;  // for what follows
+  std::mutex mutex_;  // for what follows, also while it is called
+  bool muted_ = false;
+  std::shared_ptr<CellMetrics> metrics_;
+  Log& log_;
+  Hooks hooks_;
+  Sampler sampler_;
   live::Link link_ = live::Link::Closed;
   std::string state_;
   std::string reason_;

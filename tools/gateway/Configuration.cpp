@@ -28,6 +28,9 @@ using sim::Node;
 
 constexpr std::int64_t LongestName = 100;  // bytes
 
+/// At this pace the numbers of a session last for 231 days.
+constexpr std::int64_t ShortestPeriod = 20;  // ms
+
 // Members of settings and how they are read.
 
 template <auto Member, class Target>
@@ -73,18 +76,33 @@ void OneOf(Target& target, const Node& node, std::span<const std::string_view> w
   target.*Member = static_cast<Value>(found - words.begin());
 }
 
+template <auto Member, class Target>
+void PlainText(Target& target, const Node& node) {
+  NonEmpty<Member>(target, node);
+  if (tool::Printable(target.*Member) != target.*Member) {
+    node.Fail("must be a text without control characters");
+  }
+}
+
 // A text that stands in topics.
 std::string TopicText(const Node& node, std::string_view forbidden) {
   std::string text = sim::ReadText(node, LongestName);
-  const auto wrong = [&](unsigned char c) {
-    return c < ' ' || c == 0x7F || forbidden.find(static_cast<char>(c)) != forbidden.npos;
-  };
-  if (text.empty() || std::ranges::any_of(text, wrong) || tool::Printable(text) != text) {
+  if (text.empty() || text.find_first_of(forbidden) != text.npos || text.starts_with(' ') ||
+      text.ends_with(' ') || tool::Printable(text) != text) {
     std::string signs;
     for (const char c : forbidden) signs += std::string(" ") + c;
-    node.Fail("must be a text without control characters and" + signs);
+    node.Fail("must be a text without control characters and" + signs +
+              ", with no blank at either end");
   }
   return text;
+}
+
+void ReadBrokerHost(BrokerSettings& broker, const Node& node) {
+  PlainText<&BrokerSettings::host>(broker, node);
+  if (broker.host.find_first_of(" /@") != std::string::npos) {
+    // What else may stand there, a password, is not to be shown.
+    node.Fail("must be a name or an address alone, without blanks, / and @");
+  }
 }
 
 constexpr auto TlsFields = std::to_array<Field<Tls>>({
@@ -113,11 +131,11 @@ void ReadKeepAlive(BrokerSettings& broker, const Node& node) {
 }
 
 constexpr auto BrokerFields = std::to_array<Field<BrokerSettings>>({
-    {"host", NonEmpty<&BrokerSettings::host>, true},
+    {"host", ReadBrokerHost, true},
     {"port", Between<&BrokerSettings::port, 1, 65535>},
     {"protocol", ReadProtocol},
-    {"client", NonEmpty<&BrokerSettings::client>},
-    {"user", NonEmpty<&BrokerSettings::user>},
+    {"client", PlainText<&BrokerSettings::client>},
+    {"user", PlainText<&BrokerSettings::user>},
     {"password_file", NonEmpty<&BrokerSettings::passwordFile>},
     {"tls", ReadTls},
     {"keep_alive", ReadKeepAlive},
@@ -156,6 +174,8 @@ void ReadTopics(TopicSettings& topics, const Node& node) {
     const Node* own = node.Find(key);
     if (own != nullptr && !sparkplug) own->Fail("is for the form sparkplug");
   }
+  const Node* prefix = node.Find("prefix");
+  if (prefix != nullptr && sparkplug) prefix->Fail("is not for the form sparkplug");
 }
 
 constexpr auto BufferFields = std::to_array<Field<BufferSettings>>({
@@ -261,7 +281,7 @@ constexpr auto SharedFields = std::to_array<Field<CellSettings>>({
     {"time_out", ReadTimeOut},
     {"component", Way<&tool::Connection::component>},
     {"encoding", ReadEncoding},
-    {"period", TimeFrom<&CellSettings::period, 1>},
+    {"period", TimeFrom<&CellSettings::period, ShortestPeriod>},
     {"full", TimeFrom<&CellSettings::full, 1000>},
     {"tags", ReadTags},
 });
@@ -296,6 +316,7 @@ class Reader {
     for (const Node& cell : document.At("cells").List()) {
       all.cells.push_back(ReadCell(cell, defaults));
     }
+    if (all.cells.empty()) document.At("cells").Fail("must have a cell");
     return all;
   }
 
@@ -369,7 +390,18 @@ class Reader {
   std::set<std::string> names_;
 };
 
+// What the groups of a cell name: items, which may have many tags.
+std::vector<std::string> Named(const CellSettings& cell) {
+  std::vector<std::string> names;
+  for (const TagGroup& group : cell.tags) std::ranges::copy(group.names, std::back_inserter(names));
+  return names;
+}
+
 std::string ContentOf(const std::filesystem::path& file) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) {
+    throw ConfigurationError(file.string() + " is a directory");
+  }
   std::ifstream in(file, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(in), {}};
   if (!in) {
@@ -391,13 +423,18 @@ Configuration LoadConfiguration(const std::filesystem::path& file) {
 }
 
 live::Settings SettingsOf(const CellSettings& cell, std::optional<sim::Network>* simulated) {
-  std::vector<std::string> names;
-  for (const TagGroup& group : cell.tags) std::ranges::copy(group.names, std::back_inserter(names));
   tool::Cell way(cell.connection);
-  live::Settings settings = way.Settings(std::move(names));
+  live::Settings settings = way.Settings(Named(cell));
   settings.retry = {};
   if (simulated != nullptr && way.Simulated() != nullptr) *simulated = *way.Simulated();
   return settings;
+}
+
+std::vector<std::string> TagNames(const CellSettings& cell) {
+  const live::Controller controller({.host = cell.name, .tags = Named(cell)});
+  std::vector<std::string> names;
+  for (const live::Tag& tag : controller.Tags()) names.push_back(tag.name);
+  return names;
 }
 
 std::string Secret(const std::string& file) {

@@ -122,6 +122,9 @@ Configuration LoadConfiguration(const std::filesystem::path& file);
 live::Settings SettingsOf(const CellSettings& cell,
                           std::optional<sim::Network>* simulated = nullptr);
 
+/// The names of all its tags.
+std::vector<std::string> TagNames(const CellSettings& cell);
+
 /// The first line of a file with a secret. Throws a std::runtime_error with the file's name.
 std::string Secret(const std::string& file);
 

@@ -1,8 +1,9 @@
 #include "tools/gateway/Gateway.h"
 
 #include <algorithm>
+#include <set>
 #include <stdexcept>
-#include <thread>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,11 @@ using namespace std::chrono_literals;
 /// The cells of a plant start within this time.
 constexpr std::chrono::nanoseconds StartWithin = 10s;
 constexpr auto LookAfter = 1s;
+/// When a cell that could not start is started again.
+constexpr auto StartAgain = 10s;
+/// How long the end waits for components that hang. It has to leave time for the publisher and the
+/// storage before systemd loses patience.
+constexpr auto StopWithin = 10s;
 
 Buffer OpenBuffer(const BufferSettings& settings) {
   try {
@@ -27,13 +33,6 @@ Buffer OpenBuffer(const BufferSettings& settings) {
   } catch (const std::runtime_error& error) {
     throw std::runtime_error("the buffer " + settings.file + " cannot be used: " + error.what());
   }
-}
-
-// A component that hangs is waited for; all together.
-void StopAll(std::vector<std::shared_ptr<Cell>> cells) {
-  std::vector<std::jthread> threads;
-  threads.reserve(cells.size());
-  for (auto& cell : cells) threads.emplace_back([&cell] { cell->Stop(); });
 }
 
 std::unique_ptr<Form> MakeForm(const Configuration& configuration, Plant plant) {
@@ -82,11 +81,16 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
 }
 
 Gateway::~Gateway() {
-  std::vector<std::shared_ptr<Cell>> cells;
-  for (const auto& [name, cell] : cells_) cells.push_back(cell);
-  StopAll(std::move(cells));
+  if (publisher_) End();
+}
+
+bool Gateway::End() {
+  for (const auto& [name, cell] : cells_) stopper_.Stop(cell);
+  const bool all = stopper_.Wait(StopWithin);
+  for (const auto& [name, cell] : cells_) cell->Mute();
   publisher_.reset();
   log_.Write(Level::Info, "end", "", {{"gateway", configuration_.gateway}});
+  return all;
 }
 
 void Gateway::Add(const std::vector<CellSettings>& cells) {
@@ -109,7 +113,7 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
                 },
             .page = shown_ ? shown_->Add(settings.name, way.simulate ? "simulated" : way.host)
                            : nullptr});
-    starting_.push_back({cell, at});
+    starting_.emplace(at, cell);
     at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
           static_cast<std::int64_t>(cells.size());
     const std::lock_guard lock(mutex_);
@@ -118,36 +122,53 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
 }
 
 Gateway::Instant Gateway::Turn(Instant now) {
-  while (!starting_.empty() && starting_.front().at <= now) {
-    starting_.front().cell->Start();
-    starting_.pop_front();
+  while (!starting_.empty() && starting_.begin()->first <= now) {
+    const auto cell = starting_.extract(starting_.begin()).mapped();
+    if (!cell->Start()) starting_.emplace(now + StartAgain, cell);
   }
   for (const auto& [name, cell] : cells_) cell->Watch(now);
-  return starting_.empty() ? now + LookAfter : std::min(starting_.front().at, now + LookAfter);
+  return starting_.empty() ? now + LookAfter : std::min(starting_.begin()->first, now + LookAfter);
+}
+
+void Gateway::Remove(const std::shared_ptr<Cell>& cell, const CellSettings* next) {
+  const std::string& name = cell->Settings().name;
+  std::erase_if(starting_, [&](const auto& starting) { return starting.second == cell; });
+  cell->Mute();
+  stopper_.Stop(cell);
+  std::vector<std::string> gone = TagNames(cell->Settings());
+  if (next != nullptr) {
+    const std::vector<std::string> names = TagNames(*next);
+    const std::set<std::string_view> stay(names.begin(), names.end());
+    std::erase_if(gone, [&](const std::string& tag) { return stay.contains(tag); });
+  }
+  form_->Forget(name, gone, next == nullptr);
+  const std::lock_guard lock(mutex_);
+  cells_.erase(name);
 }
 
 void Gateway::Change(const Configuration& configuration) {
-  std::vector<CellSettings> added;
+  std::map<std::string_view, const CellSettings*> wanted;
+  for (const CellSettings& cell : configuration.cells) wanted[cell.name] = &cell;
   std::vector<std::shared_ptr<Cell>> removed;
-  const auto inNew = [&](const CellSettings& old) {
-    return std::ranges::find(configuration.cells, old) != configuration.cells.end();
-  };
+  std::vector<std::shared_ptr<CellMetrics>> counts;  // which go on in a cell that is only changed
   for (const auto& [name, cell] : cells_) {
-    if (!inNew(cell->Settings())) removed.push_back(cell);
+    const auto found = wanted.find(name);
+    if (found != wanted.end() && *found->second == cell->Settings()) {
+      wanted.erase(found);
+    } else {
+      removed.push_back(cell);
+      counts.push_back(metrics_.Cell(name));
+    }
   }
-  for (const CellSettings& cell : configuration.cells) {
-    const auto old = cells_.find(cell.name);
-    if (old == cells_.end() || old->second->Settings() != cell) added.push_back(cell);
-  }
-  StopAll(removed);
   for (const auto& cell : removed) {
-    const std::string& name = cell->Settings().name;
-    std::erase_if(starting_, [&](const Starting& starting) { return starting.cell == cell; });
-    form_->Forget(name, cell->TagNames(), true);
-    const std::lock_guard lock(mutex_);
-    cells_.erase(name);
+    const auto next = wanted.find(cell->Settings().name);
+    Remove(cell, next == wanted.end() ? nullptr : next->second);
   }
   publisher_->Wake();
+  std::vector<CellSettings> added;
+  for (const CellSettings& cell : configuration.cells) {
+    if (wanted.contains(cell.name)) added.push_back(cell);
+  }
   Add(added);
   if (configuration.broker != configuration_.broker) publisher_->Change(configuration.broker);
   const bool fixed = configuration.gateway == configuration_.gateway &&

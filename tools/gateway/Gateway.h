@@ -4,7 +4,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -21,6 +20,7 @@
 #include "tools/gateway/MetricsServer.h"
 #include "tools/gateway/Outbox.h"
 #include "tools/gateway/Publisher.h"
+#include "tools/gateway/Stopper.h"
 #include "tools/gateway/Storage.h"
 #include "tools/page/Server.h"
 
@@ -37,8 +37,13 @@ class Gateway {
   Gateway(const Gateway&) = delete;
   Gateway& operator=(const Gateway&) = delete;
 
-  /// Ends all cells, publishes what is left, for some seconds at most, and stores the rest.
+  /// As End, if that has not been called.
   ~Gateway();
+
+  /// Ends all cells, and publishes what is left, for some seconds at most; the destructor stores
+  /// the rest. Answers whether all cells have ended. Else their components still hang, on threads
+  /// that use nothing of the gateway's any more; then end the process at once when all is done.
+  bool End();
 
   /// Starts the cells whose turn it is, one after the other, so that a plant does not refresh at
   /// the same moment, and looks after the others. Answers when to call again at the latest.
@@ -52,11 +57,7 @@ class Gateway {
   std::string Status() const;
 
  private:
-  struct Starting {
-    std::shared_ptr<Cell> cell;
-    Instant at;
-  };
-
+  void Remove(const std::shared_ptr<Cell>& cell, const CellSettings* next);
   void Add(const std::vector<CellSettings>& cells);
   void TellAll(const std::string& name);
   Plant AsPlant();
@@ -71,7 +72,8 @@ class Gateway {
   mutable std::mutex mutex_;  // for cells_, which the publisher looks through
   std::map<std::string, std::shared_ptr<Cell>> cells_;
   std::map<std::string, std::shared_ptr<std::atomic<std::int64_t>>> numbers_;  // of last rows
-  std::deque<Starting> starting_;
+  std::multimap<Instant, std::shared_ptr<Cell>> starting_;
+  Stopper stopper_;
   std::unique_ptr<Form> form_;
   std::optional<Publisher> publisher_;
   std::optional<MetricsServer> server_;

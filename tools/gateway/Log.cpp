@@ -1,7 +1,9 @@
 #include "tools/gateway/Log.h"
 
+#include <poll.h>
+
 #include <algorithm>
-#include <cstdio>
+#include <climits>
 
 #include "tools/gateway/Row.h"
 
@@ -35,11 +37,20 @@ void Append(std::string& line, std::string_view name, std::string_view value) {
   }
 }
 
+/// Shortens the text to so many bytes, between two characters.
+void Cut(std::string& text, std::size_t length) {
+  if (text.size() <= length) return;
+  while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
+  text.resize(length);
+}
+
 }  // namespace
 
-Log::Log(bool journal, std::function<void(const std::string& line)> write)
-    : journal_(journal), write_(std::move(write)) {
-  if (!write_) write_ = [](const std::string& line) { std::fputs(line.c_str(), stderr); };
+// A descriptor that is ready takes as much as PIPE_BUF bytes without a wait.
+bool Log::Put(const std::string& line) const {
+  pollfd file{.fd = file_, .events = POLLOUT, .revents = 0};
+  return ::poll(&file, 1, 0) == 1 && (file.revents & POLLOUT) != 0 &&
+         ::write(file_, line.data(), line.size()) == static_cast<ssize_t>(line.size());
 }
 
 void Log::Write(Level level, std::string_view event, std::string_view cell,
@@ -51,17 +62,22 @@ void Log::Write(Level level, std::string_view event, std::string_view cell,
     ++minute.leftOut;
     return;
   }
-  ++minute.lines;
   std::string line = journal_ ? '<' + std::to_string(static_cast<int>(level)) + '>' : "";
   line += "time=" + TimeText(std::chrono::system_clock::now());
   Append(line, "level", Name(level));
   Append(line, "event", event);
   Append(line, "cell", cell);
   for (const auto& [name, value] : fields) Append(line, name, value);
-  if (minute.leftOut != 0) {
-    Append(line, "left_out", std::to_string(std::exchange(minute.leftOut, 0)));
+  std::string end;
+  if (minute.leftOut != 0) Append(end, "left_out", std::to_string(minute.leftOut));
+  end += '\n';
+  Cut(line, PIPE_BUF - end.size());
+  if (Put(line + end)) {
+    ++minute.lines;
+    minute.leftOut = 0;
+  } else {
+    ++minute.leftOut;
   }
-  write_(line + '\n');
 }
 
 }  // namespace orif::gateway

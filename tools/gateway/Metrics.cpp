@@ -154,7 +154,7 @@ std::string Metrics::Text() const {
            "Time since the last refresh that succeeded");
   for (const auto& [name, cell] : cells) {
     const std::chrono::nanoseconds last = cell->lastGood_;
-    if (last != CellMetrics::kNever) {
+    if (last != CellMetrics::Never) {
       page.Value(GaugeOf(Seconds(SinceBeginning() - last)), {{"cell", name}});
     }
   }

@@ -41,8 +41,8 @@ class CellMetrics {
   friend class Metrics;
 
   // Of the steady clock, since its beginning.
-  static constexpr std::chrono::nanoseconds kNever{-1};
-  std::atomic<std::chrono::nanoseconds> lastGood_ = kNever;
+  static constexpr std::chrono::nanoseconds Never{-1};
+  std::atomic<std::chrono::nanoseconds> lastGood_ = Never;
   std::atomic<std::int64_t> skippedSoFar_ = 0;
   std::atomic<bool> isUp_ = false;
   std::atomic<bool> wasUp_ = false;  // at any time

@@ -1,7 +1,7 @@
 #include "tools/gateway/Storage.h"
 
 #include <chrono>
-#include <stdexcept>
+#include <exception>
 
 namespace orif::gateway {
 namespace {
@@ -38,7 +38,7 @@ Storage::~Storage() {
 void Storage::Run() {
   while (!ending_) {
     heart_.Beat();
-    const Outbox::Work work = outbox_.WaitForWork(1s);
+    const Outbox::Work work = outbox_.WaitForWork(buffer_.IsOverLimit() ? 0ms : 1s);
     CarryOut(work);
     if (!ending_) std::this_thread::sleep_for(writable_ ? Pause : PauseAfterFailure);
   }
@@ -54,7 +54,7 @@ void Storage::CarryOut(const Outbox::Work& work) {
   std::string reason;
   try {
     std::int64_t dropped = 0;
-    if (!work.insert.empty() || !work.erase.empty()) {
+    if (!work.insert.empty() || !work.erase.empty() || buffer_.IsOverLimit()) {
       dropped = buffer_.Write(work.insert, work.erase);
     } else if (work.Empty()) {
       buffer_.Tidy();
@@ -66,13 +66,13 @@ void Storage::CarryOut(const Outbox::Work& work) {
       log_.Write(Level::Error, "buffer", "",
                  {{"state", "full"}, {"dropped", std::to_string(dropped)}});
     }
-  } catch (const std::runtime_error& error) {
+  } catch (const std::exception& error) {
     reason = error.what();
   }
   if (work.readAfter) {
     try {
       done.read = buffer_.Read(*work.readAfter, done.end);
-    } catch (const std::runtime_error& error) {
+    } catch (const std::exception& error) {
       reason = error.what();
     }
   }

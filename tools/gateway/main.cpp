@@ -59,12 +59,13 @@ void Reload(Gateway& gateway, const std::string& file, Log& log) {
   }
 }
 
-void Run(const Configuration& configuration, const std::string& file, const Signals& signals) {
+/// Answers whether all threads have ended.
+bool Run(const Configuration& configuration, const std::string& file, const Signals& signals) {
   Log log(std::getenv("JOURNAL_STREAM") != nullptr);
   Health health;
   Heartbeat& heart = health.Watch("main");
-  Gateway gateway(configuration, log, health);
   Supervisor supervisor(health);
+  Gateway gateway(configuration, log, health);
   supervisor.Ready();
   while (true) {
     heart.Beat();
@@ -76,7 +77,7 @@ void Run(const Configuration& configuration, const std::string& file, const Sign
       supervisor.Ready();
     } else if (signal != 0) {
       supervisor.Stopping();
-      return;
+      return gateway.End();
     }
   }
 }
@@ -100,8 +101,8 @@ int Main(int argc, char** argv) {
     if (check) {
       std::cout << file << ": good; " << configuration.cells.size() << " cells to "
                 << configuration.broker.host << " as " << configuration.gateway << '\n';
-    } else {
-      Run(configuration, file, signals);
+    } else if (!Run(configuration, file, signals)) {
+      std::_Exit(0);  // what hangs may come back at any time, and finds everything in its place
     }
     return 0;
   } catch (const ConfigurationError& error) {
