@@ -335,6 +335,8 @@ bool Publisher::BeginRow(std::shared_ptr<Underway>& row, bool late) {
   while (loss_.empty()) {
     ParcelPtr parcel = late ? outbox_.NextLate() : outbox_.NextLive(Steady::now());
     if (parcel == nullptr) return false;
+    if (!late) form_.Turn(*this);  // what a cell has told before its row goes first
+    if (!loss_.empty()) return false;
     Opened opened = form_.Open(*this, parcel->Row(), parcel->IsLate());
     switch (opened.fate) {
       case Opened::Fate::Publish:
