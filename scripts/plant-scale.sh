@@ -6,7 +6,8 @@
 #
 # The page is on, and five clients look at it. 200 cells for 20 seconds, form "tags" by itself, or "rows" or
 # "sparkplug". Prints how much of a processor gateway and broker take, the gateway's memory, what it sends, and how long
-# values take from the refresh to a subscriber of ten cells. With "limits" it fails beyond 0.35 of a processor, 150 MB or 15 ms for 99 % of the messages.
+# values take from the refresh to a subscriber of ten cells. With "limits" it fails beyond 0.35 of a processor, 150 MB
+# or 15 ms for 99 % of the messages.
 . "$(dirname "$0")/helpers/common.sh"
 cells=${1:-200}
 seconds=${2:-20}
