@@ -11,10 +11,10 @@ mkdir -p build
   cmake --build build/run --target orif_tool orif_gateway
 } >build/page.log 2>&1 || { cat build/page.log >&2; exit 1; }
 export PATH=$PWD/build/run/tools/orif:$PWD/build/run/tools/gateway:$PATH LC_ALL=C.UTF-8
-export PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$PWD/tests/gateway:$PWD/examples/plant # helpers of the gateway's tests
+export PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$PWD/tests/page:$PWD/tests/gateway:$PWD/examples/plant # what they share
 unset ORVEX_COMMLIB
 if [ "${1-}" = picture ]; then
-  /usr/bin/python3 tests/page/picture.py docs/images/page.png "${2:-60}"
+  /usr/bin/python3 scripts/helpers/page-picture.py docs/images/page.png "${2:-60}"
 else
   /usr/bin/python3 tests/page/page.py "$@"
 fi

@@ -381,14 +381,6 @@ live::Value ToValue(const std::string& name, PyObject* object) {
   throw live::UsageError(name + ": cannot write a value of type " + Py_TYPE(object)->tp_name);
 }
 
-void SimulatedCell::Follow() {
-  if (!realTime_) return;
-  const std::lock_guard lock(mutex_);
-  const auto now = std::chrono::floor<Milliseconds>(std::chrono::steady_clock::now() - start_);
-  network_.Advance(now - passed_);
-  passed_ = now;
-}
-
 CellLock::Held::Held(CellLock& lock) : lock_(lock) {
   if (!LockWithoutInterpreter(lock.mutex_)) throw py::error_already_set();
 }

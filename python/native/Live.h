@@ -17,6 +17,7 @@
 #include "live/Controller.h"
 #include "python/native/Interpreter.h"
 #include "simulator/Network.h"
+#include "simulator/RealTime.h"
 #include "tools/orif/Pacer.h"
 
 namespace orif::python {
@@ -29,22 +30,23 @@ using live::Milliseconds;
 class SimulatedCell {
  public:
   SimulatedCell(sim::Network network, std::vector<std::string> hosts, bool realTime)
-      : network_(std::move(network)), hosts_(std::move(hosts)), realTime_(realTime) {}
+      : network_(std::move(network)), hosts_(std::move(hosts)) {
+    if (realTime) realTime_.emplace(network_);
+  }
 
   sim::Network& Network() { return network_; }
   std::vector<std::string>& Hosts() { return hosts_; }
 
   /// Lets as much time pass as has passed since the cell was made, if it does so by itself. On any
   /// thread.
-  void Follow();
+  void Follow() {
+    if (realTime_) realTime_->Follow();
+  }
 
  private:
   sim::Network network_;
   std::vector<std::string> hosts_;
-  bool realTime_;
-  std::mutex mutex_;
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-  Milliseconds passed_{0};
+  std::optional<sim::RealTime> realTime_;
 };
 
 /// The lock of a controller, which is waited for without the interpreter. A signal ends

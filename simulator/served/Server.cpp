@@ -7,9 +7,11 @@
 #include <asio/steady_timer.hpp>
 #include <asio/write.hpp>
 #include <chrono>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
+#include "simulator/RealTime.h"
 #include "simulator/served/Conversation.h"
 
 namespace orif::sim {
@@ -173,11 +175,7 @@ struct Server::Listener {
   }
 
   void Tick(const std::function<bool()>& ended) {
-    using std::chrono::milliseconds;
-    const auto now = SteadyClock::now();
-    const auto passed = std::chrono::floor<milliseconds>(now - last);
-    last += passed;
-    if (clock == Clock::Server) network.Advance(passed);
+    if (realTime) realTime->Follow();
     if (ended()) return context.stop();
     tick.expires_after(10ms);
     tick.async_wait([this, &ended](asio::error_code error) {
@@ -186,8 +184,8 @@ struct Server::Listener {
   }
 
   void Run(const std::function<bool()>& ended, Clock whose) {
-    clock = whose;
-    last = SteadyClock::now();
+    realTime.reset();
+    if (whose == Clock::Server) realTime.emplace(network);
     context.restart();
     Tick(ended);
     // Like a client, it looks again and again for a moment before it sleeps.
@@ -205,8 +203,7 @@ struct Server::Listener {
   tcp::acceptor acceptor{context};
   asio::steady_timer tick{context};
   asio::steady_timer pause{context};
-  Clock clock = Clock::Server;
-  SteadyClock::time_point last;
+  std::optional<RealTime> realTime;  // while the server lets it pass
 };
 
 Server::Server(Network network, std::string first, const Address& at) {

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "tests/automation/Described.h"
+#include "tests/automation/HostObject.h"
 #include "tests/support/System.h"
 
 namespace orif::test {
@@ -13,19 +14,8 @@ namespace {
 using testing::AnyOf;
 using testing::IsEmpty;
 
-// An object of the host as arguments may be: a script's array of one element, or one that has
-// nothing. It lives on the stack and counts its references.
-struct HostObject final : IDispatch {
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
-    const bool known = wanted == IID_IUnknown || wanted == IID_IDispatch;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+// A script's array of one element, or an object that has nothing.
+struct ScriptArray final : HostObject {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
                                           DISPID* ids) override {
     const std::wstring_view name(names[0]);
@@ -41,7 +31,6 @@ struct HostObject final : IDispatch {
   }
 
   bool isArray = true;
-  ULONG references = 1;
 };
 
 // What is allocated in the process, in blocks.
@@ -139,8 +128,8 @@ class ComponentFaults : public Component {
   }
 
   host::Value two_;
-  HostObject list_;
-  HostObject nothing_;
+  ScriptArray list_;
+  ScriptArray nothing_;
 
  private:
   std::deque<host::Value> texts_;

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "tests/automation/Described.h"
+#include "tests/automation/HostObject.h"
 
 namespace orif::test {
 namespace {
@@ -243,15 +244,7 @@ class Variants : public Component {
 };
 
 // A host's object that has a value, as a cell of a spreadsheet has.
-struct Valued final : IDispatch {
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+struct Valued final : HostObject {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
                                           DISPID* ids) override {
     calledAfterItsEnd = calledAfterItsEnd || references == 0;
@@ -267,7 +260,6 @@ struct Valued final : IDispatch {
   }
 
   VARIANT* variable = nullptr;  // that lets go of this at the first question
-  ULONG references = 1;
   bool calledAfterItsEnd = false;
 };
 

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tools/orif/Secret.h"
+
 namespace orif::gateway {
 namespace {
 
@@ -116,8 +118,8 @@ TEST_F(ConfigurationFile, IsRefusedWithLineAndRemedy) {
 }
 
 TEST_F(ConfigurationFile, SecretsAreFirstLines) {
-  EXPECT_EQ(Secret(Write("password", "a b \r\nmore")), "a b ");
-  EXPECT_THROW(Secret(Write("empty", "")), std::runtime_error);
+  EXPECT_EQ(tool::Secret(Write("password", "a b \r\nmore")), "a b ");
+  EXPECT_THROW(tool::Secret(Write("empty", "")), std::runtime_error);
 }
 
 }  // namespace

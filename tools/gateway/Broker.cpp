@@ -12,6 +12,8 @@
 #include <system_error>
 #include <utility>
 
+#include "tools/orif/Secret.h"
+
 namespace orif::gateway {
 namespace {
 
@@ -128,12 +130,12 @@ Broker::Broker(BrokerSettings settings, const Message& lastWill, Events events)
       "last will");
   if (!settings_.user.empty()) {
     const std::string password =
-        settings_.passwordFile.empty() ? "" : Secret(settings_.passwordFile);
+        settings_.passwordFile.empty() ? "" : tool::Secret(settings_.passwordFile);
     Check(mosquitto_username_pw_set(handle, settings_.user.c_str(), OrNull(password)), "user");
   }
   if (settings_.tls) {
     const Tls& tls = *settings_.tls;
-    if (!tls.keyPasswordFile.empty()) keyPassword_ = Secret(tls.keyPasswordFile);
+    if (!tls.keyPasswordFile.empty()) keyPassword_ = tool::Secret(tls.keyPasswordFile);
     Check(mosquitto_tls_set(handle, tls.ca.c_str(), nullptr, OrNull(tls.certificate),
                             OrNull(tls.key), Callbacks::KeyPassword),
           "TLS");

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "orif/orif.h"
+#include "simulator/RealTime.h"
 
 namespace orif::gateway {
 namespace {
@@ -17,21 +18,15 @@ constexpr Milliseconds UsualTimeOut{5000};
 /// The time of a simulated network, which passes as that of the computer does.
 class SimulatedTime final : public live::Clock {
  public:
-  explicit SimulatedTime(sim::Network network) : network_(std::move(network)) {}
+  explicit SimulatedTime(sim::Network network) : time_(std::move(network)) {}
 
   std::chrono::steady_clock::time_point Now() const override {
-    const auto now = std::chrono::steady_clock::now();
-    const std::lock_guard lock(mutex_);
-    const auto due = std::chrono::floor<Milliseconds>(now - start_);
-    if (due > passed_) network_.Advance(due - std::exchange(passed_, due));
-    return now;
+    time_.Follow();
+    return Clock::Now();
   }
 
  private:
-  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-  mutable std::mutex mutex_;
-  mutable sim::Network network_;
-  mutable Milliseconds passed_{0};
+  mutable sim::RealTime time_;
 };
 
 }  // namespace
@@ -157,12 +152,11 @@ void Cell::Tell(const std::string& state, const std::string& reason) {
   const bool good = state != "lost" && state != "silent";
   log_.Write(good ? Level::Info : Level::Warning, "cell", settings_.name,
              {{"state", state}, {"reason", reason}});
-  const auto& way = settings_.connection;
   hooks_.state({.cell = settings_.name,
                 .state = state,
                 .reason = reason,
                 .time = TimeText(std::chrono::system_clock::now()),
-                .host = way.simulate ? "simulated" : way.host,
+                .host = settings_.HostText(),
                 .tags = tags_});
 }
 

@@ -15,6 +15,7 @@
 #include "live/UsageError.h"
 #include "simulator/scenario/Fields.h"
 #include "tools/orif/Encoding.h"
+#include "tools/orif/Secret.h"
 #include "tools/orif/Text.h"
 #include "tools/page/Gate.h"
 
@@ -355,7 +356,7 @@ class Reader {
       return;
     }
     ResolveReadable(page.tokenFile, node);
-    const std::string_view why = page::WhyNoToken(Secret(page.tokenFile));
+    const std::string_view why = page::WhyNoToken(tool::Secret(page.tokenFile));
     if (!why.empty()) node.Fail("the token in " + page.tokenFile + ' ' + std::string(why));
   }
 
@@ -435,14 +436,6 @@ std::vector<std::string> TagNames(const CellSettings& cell) {
   std::vector<std::string> names;
   for (const live::Tag& tag : controller.Tags()) names.push_back(tag.name);
   return names;
-}
-
-std::string Secret(const std::string& file) {
-  std::ifstream in(file);
-  std::string line;
-  if (!std::getline(in, line)) throw std::runtime_error(file + " cannot be read, or is empty");
-  if (line.ends_with('\r')) line.pop_back();
-  return line;
 }
 
 }  // namespace orif::gateway

@@ -96,6 +96,9 @@ struct CellSettings {
   Milliseconds full = std::chrono::minutes(5);  ///< how often everything is told
   std::vector<TagGroup> tags;
 
+  /// For people.
+  std::string HostText() const { return connection.simulate ? "simulated" : connection.host; }
+
   bool operator==(const CellSettings&) const = default;
 };
 
@@ -124,8 +127,5 @@ live::Settings SettingsOf(const CellSettings& cell,
 
 /// The names of all its tags.
 std::vector<std::string> TagNames(const CellSettings& cell);
-
-/// The first line of a file with a secret. Throws a std::runtime_error with the file's name.
-std::string Secret(const std::string& file);
 
 }  // namespace orif::gateway

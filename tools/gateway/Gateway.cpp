@@ -10,6 +10,7 @@
 #include "orif/version.h"
 #include "tools/gateway/JsonForm.h"
 #include "tools/gateway/sparkplug/SparkplugForm.h"
+#include "tools/orif/Secret.h"
 
 namespace orif::gateway {
 namespace {
@@ -69,10 +70,11 @@ Gateway::Gateway(const Configuration& configuration, Log& log, Health& health)
   if (configuration.page) {
     const PageSettings& page = *configuration.page;
     shown_.emplace(configuration.gateway);
-    page_.emplace(page::Settings{.address = page.address,
-                                 .port = page.port,
-                                 .token = page.tokenFile.empty() ? "" : Secret(page.tokenFile)},
-                  *shown_);
+    page_.emplace(
+        page::Settings{.address = page.address,
+                       .port = page.port,
+                       .token = page.tokenFile.empty() ? "" : tool::Secret(page.tokenFile)},
+        *shown_);
   }
   form_ = MakeForm(configuration, AsPlant());
   Add(configuration.cells);  // before the publisher asks what there is
@@ -100,7 +102,6 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
     if (numbers == nullptr) {
       numbers = std::make_shared<std::atomic<std::int64_t>>(buffer_.Session() * SessionStep);
     }
-    const auto& way = settings.connection;
     auto cell = std::make_shared<Cell>(
         settings, numbers, metrics_.Cell(settings.name), log_,
         Cell::Hooks{
@@ -111,8 +112,7 @@ void Gateway::Add(const std::vector<CellSettings>& cells) {
                   form_->Tell(state);
                   publisher_->Wake();
                 },
-            .page = shown_ ? shown_->Add(settings.name, way.simulate ? "simulated" : way.host)
-                           : nullptr});
+            .page = shown_ ? shown_->Add(settings.name, settings.HostText()) : nullptr});
     starting_.emplace(at, cell);
     at += std::min<std::chrono::nanoseconds>(settings.period, StartWithin) /
           static_cast<std::int64_t>(cells.size());

@@ -22,15 +22,15 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 using namespace std::chrono_literals;
 
-constexpr int kHeldBySystem = 128;  // connections that wait to be accepted
+constexpr int HeldBySystem = 128;  // connections that wait to be accepted
 
 // How long a client may take. It has less time while others wait for a worker.
 struct Patience {
   milliseconds alone;
   milliseconds whileOthersWait;
 };
-constexpr Patience kForRequest{2000ms, 100ms};
-constexpr Patience kForAnswer{5000ms, 1000ms};
+constexpr Patience ForRequest{2000ms, 100ms};
+constexpr Patience ForAnswer{5000ms, 1000ms};
 
 // A connection with a client. The whole request, and the whole answer, have a time in which they
 // must be through, however busily the other side sends or takes its bytes one by one.
@@ -57,7 +57,7 @@ class Connection : public httplib::Stream {
 
   /// The request is there.
   void BeginAnswer() {
-    patience_ = kForAnswer;
+    patience_ = ForAnswer;
     begin_ = Clock::now();
   }
 
@@ -113,8 +113,8 @@ class Connection : public httplib::Stream {
       const auto most = othersWait ? patience_.whileOthersWait : patience_.alone;
       if (Clock::now() - begin_ > most) return false;
       pollfd descriptor{.fd = socket_, .events = event, .revents = 0};
-      constexpr int kLook = 20;  // ms, after which to look who waits
-      if (::poll(&descriptor, 1, kLook) > 0) return true;
+      constexpr int Look = 20;  // ms, after which to look who waits
+      if (::poll(&descriptor, 1, Look) > 0) return true;
     }
     return false;
   }
@@ -123,7 +123,7 @@ class Connection : public httplib::Stream {
   Server::Load& load_;
   std::function<void(int)> take_;
   bool wrote_ = false;
-  Patience patience_ = kForRequest;
+  Patience patience_ = ForRequest;
   Clock::time_point begin_ = Clock::now();
   std::size_t left_;  // that may still be read
   std::array<char, 1024> buffer_{};
@@ -200,7 +200,7 @@ bool Server::Bind() {
   } else if (!bind_to_port(address_, port_)) {
     return false;
   }
-  return ::listen(svr_sock_, kHeldBySystem) == 0;
+  return ::listen(svr_sock_, HeldBySystem) == 0;
 }
 
 void Server::Listen() {

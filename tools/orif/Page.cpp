@@ -1,10 +1,10 @@
 #include "tools/orif/Page.h"
 
-#include <fstream>
 #include <stdexcept>
 
 #include "simulator/served/Address.h"
 #include "tools/orif/Error.h"
+#include "tools/orif/Secret.h"
 #include "tools/page/Gate.h"
 #include "tools/page/Server.h"
 
@@ -12,10 +12,12 @@ namespace orif::tool {
 namespace {
 
 std::string TokenIn(const std::string& file) {
-  std::ifstream in(file);
   std::string token;
-  if (!std::getline(in, token)) throw Error(Exit::Usage, file + " cannot be read, or is empty");
-  if (token.ends_with('\r')) token.pop_back();
+  try {
+    token = Secret(file);
+  } catch (const std::runtime_error& error) {
+    throw Error(Exit::Usage, error.what());
+  }
   const std::string_view why = page::WhyNoToken(token);
   if (!why.empty()) throw Error(Exit::Usage, "the token in " + file + ' ' + std::string(why));
   return token;

@@ -11,10 +11,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t kShortest = 16;
-constexpr std::size_t kLongest = 200;
-constexpr int kWrongInAMinute = 10;
-constexpr std::size_t kAddresses = 1'000;  // kept in mind
+constexpr std::size_t Shortest = 16;
+constexpr std::size_t Longest = 200;
+constexpr int WrongInAMinute = 10;
+constexpr std::size_t Addresses = 1'000;  // kept in mind
 
 }  // namespace
 
@@ -32,8 +32,8 @@ std::string_view WhyNoToken(std::string_view text) {
            (std::isalnum(c) != 0 ||
             std::string_view("-._~").find(static_cast<char>(c)) != std::string_view::npos);
   };
-  if (text.size() < kShortest) return "must have at least 16 characters";
-  if (text.size() > kLongest) return "must have at most 200 characters";
+  if (text.size() < Shortest) return "must have at least 16 characters";
+  if (text.size() > Longest) return "must have at most 200 characters";
   if (!std::ranges::all_of(text, plain)) return "must be of letters, digits and - . _ ~";
   return "";
 }
@@ -44,11 +44,11 @@ Gate::Answer Gate::Ask(const std::string& from, std::string_view given, Instant 
   const std::lock_guard lock(mutex_);
   const auto known = attempts_.find(from);
   const bool recent = known != attempts_.end() && now - known->second.since < 1min;
-  if (recent && known->second.wrong >= kWrongInAMinute) return Answer::Later;
+  if (recent && known->second.wrong >= WrongInAMinute) return Answer::Later;
   if (IsToken(given)) return Answer::Open;
-  if (attempts_.size() >= kAddresses) {
+  if (attempts_.size() >= Addresses) {
     std::erase_if(attempts_, [&](const auto& each) { return now - each.second.since >= 1min; });
-    if (attempts_.size() >= kAddresses) return Answer::Later;
+    if (attempts_.size() >= Addresses) return Answer::Later;
   }
   Attempts& mine = attempts_[from];
   if (!recent) mine = {now, 0};

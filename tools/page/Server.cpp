@@ -17,14 +17,14 @@ using httplib::Request;
 using httplib::Response;
 using Routing = httplib::Server::HandlerResponse;
 
-constexpr http::Limits kLimits{.workers = 8, .longestRequest = 8 << 10, .longestBody = 1 << 10};
-constexpr auto kHtml = "text/html; charset=utf-8";
-constexpr auto kPlain = "text/plain; charset=utf-8";
-constexpr std::string_view kTooOften =
+constexpr http::Limits Limits{.workers = 8, .longestRequest = 8 << 10, .longestBody = 1 << 10};
+constexpr auto Html = "text/html; charset=utf-8";
+constexpr auto Plain = "text/plain; charset=utf-8";
+constexpr std::string_view TooOften =
     "There were too many wrong ones from this computer. Wait a minute.";
 
 // Nothing but the page's own files runs or is shown, and nobody shows them in a frame.
-constexpr std::string_view kPolicy =
+constexpr std::string_view Policy =
     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; "
     "connect-src 'self'; frame-ancestors 'none'; base-uri 'none'; form-action ";
 
@@ -38,7 +38,7 @@ httplib::Headers SafetyHeaders() {
 
 void Refuse(Response& response, int status, std::string_view text) {
   response.status = status;
-  response.set_content(std::string(text) + "\n", kPlain);
+  response.set_content(std::string(text) + "\n", Plain);
 }
 
 // "[::1]:9411" without its port.
@@ -88,7 +88,7 @@ class Server::Routes : public http::Server {
 };
 
 Server::Routes::Routes(const Settings& settings, const Plant& plant)
-    : http::Server(settings.address, settings.port, kLimits),
+    : http::Server(settings.address, settings.port, Limits),
       plant_(plant),
       onLoopback_(IsLoopback(settings.address)),
       clients_(settings.clients),
@@ -100,11 +100,11 @@ Server::Routes::Routes(const Settings& settings, const Plant& plant)
       [this](const Request& request, Response& response) { return Admit(request, response); });
   set_post_routing_handler([](const Request&, Response& response) {
     if (!response.has_header("Content-Security-Policy")) {
-      response.set_header("Content-Security-Policy", std::string(kPolicy) + "'none'");
+      response.set_header("Content-Security-Policy", std::string(Policy) + "'none'");
     }
     if (!response.has_header("Cache-Control")) response.set_header("Cache-Control", "no-store");
   });
-  File("/", kHtml, Asset_index_html());
+  File("/", Html, Asset_index_html());
   File("/page.css", "text/css; charset=utf-8", Asset_page_css());
   File("/page.js", "text/javascript; charset=utf-8", Asset_page_js());
   File("/chart.js", "text/javascript; charset=utf-8", Asset_chart_min_js());
@@ -156,7 +156,7 @@ Routing Server::Routes::Admit(const Request& request, Response& response) {
     case Gate::Answer::Open:
       return Routing::Unhandled;
     case Gate::Answer::Later:
-      AskForToken(response, 429, kTooOften);
+      AskForToken(response, 429, TooOften);
       break;
     case Gate::Answer::Closed:
       if (request.path == "/") {
@@ -174,7 +174,7 @@ void Server::Routes::Enter(const Request& request, Response& response) {
   const auto now = std::chrono::steady_clock::now();
   switch (gate_.Ask(request.remote_addr, token, now)) {
     case Gate::Answer::Later:
-      return AskForToken(response, 429, kTooOften);
+      return AskForToken(response, 429, TooOften);
     case Gate::Answer::Closed:
       return AskForToken(response, 401, "That is not the token.");
     case Gate::Answer::Open:
@@ -193,8 +193,8 @@ void Server::Routes::AskForToken(Response& response, int status, std::string_vie
   page.replace(page.find(Place), Place.size(), why);
   response.status = status;
   if (status == 429) response.set_header("Retry-After", "60");
-  response.set_header("Content-Security-Policy", std::string(kPolicy) + "'self'");
-  response.set_content(page, kHtml);
+  response.set_header("Content-Security-Policy", std::string(Policy) + "'self'");
+  response.set_content(page, Html);
 }
 
 void Server::Routes::Stream(const Request& request, Response& response) {

@@ -17,10 +17,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kTick = 25ms;            // between two looks at what is new
-constexpr auto kPatience = 10s;         // for a client to take what it is told
-constexpr auto kAges = 1s;              // between two events with the ages of all cells
-constexpr int kHeldBySystem = 1 << 17;  // bytes that a client has still to take
+constexpr auto Tick = 25ms;            // between two looks at what is new
+constexpr auto Patience = 10s;         // for a client to take what it is told
+constexpr auto Ages = 1s;              // between two events with the ages of all cells
+constexpr int HeldBySystem = 1 << 17;  // bytes that a client has still to take
 
 }  // namespace
 
@@ -92,7 +92,7 @@ std::shared_ptr<Streams::Place> Streams::Reserve() {
 }
 
 void Streams::Add(int socket, std::shared_ptr<Place> place, std::string cell) {
-  ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &kHeldBySystem, sizeof kHeldBySystem);
+  ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &HeldBySystem, sizeof HeldBySystem);
   auto client = std::make_unique<Client>(socket, std::move(place), std::move(cell));
   const std::lock_guard lock(mutex_);
   arrived_.push_back(std::move(client));
@@ -107,10 +107,10 @@ void Streams::Run() {
     const Instant now = std::chrono::steady_clock::now();
     if (now >= next) {
       Tell(now);
-      next = now + kTick;
+      next = now + Tick;
     }
     std::erase_if(clients_, [&](const auto& client) {
-      return !client->Send() || (!client->waiting.empty() && now - client->since > kPatience);
+      return !client->Send() || (!client->waiting.empty() && now - client->since > Patience);
     });
   }
 }
@@ -163,7 +163,7 @@ void Streams::TellCells(Instant now) {
     cellsEvent_ = Event("cells", CellsText(plant_.Name(), cells_));
     agesAt_ = {};  // they are in the order of the cells
   }
-  if (now - agesAt_ >= kAges) {
+  if (now - agesAt_ >= Ages) {
     agesAt_ = now;
     agesEvent_ = Event("ages", AgesText(cells_, now));
   }
