@@ -8,6 +8,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import socket
 import subprocess
 import sys
@@ -168,7 +169,10 @@ def link_is_lost(browser, setting):
 def gateway_is_gone(browser, setting):
     browser.open("#cell=press1")
     browser.reads("#link", "live")
-    setting.gateway.send_signal(19)
+    setting.gateway.send_signal(signal.SIGSTOP)  # says nothing more, and ends no connection
+    browser.reads("#banner", "Nothing comes from the gateway")
+    setting.gateway.send_signal(signal.SIGCONT)
+    browser.reads("#link", "live")
     setting.gateway.kill()
     setting.gateway.wait()
     browser.reads("#link", "not connected")
@@ -178,6 +182,19 @@ def gateway_is_gone(browser, setting):
     browser.reads("#link", "live")
     need(browser.text("#banner") == "", "the banner stays")
     until("values go on", lambda: browser.value("R[1]")[1] == "good")
+
+
+def cell_is_removed(browser, setting):
+    with_all = pathlib.Path("cells.json").read_text(encoding="utf-8")
+    config = json.loads(with_all)
+    config["cells"] = config["cells"][1:]
+    browser.open("#cell=press1")
+    until("values are there", lambda: browser.value("R[1]")[1] == "good")
+    for text, says in ((json.dumps(config), "no such cell"), (with_all, "up")):
+        pathlib.Path("cells.json").write_text(text, encoding="utf-8")
+        setting.gateway.send_signal(signal.SIGHUP)
+        browser.reads("#state", says)
+    until("values are there again", lambda: browser.value("R[1]")[1] == "good")
 
 
 # For each refresh: how old the values are once they are painted, and how many have changed.
@@ -434,6 +451,7 @@ TESTS = [
     shows_values,
     link_is_lost,
     gateway_is_gone,
+    cell_is_removed,
     thousand_tags,
     hostile_texts,
     by_keyboard,

@@ -138,6 +138,10 @@ class Workers : public httplib::ThreadPool {
  public:
   explicit Workers(Server::Load& load) : ThreadPool(load.limits.workers), load_(load) {}
   void enqueue(std::function<void()> work) override {
+    // Whoever accepts waits here, so that no client takes the descriptors of the program.
+    while (load_.accepted >= load_.limits.connections && !load_.ending) {
+      std::this_thread::sleep_for(2ms);
+    }
     ++load_.accepted;
     ThreadPool::enqueue(std::move(work));
   }

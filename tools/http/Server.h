@@ -16,6 +16,7 @@ namespace orif::http {
 /// How much of everything a server has.
 struct Limits {
   std::size_t workers = 32;              ///< threads that answer
+  std::size_t connections = 128;         ///< at a time; the system holds the others back
   std::size_t longestRequest = 8 << 10;  ///< bytes, with headers and body
   std::size_t longestBody = 0;           ///< bytes
 };

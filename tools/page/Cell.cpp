@@ -124,7 +124,7 @@ std::optional<std::array<History::Step, History::Steps>> Cell::HistoryOf(std::st
   const auto found = std::ranges::find(names_, tag, &TagName::name);
   if (found == names_.end()) return {};
   const auto index = static_cast<std::size_t>(found - names_.begin());
-  const std::int64_t step = History::StepAt(now);
+  const std::int64_t step = std::max(History::StepAt(now), lastStep_);
   auto steps = tags_[index].history.Read(step);
   // In a step without a good refresh nobody knows whether the value was still the same.
   for (std::size_t i = 0; i < History::Steps; ++i) {

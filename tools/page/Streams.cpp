@@ -1,5 +1,7 @@
 #include "tools/page/Streams.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
@@ -17,10 +19,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto Tick = 25ms;            // between two looks at what is new
-constexpr auto Patience = 10s;         // for a client to take what it is told
-constexpr auto Ages = 1s;              // between two events with the ages of all cells
-constexpr int HeldBySystem = 1 << 17;  // bytes that a client has still to take
+constexpr auto Tick = 25ms;                 // between two looks at what is new
+constexpr auto Patience = 10s;              // for a client to take what it is told
+constexpr auto Ages = 1s;                   // between two events with the ages of all cells
+constexpr auto BetweenCells = 250ms;        // between two events with all cells
+constexpr unsigned VanishedAfter = 10'000;  // ms without a sign of the client's computer
+constexpr int HeldBySystem = 1 << 17;       // bytes that a client has still to take
 
 }  // namespace
 
@@ -62,9 +66,8 @@ struct Streams::Client {
   bool ready = false;              // it had taken all when this turn began
   std::uint64_t cellsVersion = 0;  // told
   Instant agesAt;                  // told
-  std::weak_ptr<const Cell> told;  // whose tags it has
+  std::uint64_t generation = 0;    // of the tags that it has
   std::uint64_t version = 0;       // of their values
-  bool knowsTags = false;
 };
 
 Streams::Streams(const Plant& plant, std::size_t most)
@@ -93,6 +96,8 @@ std::shared_ptr<Streams::Place> Streams::Reserve() {
 
 void Streams::Add(int socket, std::shared_ptr<Place> place, std::string cell) {
   ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &HeldBySystem, sizeof HeldBySystem);
+  // One that has vanished is told of by nobody else.
+  ::setsockopt(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, &VanishedAfter, sizeof VanishedAfter);
   auto client = std::make_unique<Client>(socket, std::move(place), std::move(cell));
   const std::lock_guard lock(mutex_);
   arrived_.push_back(std::move(client));
@@ -147,7 +152,7 @@ void Streams::Tell(Instant now) {
     if (!client->cell.empty()) watched[client->cell] = std::move(watched_[client->cell]);
   }
   watched_ = std::move(watched);
-  if (clients_.empty()) return;
+  if (clients_.empty()) return cells_.clear();
   TellCells(now);
   for (auto& [name, cell] : watched_) TellValues(name, cell, now);
 }
@@ -156,7 +161,9 @@ void Streams::TellCells(Instant now) {
   auto cells = plant_.Cells();
   std::uint64_t summaries = 0;
   for (const CellPtr& cell : cells) summaries += cell->SummaryVersion();
-  if (cellsVersion_ == 0 || cells != cells_ || summaries != summaries_) {
+  const bool changed = cells != cells_ || summaries != summaries_;
+  if (cellsVersion_ == 0 || (changed && now - cellsAt_ >= BetweenCells)) {
+    cellsAt_ = now;
     cells_ = std::move(cells);
     summaries_ = summaries;
     ++cellsVersion_;
@@ -179,19 +186,19 @@ void Streams::TellCells(Instant now) {
 void Streams::TellValues(const std::string& name, Watched& watched, Instant now) {
   CellPtr cell = plant_.Find(name);
   const std::uint64_t version = cell != nullptr ? cell->Version() : 0;
-  if (cell != watched.cell || watched.tags.empty()) {
+  const bool read = version != 0;
+  if (watched.generation == 0 || cell != watched.cell || read != watched.read) {
     watched = {};
+    watched.generation = ++generations_;
     watched.cell = cell;
-    if (cell == nullptr || version != 0) watched.tags = Event("tags", TagsText(name, cell.get()));
+    watched.read = read;
+    watched.tags = Event("tags", TagsText(name, cell.get()));
   }
-  if (watched.tags.empty()) return;  // not refreshed yet
   for (const auto& client : clients_) {
     if (client->cell != name || !client->ready) continue;
-    if (!client->knowsTags || client->told.lock() != cell) {
+    if (std::exchange(client->generation, watched.generation) != watched.generation) {
       client->Say(watched.tags, now);
-      client->told = cell;
       client->version = 0;
-      client->knowsTags = true;
     }
     if (client->version >= version) continue;
     if (!watched.values || watched.from != client->version || watched.to < version) {

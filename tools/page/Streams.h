@@ -49,8 +49,10 @@ class Streams {
   struct Client;
   // A cell that clients look at. Those who were told last the same are told the same.
   struct Watched {
+    std::uint64_t generation = 0;  // another one for other tags
     CellPtr cell;
-    std::string tags;  // the event
+    bool read = false;  // it has been refreshed
+    std::string tags;   // the event
     std::uint64_t from = 0;
     std::uint64_t to = 0;
     std::optional<std::string> values;  // the event for those who know `from`
@@ -81,6 +83,8 @@ class Streams {
   std::string cellsEvent_;
   std::string agesEvent_;
   Instant agesAt_;
+  Instant cellsAt_;
+  std::uint64_t generations_ = 0;
 
   std::thread thread_;
 };

@@ -38,6 +38,16 @@ function timeText(at) {
   return lastTime.text;
 }
 
+// A time of yesterday has a date.
+let today = dayOf.format(new Date());
+function noticeMidnight() {
+  const now = dayOf.format(new Date());
+  if (now === today) return;
+  today = now;
+  lastTime = { at: NaN, text: "" };
+  for (const tag of tags) put(tag.since, timeText(tag.at));
+}
+
 function ageText(milliseconds) {
   const seconds = Math.floor(milliseconds / 1000);
   if (seconds < 120) return `${seconds} s`;
@@ -54,12 +64,16 @@ function readText(cell) {
 
 let stream = null;
 let retry = 0;
+let heardAt = 0; // ages come each second, so silence tells that the link is gone
 function connect() {
   clearTimeout(retry);
   stream?.close();
   const address = "events?cell=" + encodeURIComponent(shown.cell);
   stream = new EventSource(address);
-  stream.onopen = () => showLink("live", "live", "");
+  stream.onopen = () => {
+    heardAt = performance.now();
+    showLink("live", "live", "");
+  };
   stream.onerror = () => {
     const refused = stream.readyState === EventSource.CLOSED;
     showLink("lost", "not connected", "No connection to the gateway. What is shown is old.");
@@ -67,7 +81,11 @@ function connect() {
   };
   const on = (name, take) => {
     const mine = stream;
-    stream.addEventListener(name, (event) => mine === stream && take(JSON.parse(event.data)));
+    stream.addEventListener(name, (event) => {
+      if (mine !== stream) return;
+      heardAt = performance.now();
+      take(JSON.parse(event.data));
+    });
   };
   on("cells", takeCells);
   on("ages", takeAges);
@@ -87,6 +105,12 @@ async function askWhy(address) {
   }
   end.abort();
   retry = setTimeout(connect, 5000);
+}
+
+function noticeSilence() {
+  if (document.body.dataset.link !== "live" || performance.now() - heardAt < 4000) return;
+  showLink("lost", "not connected", "Nothing comes from the gateway. What is shown is old.");
+  connect();
 }
 
 function showLink(state, word, text) {
@@ -118,7 +142,6 @@ function takeCells(all) {
     $("news").append(...news.map((text) => make("p", "", text)));
     while ($("news").childElementCount > 10) $("news").firstChild.remove();
   }
-  document.body.toggleAttribute("data-single", cells.size === 1);
   const names = [...cells.keys()].sort(inOrder);
   names.forEach((name, place) => {
     const cell = cells.get(name);
@@ -160,7 +183,7 @@ function noteOf(cell) {
 function showCells() {
   const wanted = $("find-cell").value.trim().toLowerCase();
   const counts = {};
-  let visible = 0;
+  const links = []; // that are visible
   let alarmed = 0;
   for (const cell of cells.values()) {
     counts[cell.state] = (counts[cell.state] ?? 0) + 1;
@@ -177,9 +200,12 @@ function showCells() {
     const trouble = cell.state !== "up" || alarm || old;
     cell.item.hidden =
       !cell.name.toLowerCase().includes(wanted) || ($("troubled").checked && !trouble);
-    if (!cell.item.hidden) ++visible;
+    if (!cell.item.hidden) links.push(link);
   }
-  $("no-cells").hidden = visible > 0 || cells.size === 0;
+  const stop = links.find((link) => link === document.activeElement) ?? links.find((link) => link.ariaCurrent) ?? links[0];
+  for (const link of links) if (link.tabIndex !== (link === stop ? 0 : -1)) link.tabIndex = link === stop ? 0 : -1;
+  $("no-cells").hidden = links.length > 0 || cells.size === 0;
+  document.body.toggleAttribute("data-single", isSingle());
   const down = Object.entries(counts).filter(([state]) => state !== "up");
   const parts = down.map(([state, count]) => make("span", state, `${count} ${state}`));
   if (alarmed > 0) parts.push(make("span", "alarm", `${alarmed} with alarms`));
@@ -191,6 +217,9 @@ function showCells() {
   }
   showHead();
 }
+
+// Then there is nothing to choose.
+const isSingle = () => cells.size === 1 && (!shown.cell || cells.has(shown.cell));
 
 function showHead() {
   const cell = cells.get(shown.cell);
@@ -209,7 +238,8 @@ function takeTags(all) {
   tags = (all.tags ?? []).map(([name, unit], index) => makeTag(name, unit, index));
   tagIndex = new Map(tags.map((tag, index) => [tag.name, index]));
   $("tags").replaceChildren(...tags.map((tag) => tag.row));
-  put($("waiting"), all.tags === null ? "The gateway has no such cell." : "");
+  const none = all.tags === null ? "The gateway has no such cell." : "Waiting for the first refresh.";
+  put($("waiting"), tags.length > 0 ? "" : none);
   filterTags();
   showDetail();
 }
@@ -319,6 +349,9 @@ function showDetail() {
   if (plotted !== shown.cell + "\n" + tag.name) {
     plotted = shown.cell + "\n" + tag.name;
     history = null;
+    chart?.destroy();
+    chart = null;
+    put($("figures"), "");
     fetchHistory();
   }
 }
@@ -333,9 +366,8 @@ function showReading(tag) {
 async function fetchHistory() {
   const wanted = plotted;
   if (wanted === "") return;
-  const [cell, tag] = wanted.split("\n");
   try {
-    const answer = await fetch("history?" + new URLSearchParams({ cell, tag }));
+    const answer = await fetch("history?" + new URLSearchParams(shown));
     if (!answer.ok || wanted !== plotted) return;
     history = await answer.json();
   } catch {
@@ -486,7 +518,7 @@ document.addEventListener("keydown", (event) => {
     return; // clears the field
   } else if (event.key === "Escape" && shown.tag) {
     closeDetail();
-  } else if (event.key === "Escape" && shown.cell && cells.size > 1) {
+  } else if (event.key === "Escape" && shown.cell && !isSingle()) {
     const cell = cells.get(shown.cell);
     go({});
     cell?.item.firstChild.focus();
@@ -505,5 +537,7 @@ document.addEventListener("keydown", (event) => {
 window.addEventListener("hashchange", arrive);
 matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => history && showPlot());
 setInterval(fetchHistory, 5000);
+setInterval(noticeSilence, 1000);
+setInterval(noticeMidnight, 60000);
 arrive();
 if (!stream) connect();
