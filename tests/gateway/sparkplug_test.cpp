@@ -47,7 +47,7 @@ class Sparkplug : public testing::Test, protected Wire {
     form_->Noting()();
     form_->Connecting();
     form_->Connected(*this);
-    for (int i = 1; i <= subscriptions_; ++i) form_->Accepted(*this, i);
+    for (int i = 1; i <= subscriptions_; ++i) form_->Accepted(i);
     subscriptions_ = 0;
     form_->Turn(*this);
   }
@@ -67,7 +67,7 @@ class Sparkplug : public testing::Test, protected Wire {
   }
 
   void Ask(const std::string& topic, const std::string& payload) {
-    form_->Received(*this, {.topic = topic, .payload = payload});
+    form_->Received({.topic = topic, .payload = payload});
     form_->Turn(*this);
   }
 

@@ -150,7 +150,6 @@ std::vector<Row> Buffer::Read(std::int64_t id, bool& end) {
   std::int64_t bytes = 0;
   try {
     read_->Bind(0, id);
-    end = true;
     while (read_->Next()) {
       Row row{.id = Whole(read_->Text(0)),
               .cell = read_->Text(1).value_or(""),

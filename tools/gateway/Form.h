@@ -122,8 +122,8 @@ class Form {
   virtual void Connecting() {}
   virtual void Connected(Wire& wire) = 0;
   virtual void Disconnected() = 0;
-  virtual void Accepted(Wire& /*wire*/, int /*number*/) {}
-  virtual void Received(Wire& /*wire*/, const Message& /*message*/) {}
+  virtual void Accepted(int /*number*/) {}
+  virtual void Received(const Message& /*message*/) {}
   /// While connected, before rows are published: publishes what else is to be told.
   virtual void Turn(Wire& wire) = 0;
   /// When all live rows have been published that there were.
@@ -136,7 +136,9 @@ class Form {
   /// own, and the broker's answer about this topic proves that it has all before.
   virtual std::string ProofTopic() const { return {}; }
   /// A message of a row could not be sent.
-  virtual void Refused() {}
+  virtual void Refused(Wire& /*wire*/) {}
+  /// The broker has acknowledged all that was published.
+  virtual void Settled() {}
   /// Has a cell tell everything, for the broker could not take all that it told.
   void TellAll(const std::string& cell) const { plant_.tellAll(cell); }
   /// Whether the broker is to publish the last will at the end, too.

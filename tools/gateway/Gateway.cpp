@@ -90,9 +90,10 @@ bool Gateway::End() {
   for (const auto& [name, cell] : cells_) stopper_.Stop(cell);
   const bool all = stopper_.Wait(StopWithin);
   for (const auto& [name, cell] : cells_) cell->Mute();
+  const bool alone = publisher_->End();
   publisher_.reset();
   log_.Write(Level::Info, "end", "", {{"gateway", configuration_.gateway}});
-  return all;
+  return all && alone;
 }
 
 void Gateway::Add(const std::vector<CellSettings>& cells) {

@@ -31,8 +31,8 @@ class Gateway {
  public:
   using Instant = std::chrono::steady_clock::time_point;
 
-  /// Opens the buffer and the servers of metrics and of the page, and begins to publish. Throws a std::runtime_error
-  /// with a text that is fit to show. Both references outlive it.
+  /// Opens the buffer and the servers of metrics and of the page, and begins to publish. Throws a
+  /// std::runtime_error with a text that is fit to show. Both references outlive it.
   Gateway(const Configuration& configuration, Log& log, Health& health);
   Gateway(const Gateway&) = delete;
   Gateway& operator=(const Gateway&) = delete;

@@ -107,32 +107,30 @@ std::string JsonForm::Below(std::string_view cell, std::string_view last) const 
   return topic;
 }
 
-void JsonForm::Keep(const std::string& topic, std::string payload) {
-  const std::lock_guard lock(mutex_);
-  if (payload.empty()) {
-    states_.erase(topic);
-  } else {
-    states_[topic] = payload;
-  }
-  news_[topic] = std::move(payload);
-}
-
 void JsonForm::Tell(const CellState& state) {
-  Keep(Below(state.cell, "state"), Object()
-                                       .Text("state", state.state)
-                                       .Number("session", plant_.session)
-                                       .Text("time", state.time)
-                                       .Text("reason", state.reason)
-                                       .Text("host", state.host)
-                                       .Number("tags", static_cast<std::int64_t>(state.tags))
-                                       .End());
+  const std::string topic = Below(state.cell, "state");
+  const std::string payload = Object()
+                                  .Text("state", state.state)
+                                  .Number("session", plant_.session)
+                                  .Text("time", state.time)
+                                  .Text("reason", state.reason)
+                                  .Text("host", state.host)
+                                  .Number("tags", static_cast<std::int64_t>(state.tags))
+                                  .End();
+  const std::lock_guard lock(mutex_);
+  states_[topic] = news_[topic] = payload;
+  for (auto* topics : {&gone_, &going_}) topics->erase(topic);
 }
 
 void JsonForm::Forget(const std::string& cell, const std::vector<std::string>& tags, bool whole) {
+  const std::lock_guard lock(mutex_);
   if (whole) {
-    for (const char* last : {"state", "row"}) Keep(Below(cell, last), {});
+    const std::string topic = Below(cell, "state");
+    states_.erase(topic);
+    news_.erase(topic);
+    for (const char* last : {"state", "row"}) gone_[Below(cell, last)];
   }
-  for (const std::string& tag : tags) Keep(Below(cell, tag), {});
+  for (const std::string& tag : tags) gone_[Below(cell, tag)];
 }
 
 std::string JsonForm::Offline(std::string_view reason, std::string_view time) const {
@@ -160,21 +158,38 @@ void JsonForm::Connected(Wire& wire) {
   {
     const std::lock_guard lock(mutex_);
     for (const auto& [topic, payload] : states_) news_[topic] = payload;
+    gone_.merge(going_);
   }
   wire.Ready();
   plant_.tellAll({});
 }
 
-void JsonForm::Turn(Wire& wire) {
+void JsonForm::PublishAll(Wire& wire, std::mutex& mutex, std::map<std::string, std::string>& news) {
   for (int room = wire.Room(); room > 0; --room) {
-    decltype(news_)::node_type next;
+    std::map<std::string, std::string>::node_type next;
     {
-      const std::lock_guard lock(mutex_);
-      if (news_.empty()) return;
-      next = news_.extract(news_.begin());
+      const std::lock_guard lock(mutex);
+      if (news.empty()) return;
+      next = news.extract(news.begin());
     }
     wire.Publish({next.key(), std::move(next.mapped()), true});
   }
+}
+
+void JsonForm::Turn(Wire& wire) { PublishAll(wire, mutex_, news_); }
+
+void JsonForm::AfterRows(Wire& wire) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (gone_.empty()) return;
+    going_.insert(gone_.begin(), gone_.end());
+  }
+  PublishAll(wire, mutex_, gone_);
+}
+
+void JsonForm::Settled() {
+  const std::lock_guard lock(mutex_);
+  if (gone_.empty()) going_.clear();
 }
 
 Opened JsonForm::Open(Wire& /*wire*/, const Row& row, bool late) {

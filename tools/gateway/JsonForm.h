@@ -24,6 +24,8 @@ class JsonForm : public Form {
   void Connected(Wire& wire) override;
   void Disconnected() override {}
   void Turn(Wire& wire) override;
+  void AfterRows(Wire& wire) override;
+  void Settled() override;
   Opened Open(Wire& wire, const Row& row, bool late) override;
   void GoodBye(Wire& wire) override;
 
@@ -32,14 +34,16 @@ class JsonForm : public Form {
 
   std::string GatewayTopic() const { return base_ + "/state"; }
   std::string Below(std::string_view cell, std::string_view last) const;
-  void Keep(const std::string& topic, std::string payload);
+  static void PublishAll(Wire& wire, std::mutex& mutex, std::map<std::string, std::string>& news);
   std::string Offline(std::string_view reason, std::string_view time) const;
 
   std::string base_;
   TopicSettings::Form form_;
   std::mutex mutex_;                           // for what follows
   std::map<std::string, std::string> states_;  // that the broker is to keep, by topic
-  std::map<std::string, std::string> news_;    // of them; an empty one is to be removed
+  std::map<std::string, std::string> news_;    // of them
+  std::map<std::string, std::string> gone_;    // topics that are to be emptied, behind all rows
+  std::map<std::string, std::string> going_;   // of these, published and not acknowledged
 };
 
 }  // namespace orif::gateway

@@ -54,6 +54,7 @@ struct Publisher::Bell {
   }
 
   const int file;
+  std::atomic<int> attempts = 0;  // threads that connect
 };
 
 /// A connection that is being made. Its thread may outlive the publisher.
@@ -94,9 +95,14 @@ Publisher::Publisher(BrokerSettings settings, Form& form, Outbox& outbox, Metric
 }
 
 Publisher::~Publisher() {
+  if (thread_.joinable()) End();
+}
+
+bool Publisher::End() {
   ending_ = true;
   Wake();
   thread_.join();
+  return bell_->attempts == 0;
 }
 
 void Publisher::Wake() { bell_->Ring(); }
@@ -128,12 +134,15 @@ void Publisher::Run() {
 
 void Publisher::Finish() {
   const auto until = [this](Steady::time_point end) {
-    const auto quiet = [this] { return messages_ == 0 && liveRow_ == nullptr; };
-    while (connected_ && !quiet() && Steady::now() < end) RunOnce(20ms);
+    while (connected_ && !(messages_ == 0 && (saidGoodBye_ || liveRow_ == nullptr)) &&
+           Steady::now() < end) {
+      RunOnce(20ms);
+    }
   };
   until(Steady::now() + LastRows);
   if (!connected_) return;
   form_.GoodBye(*this);
+  saidGoodBye_ = true;  // nothing follows
   until(Steady::now() + LastState);
   if (broker_ != nullptr) SayGoodBye();
   metrics_.BrokerUp(false);
@@ -150,7 +159,8 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
     const std::lock_guard lock(mutex_);
     if (std::exchange(changed_, false)) {
       loss_ = "the settings have changed";
-      attempt_.reset();  // its thread goes on with it alone
+      if (attempt_ != nullptr) form_.Connecting();  // perhaps; its thread goes on with it alone
+      attempt_.reset();
       largestTaken_ = 0;
       tooLarge_ = std::numeric_limits<std::size_t>::max();
       retryAt_ = {};
@@ -171,11 +181,19 @@ void Publisher::RunOnce(std::chrono::milliseconds longest) {
   if (broker_ != nullptr && !connected_ && Steady::now() > answerBy_) {
     Lost("the broker does not answer");
   }
-  if (messages_ == 0 && questions_ == 0) lastAnswer_ = Steady::now();
+  if (messages_ == 0 && questions_ == 0) {
+    lastAnswer_ = Steady::now();
+    form_.Settled();
+  }
   if (connected_ && Steady::now() - lastAnswer_ > MostSilence * keepAlive_) {
     Lost("the broker does not acknowledge");
   }
-  if (connected_) PublishAll();
+  if (!connected_) return;
+  if (saidGoodBye_) {
+    Prove();
+  } else {
+    PublishAll();
+  }
 }
 
 void Publisher::BeginAttempt() {
@@ -192,13 +210,16 @@ void Publisher::BeginAttempt() {
         Broker::Events{
             .connected = [this] { arrived_ = true; },
             .answered = [this](int number) { OnAnswered(number); },
-            .received = [this](const Message& message) { form_.Received(*this, message); },
+            .received = [this](const Message& message) { form_.Received(message); },
             .acknowledged = [this](int message, int code) { OnAcknowledged(message, code); }});
-    std::thread([attempt, bell = bell_, note = form_.Noting()] {
+    ++bell_->attempts;
+    std::thread([attempt, bell = bell_, note = form_.Noting()]() mutable {
       attempt->reason = attempt->broker->Connect();
       if (note && attempt->reason.empty()) note();
       attempt->done = true;
+      attempt.reset();
       bell->Ring();
+      --bell->attempts;
     }).detach();
   } catch (const std::exception& error) {
     return Lost(error.what());
@@ -281,8 +302,8 @@ void Publisher::Turn(std::chrono::milliseconds longest) {
 void Publisher::PublishAll() {
   broker_->Gather(true);
   form_.Turn(*this);
-  if (ready_ && loss_.empty()) PublishRows(liveRow_, false);
-  if (loss_.empty()) form_.AfterRows(*this);
+  const bool done = ready_ && loss_.empty() && PublishRows(liveRow_, false);
+  if (done && loss_.empty()) form_.AfterRows(*this);
   if (ready_ && loss_.empty() && !ending_) PublishRows(lateRow_, true);
   Prove();
   broker_->Gather(false);
@@ -309,7 +330,7 @@ int Publisher::Subscribe(const std::string& topic) {
 void Publisher::OnAnswered(int number) {
   lastAnswer_ = Steady::now();
   --questions_;
-  if (number != proof_) return form_.Accepted(*this, number);
+  if (number != proof_) return form_.Accepted(number);
   proof_ = 0;
   for (; asked_ != 0; --asked_) {
     const auto row = std::move(unproven_.front());
@@ -330,33 +351,34 @@ void Publisher::Prove() {
   if (proof_ == 0) loss_ = broker_->Reason();
 }
 
-// The next row that has something to publish; false if there is none.
-bool Publisher::BeginRow(std::shared_ptr<Underway>& row, bool late) {
-  while (loss_.empty()) {
-    ParcelPtr parcel = late ? outbox_.NextLate() : outbox_.NextLive(Steady::now());
-    if (parcel == nullptr) return false;
-    if (!late) form_.Turn(*this);  // what a cell has told before its row goes first
-    if (!loss_.empty()) return false;
-    Opened opened = form_.Open(*this, parcel->Row(), parcel->IsLate());
-    switch (opened.fate) {
-      case Opened::Fate::Publish:
-        row = std::make_shared<Underway>(Underway{
-            .parcel = std::move(parcel), .messages = std::move(opened.messages), .isWhole = false});
-        return true;
-      case Opened::Fate::Wait:
-        outbox_.PutBack(parcel);
-        break;
-      case Opened::Fate::Drop:
-        log_.Write(Level::Warning, "refused", parcel->Row().cell,
-                   {{"reason", "a row of a cell that is no more"}});
-        metrics_.Dropped("refused", 1);
-        outbox_.Acknowledge(parcel);
-        break;
-      case Opened::Fate::Skip:
-        outbox_.Acknowledge(parcel);
-        break;
-    }
+// Takes the next row; null if there is none.
+std::shared_ptr<Publisher::Underway> Publisher::TakeRow(bool late) {
+  ParcelPtr parcel = late ? outbox_.NextLate() : outbox_.NextLive(Steady::now());
+  if (parcel == nullptr) return nullptr;
+  const std::int64_t id = parcel->Row().id;
+  auto row = std::make_shared<Underway>(Underway{.parcel = std::move(parcel), .isWhole = false});
+  const auto suspect = suspects_.find(id);
+  if (suspect != suspects_.end() && suspect->second >= Suspicious) alone_ = row;
+  if (!late) form_.Turn(*this);  // what a cell has told before its row goes first
+  return row;
+}
+
+// False if there is nothing to publish of the row.
+bool Publisher::OpenRow(Underway& row) {
+  Opened opened = form_.Open(*this, row.parcel->Row(), row.parcel->IsLate());
+  row.messages = std::move(opened.messages);
+  if (opened.fate == Opened::Fate::Publish) return true;
+  if (alone_.get() == &row) alone_.reset();
+  if (opened.fate == Opened::Fate::Wait) {
+    outbox_.PutBack(row.parcel);
+    return false;
   }
+  if (opened.fate == Opened::Fate::Drop) {
+    log_.Write(Level::Warning, "refused", row.parcel->Row().cell,
+               {{"reason", "a row of a cell that is no more"}});
+    metrics_.Dropped("refused", 1);
+  }
+  outbox_.Acknowledge(row.parcel);
   return false;
 }
 
@@ -366,30 +388,31 @@ bool Publisher::MayGo(const std::shared_ptr<Underway>& row, bool late) const {
   return !late || lateMessages_ < std::min(LateWindow, broker_->Window() / 2 + 1);
 }
 
-void Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
+// Answers whether no row is left. A row is opened when it may go, and not before: its messages may
+// be numbered with all others.
+bool Publisher::PublishRows(std::shared_ptr<Underway>& row, bool late) {
   while (MayGo(row, late)) {
     if (row == nullptr) {
-      if (!BeginRow(row, late)) return;
-      const auto suspect = suspects_.find(row->parcel->Row().id);
-      if (suspect != suspects_.end() && suspect->second >= Suspicious) {
-        alone_ = row;
-        continue;
-      }
-    }
-    if (!row->messages->Next(row->next)) {
+      row = TakeRow(late);
+      if (row == nullptr) return true;
+    } else if (row->messages == nullptr) {
+      if (!OpenRow(*row)) row.reset();
+    } else if (!row->messages->Next(row->next)) {
       row->isWhole = true;
       Settle(*row);
       row.reset();
     } else if (!Send(row->next, row)) {
-      return;
+      return false;
     }
   }
+  return false;
 }
 
 // The connection ends. It may be a row that ends them: one that is too large for a broker which
 // cannot say so. Such a broker does it at once, and has not taken any that is as large. What it
 // will not take is not sent from then on.
 void Publisher::Suspect() {
+  if (largestTaken_ == 0) return;  // this broker has not taken anything yet
   const auto recent = Steady::now() - AtOnce;
   std::map<std::int64_t, std::shared_ptr<Underway>> rows;
   const auto add = [&](const std::shared_ptr<Underway>& row) {
@@ -405,7 +428,8 @@ void Publisher::Suspect() {
     log_.Write(Level::Error, "refused", row->parcel->Row().cell,
                {{"reason", "the broker ends the connection at this row"},
                 {"number", std::to_string(row->parcel->Row().number)}});
-    tooLarge_ = row->largest;
+    tooLarge_ =
+        std::max(largestTaken_ + 1, row->largest - row->largest / 10);  // they vary a little
     backoff_.Reset();
     metrics_.Dropped("refused", 1);
     outbox_.Acknowledge(row->parcel);
@@ -424,7 +448,7 @@ bool Publisher::Send(const Message& message, const std::shared_ptr<Underway>& ro
     log_.Write(Level::Error, "refused", row->parcel ? row->parcel->Row().cell : "",
                {{"topic", message.topic}, {"reason", error.what()}});
     row->refused = true;
-    if (row->parcel != nullptr) form_.Refused();
+    if (row->parcel != nullptr) form_.Refused(*this);
     return true;
   }
   if (number == 0) {
@@ -465,12 +489,12 @@ void Publisher::OnAcknowledged(int message, int code) {
 }
 
 void Publisher::Settle(Underway& row) {
+  if (row.waiting == 0 && !row.refused) largestTaken_ = std::max(largestTaken_, row.largest);
   if (!row.isWhole || row.waiting != 0 || row.parcel == nullptr) return;
   if (row.refused) {
     metrics_.Dropped("refused", 1);
   } else {
     metrics_.Published(row.IsLate(), row.sent);
-    largestTaken_ = std::max(largestTaken_, row.largest);
   }
   if (!suspects_.empty()) suspects_.erase(row.parcel->Row().id);
   if (alone_.get() == &row) alone_.reset();

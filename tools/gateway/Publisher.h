@@ -33,8 +33,11 @@ class Publisher final : private Wire {
   Publisher(const Publisher&) = delete;
   Publisher& operator=(const Publisher&) = delete;
 
-  /// Publishes what is under way, for some seconds at most, says good-bye, and ends.
   ~Publisher() override;
+
+  /// Publishes what is under way, for some seconds at most, says good-bye, and ends. False if a
+  /// thread that connects is left behind.
+  bool End();
 
   // Any thread.
 
@@ -70,8 +73,9 @@ class Publisher final : private Wire {
   bool MayGo(const std::shared_ptr<Underway>& row, bool late) const;
   void Turn(std::chrono::milliseconds longest);
   void PublishAll();
-  void PublishRows(std::shared_ptr<Underway>& row, bool late);
-  bool BeginRow(std::shared_ptr<Underway>& row, bool late);
+  bool PublishRows(std::shared_ptr<Underway>& row, bool late);
+  std::shared_ptr<Underway> TakeRow(bool late);
+  bool OpenRow(Underway& row);
   bool Send(const Message& message, const std::shared_ptr<Underway>& row);
   void Prove();
   void SayGoodBye();
@@ -94,6 +98,7 @@ class Publisher final : private Wire {
   bool arrived_ = false;  // the broker has just accepted the connection
   bool connected_ = false;
   bool ready_ = false;  // rows may go
+  bool saidGoodBye_ = false;
   std::chrono::milliseconds keepAlive_{};
   Steady::time_point retryAt_;
   Steady::time_point answerBy_;  // of the broker, to a connection

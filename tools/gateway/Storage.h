@@ -3,7 +3,7 @@
 #pragma once
 
 #include <atomic>
-#include <functional>
+#include <cstdint>
 #include <thread>
 
 #include "tools/gateway/Buffer.h"

@@ -3,13 +3,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 
 #include "orif/version.h"

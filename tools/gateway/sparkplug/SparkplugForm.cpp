@@ -137,9 +137,9 @@ void SparkplugForm::Disconnected() {
   for (auto& [name, device] : devices_) device.born = false;
 }
 
-void SparkplugForm::Accepted(Wire& /*wire*/, int number) { subscriptions_.erase(number); }
+void SparkplugForm::Accepted(int number) { subscriptions_.erase(number); }
 
-void SparkplugForm::Received(Wire& /*wire*/, const Message& message) {
+void SparkplugForm::Received(const Message& message) {
   if (message.topic == hostTopic_) return NoteHost(message.payload);
   sparkplug::Payload command;
   if (!command.ParseFromString(message.payload)) return;
@@ -176,32 +176,44 @@ void SparkplugForm::Turn(Wire& wire) {
   }
 }
 
-// Behind the rows that came before it, a cell that is gone is dead.
+// Behind the rows that came before, a cell that is gone is dead.
 void SparkplugForm::AfterRows(Wire& wire) {
   if (!begun_) return;
+  BuryForgotten(wire);
   std::map<std::string, std::string> news;
-  std::set<std::string> forgotten;
   {
     const std::lock_guard lock(mutex_);
     for (const std::string& cell : std::exchange(news_, {})) {
       if (const auto found = states_.find(cell); found != states_.end()) news.insert(*found);
     }
-    forgotten = std::exchange(forgotten_, {});
+  }
+  for (const auto& [cell, state] : news) {
+    if (state == "lost" || state == "silent" || state == "closed") {
+      Bury(wire, cell);
+      waiting_.erase(cell);
+    } else if (state == "up" && !devices_[cell].born) {
+      waiting_.insert(cell);
+    }
+  }
+}
+
+void SparkplugForm::BuryForgotten(Wire& wire) {
+  std::set<std::string> forgotten;
+  {
+    const std::lock_guard lock(mutex_);
+    forgotten.swap(forgotten_);
   }
   for (const std::string& cell : forgotten) {
     Bury(wire, cell);
     devices_.erase(cell);
     wire.Release(cell);  // its rows are nobody's now
   }
-  for (const auto& [cell, state] : news) {
-    if (state == "lost" || state == "silent" || state == "closed") {
-      Bury(wire, cell);
-      waiting_.erase(cell);
-      plant_.tellAll(cell);  // once it is back
-    } else if (state == "up" && !devices_[cell].born) {
-      waiting_.insert(cell);
-    }
-  }
+}
+
+// A number is missing: everything is born anew before anything else is published.
+void SparkplugForm::Refused(Wire& wire) {
+  rebirth_ = true;
+  Turn(wire);
 }
 
 void SparkplugForm::GoodBye(Wire& wire) {
@@ -246,6 +258,7 @@ void SparkplugForm::BearAll(Wire& wire) {
     }
   }
   for (auto& [cell, device] : devices_) device.born = false;
+  BuryForgotten(wire);
   for (const std::string& cell : up) {
     if (!Bear(wire, cell)) waiting_.insert(cell);
   }

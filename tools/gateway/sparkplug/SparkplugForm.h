@@ -35,14 +35,14 @@ class SparkplugForm final : public Form {
   void Connecting() override;
   void Connected(Wire& wire) override;
   void Disconnected() override;
-  void Accepted(Wire& wire, int number) override;
-  void Received(Wire& wire, const Message& message) override;
+  void Accepted(int number) override;
+  void Received(const Message& message) override;
   void Turn(Wire& wire) override;
   void AfterRows(Wire& wire) override;
   Opened Open(Wire& wire, const Row& row, bool late) override;
   void GoodBye(Wire& wire) override;
   std::string ProofTopic() const override { return Topic("NCMD") + "/proof"; }
-  void Refused() override { rebirth_ = true; }
+  void Refused(Wire& wire) override;
   bool LeavesWithWill() const override { return true; }
 
  private:
@@ -70,6 +70,7 @@ class SparkplugForm final : public Form {
   void Bury(Wire& wire, const std::string& cell);
   void BearAll(Wire& wire);
   void BearWaiting(Wire& wire);
+  void BuryForgotten(Wire& wire);
   sparkplug::Payload DataOf(Device& device, const Row& row, bool historical);
   void NoteHost(std::string_view payload);
 
